@@ -1,0 +1,129 @@
+// The frame as a whole: video system, exposure and colour of the two sensors.
+#include "scene.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace
+{
+
+constexpr uint32_t GAIN_1X = 1024;
+constexpr float FPS = 25.0F;
+constexpr int32_t FRAME_US = 40000;
+
+void init_lock(PathLock *lock)
+{
+    pthread_mutexattr_t attr;
+    pthread_mutexattr_init(&attr);
+    pthread_mutexattr_setpshared(&attr, PTHREAD_PROCESS_SHARED);
+#if defined(__arm__) && defined(__GLIBC__)
+    pthread_mutex_init(lock, &attr);
+#else
+    constexpr uint32_t PROCESS_SHARED = 0x80; // in the kind of a glibc mutex
+    *lock = {};
+    lock->kind = PROCESS_SHARED;
+#endif
+    pthread_mutexattr_destroy(&attr);
+}
+
+// Brightness swings, as if clouds passed: exposure time follows it up to one frame, gain does the
+// rest.
+void fill_exposure(DipShareInfo *share, uint32_t frame)
+{
+    const int32_t wanted_us = wave(frame, 400, 8000, 160000);
+    const int32_t inttime = std::min(wanted_us, FRAME_US);
+    const auto gain = static_cast<uint32_t>(wanted_us * static_cast<int64_t>(GAIN_1X) / inttime);
+
+    share->inttime = inttime;
+    share->sensor_gain = std::min(gain, 3 * GAIN_1X);
+    share->isp_gain = gain * GAIN_1X / share->sensor_gain;
+    share->sys_gain = share->sensor_gain * share->isp_gain / GAIN_1X;
+    share->frame_delay = 2;
+    share->flicker_free_conf = inttime >= 10000 ? 100 : 60;
+    share->fps = FPS;
+    share->ratio = wave(frame + 13, 400, 960, 1088);
+    share->exp_ratio = 256;
+
+    MPI_EXPOSURE_INFO_S &info = share->exp_info;
+    info.inttime = static_cast<uint32_t>(inttime);
+    info.sensor_gain = share->sensor_gain;
+    info.isp_gain = share->isp_gain;
+    info.sys_gain = share->sys_gain;
+    info.iso = static_cast<int32_t>(share->sys_gain * 100 / GAIN_1X);
+    info.frame_delay = share->frame_delay;
+    info.flicker_free_conf = share->flicker_free_conf;
+    info.fps = FPS;
+    info.ratio = static_cast<uint32_t>(share->ratio);
+    info.luma_avg = static_cast<uint16_t>(wave(frame, 50, 110, 126));
+}
+
+void fill_noise(DipShareInfo *share)
+{
+    share->iso_type = MPI_ISO_VER_1;
+    share->ev_idx = share->exp_info.iso / 100;
+    share->noise_level.level_iso = share->exp_info.iso;
+    for (int i = 0; i < 16; i++)
+        share->noise_level_bin[i] = 100 << (i / 2);
+    share->non_boost_lvl = 96;
+    share->point_non_boost_thd = 180;
+}
+
+void fill_colour(DipShareInfo *share, uint32_t frame)
+{
+    // Signed, 1024 is one; each row sums to one, so that grey stays grey.
+    constexpr int16_t matrix[9] = {1740, -552, -164, -298, 1581, -259, -31, -620, 1675};
+    std::copy(std::begin(matrix), std::end(matrix), share->colormatrix);
+    std::copy(std::begin(matrix), std::end(matrix), share->wb_info.matrix);
+    share->color_temp = static_cast<uint16_t>(wave(frame, 750, 4800, 5600));
+    share->wb_info.color_temp = share->color_temp;
+    share->ccm_mult_split = 1024;
+}
+
+void fill_video_system(DipCtx *dip, int path, uint32_t frame)
+{
+    const auto index = static_cast<uint8_t>(path);
+    dip->frame_cnt = frame;
+    dip->sys_state = DIP_SYS_STATE_RUNNING;
+    dip->path_cnt = SCENE_PATH_NUM;
+    dip->flag.bit.is_dev_cfg = 1;
+    dip->flag.bit.is_path_cfg = 1;
+    dip->flag.bit.is_chn_cfg = 1;
+    dip->flag.bit.is_run = 1;
+
+    dip->win_info.is_valid = 1;
+    dip->win_info.win_res = {1920, 1080};
+    dip->win_info.win_idx = {.dev = 0, .chn = index, .win = 0, .dummy0 = 0};
+    dip->active_win_cnt = 2; // the main stream and a smaller one
+    dip->flat_win_list[0] = 4 * path;
+    dip->flat_win_list[1] = 4 * path + 1;
+
+    dip->dev_attr.snp_link.bmp = (1U << SCENE_PATH_NUM) - 1;
+    dip->path_attr.fps = FPS;
+    dip->path_attr.bayer = path == 0 ? MPI_BAYER_PHASE_R : MPI_BAYER_PHASE_G0;
+    dip->path_attr.i2c_slv_addr = static_cast<uint16_t>(0x30 + path);
+    dip->input_path_en[path] = 1;
+    dip->is_dip_run = 1;
+    dip->is_dip_all_cfg_ready = 1;
+}
+
+} // namespace
+
+void init_region(VplatConf *conf)
+{
+    uint8_t *levels = &conf->log.dip_log;
+    std::fill_n(levels, sizeof(LogConf), uint8_t{LOG_INFO});
+    for (int path = 0; path < SCENE_PATH_NUM; path++) {
+        conf->descptr.path[path].state = SR_DESCPTR_PRESENT;
+        conf->path[path].state = 1;
+        init_lock(&conf->path[path].lock);
+    }
+}
+
+void fill_frame(DipPathCtx *ctx, int path, uint32_t frame)
+{
+    DipCtx &dip = ctx->dip_ctx;
+    fill_video_system(&dip, path, frame);
+    fill_exposure(&dip.share, frame);
+    fill_noise(&dip.share);
+    fill_colour(&dip.share, frame);
+}

@@ -1,0 +1,11 @@
+// The stand-in for the shared-region driver: what its users set in the environment.
+#pragma once
+
+// The file that holds the region. Empty: the region does not exist yet. Any other size than the
+// region's is refused with a message. Unset: the system's own /dev/sr is used.
+inline constexpr char SR_REGION_ENV[] = "SR_REGION";
+
+// Steps that fail, as "step:errno" separated by commas, "query:5,mmap:12" say. The steps are open,
+// query, alloc, mmap and complete. A failing alloc with EEXIST creates the region all the same, as
+// if another process had been faster.
+inline constexpr char SR_FAIL_ENV[] = "SR_FAIL";
