@@ -126,4 +126,5 @@ void fill_frame(DipPathCtx *ctx, int path, uint32_t frame)
     fill_exposure(&dip.share, frame);
     fill_noise(&dip.share);
     fill_colour(&dip.share, frame);
+    fill_stat(&dip.stat, dip.share, frame);
 }

@@ -62,6 +62,8 @@ int parse_entry(const DipPathCtx *data, const char *str);
 int parse_help(const char *pname, const char *title);
 
 // Register the built-in categories.
+void regCmd_share();
+void regCmd_stat();
 void regCmd_vinfo();
 
 // Registers every built-in category, in the order in which they are listed and printed.
