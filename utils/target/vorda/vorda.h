@@ -62,6 +62,7 @@ int parse_entry(const DipPathCtx *data, const char *str);
 int parse_help(const char *pname, const char *title);
 
 // Register the built-in categories.
+void regCmd_cfg();
 void regCmd_share();
 void regCmd_stat();
 void regCmd_vinfo();
