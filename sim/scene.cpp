@@ -128,4 +128,5 @@ void fill_frame(DipPathCtx *ctx, int path, uint32_t frame)
     fill_colour(&dip.share, frame);
     fill_stat(&dip.stat, dip.share, frame);
     fill_cfg(&dip.cfg, dip.share, frame);
+    fill_intl(&ctx->intl_ctx);
 }

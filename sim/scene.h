@@ -16,6 +16,7 @@ void fill_frame(DipPathCtx *ctx, int path, uint32_t frame);
 // The parts of fill_frame, each for the records of one category.
 void fill_stat(DipAllStat *stat, const DipShareInfo &share, uint32_t frame);
 void fill_cfg(DipAllCfg *cfg, const DipShareInfo &share, uint32_t frame);
+void fill_intl(DipIntlCtx *intl);
 
 // A triangle wave between two values, from `low` and back once in `period` frames.
 constexpr int32_t wave(uint32_t frame, uint32_t period, int32_t low, int32_t high)

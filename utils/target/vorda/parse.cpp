@@ -87,6 +87,7 @@ int parse_help(const char *pname, const char *title)
 void regCmd_all()
 {
     regCmd_cfg();
+    regCmd_intl();
     regCmd_share();
     regCmd_stat();
     regCmd_vinfo();

@@ -63,6 +63,7 @@ int parse_help(const char *pname, const char *title);
 
 // Register the built-in categories.
 void regCmd_cfg();
+void regCmd_intl();
 void regCmd_share();
 void regCmd_stat();
 void regCmd_vinfo();
