@@ -1,0 +1,231 @@
+// Journeys of the real binary over the stand-in device: streams, statuses, and the device's and the
+// reader's misbehaviour.
+#include "harness.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+const std::string vorda = built("vorda");
+
+TEST(Journey, HelpAndListingsNeverTouchTheDevice)
+{
+    const Environment no_device = {{"SR_FAIL", "open:13"}};
+    const std::string usage = "Usage:\n"
+                              "1. " +
+                              vorda +
+                              " list [category]\n"
+                              "   List available entries under specified category\n"
+                              "   or leave it blank to show available categories.\n"
+                              "   Eg. " +
+                              vorda +
+                              " list stat\n"
+                              "2. " +
+                              vorda +
+                              " [Options] entry\n"
+                              "   Read the specified entry from the system.\n"
+                              "   Eg. " +
+                              vorda +
+                              " stat\n"
+                              "\n"
+                              "Options:\n"
+                              " -d dev_idx:\n"
+                              "    Specify device index (default: 0).\n"
+                              " -p path_idx:\n"
+                              "    Specify path index (default: 0).\n"
+                              " -h :\n"
+                              "    Print this help.\n";
+    for (const std::vector<std::string> &args :
+         {std::vector<std::string>{}, {"help"}, {"-h"}, {"-d", "1"}, {"vinfo", "-h"}}) {
+        const Result result = run_vorda(args, "", no_device);
+        EXPECT_EQ(result.err, usage);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.status, 1);
+    }
+
+    const Result list = run_vorda({"list"}, "", no_device);
+    EXPECT_EQ(list.out, "Available categories:\n"
+                        "- cfg: Computation results of DIP modules.\n"
+                        "- intl: internal interface data in DIP.\n"
+                        "- share: Cross-module data in DIP.\n"
+                        "- stat: Statistics data.\n"
+                        "- vinfo: Video system information.\n"
+                        "Use `" +
+                            vorda +
+                            " list <category>' to list available entries in the "
+                            "specific category.\n");
+    EXPECT_EQ(list.err, "");
+    EXPECT_EQ(list.status, 0);
+
+    const Result vinfo = run_vorda({"list", "VInfo"}, "", no_device);
+    EXPECT_EQ(vinfo.out, "");
+    EXPECT_TRUE(vinfo.err.starts_with("Available items:\n - vinfo          : Print every item.\n"
+                                      " - vinfo.type     : Type of video system"));
+    EXPECT_EQ(vinfo.status, 0);
+
+    const Result refused = run_vorda({"-x"}, "", no_device);
+    EXPECT_EQ(refused.err, "Unknown option `-x'.\n");
+    EXPECT_EQ(refused.status, 1);
+}
+
+TEST(Journey, PrintsTheSnapshotOfTheChosenPath)
+{
+    Region region;
+    for (int path = 0; path < 4; path++) {
+        region->descptr.path[path].state = SR_DESCPTR_PRESENT;
+        region->path[path].dip.dip_ctx.share.inttime = 100 + path;
+    }
+    region->descptr.path[2].state = 0;
+
+    struct Row {
+        std::vector<std::string> args;
+        std::string out;
+        std::string err;
+        int status;
+    };
+    const Row rows[] = {
+        {{"share.inttime"}, "dev_idx = 0, path_idx = 0\nshare.inttime = 100\n", "", 0},
+        {{"-p", "1", "SHARE.IntTime"}, "dev_idx = 0, path_idx = 1\nshare.inttime = 101\n", "", 0},
+        {{"-d-1", "share.inttime", "-p259"},
+         "dev_idx = 255, path_idx = 3\nshare.inttime = 103\n",
+         "",
+         0},
+        {{"-p2", "-d7", "share"},
+         "dev_idx = 7, path_idx = 2\n",
+         "Input path 2 is not enabled on video device 7.\n",
+         1},
+        {{"-p", "260", "share"},
+         "dev_idx = 0, path_idx = 4\n",
+         "Input path 4 is not enabled on video device 0.\n",
+         1},
+        {{"share.x"}, "dev_idx = 0, path_idx = 0\n", "Unknown entry share.x.\n", 1},
+        {{"LIST"}, "dev_idx = 0, path_idx = 0\n", "Unknown category `list'.\n", 1},
+        {{"--", "-x"}, "dev_idx = 0, path_idx = 0\n", "Unknown category `-x'.\n", 1},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(::testing::PrintToString(row.args));
+        const Result result = run_vorda(row.args, region.file());
+        EXPECT_EQ(result.out, row.out);
+        EXPECT_EQ(result.err, row.err);
+        EXPECT_EQ(result.status, row.status);
+    }
+}
+
+// The bytes that every ABI prints of the telling snapshots.
+TEST(Journey, PrintsAllAsRecorded)
+{
+    Region region;
+    for (const std::string kind : {"distinct", "ones", "zero"}) {
+        region->path[0].dip = *snapshot_of(kind);
+        const Result result = run_vorda({"all"}, region.file());
+        EXPECT_TRUE(result.out == "dev_idx = 0, path_idx = 0\n" +
+                                      read_file(VORDA_SOURCE_DIR "/tests/golden/" + kind + ".txt"))
+            << kind;
+        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(result.status, 0);
+    }
+}
+
+TEST(Journey, EachFailureOfTheDeviceEndsWithTheSameMessage)
+{
+    const Region region;
+    const TempFile none;
+    const TempFile odd(4711);
+    for (const char *step : {"open", "query", "alloc", "mmap", "complete"}) {
+        for (const int error : {EPERM, ENOENT, ENOMEM, EBUSY, ENODEV, EMFILE}) {
+            SCOPED_TRACE(step + std::to_string(error));
+            const Result result =
+                run_vorda({"vinfo"}, strcmp(step, "alloc") == 0 ? none.path() : region.file(),
+                          {{"SR_FAIL", step + (":" + std::to_string(error))}});
+            EXPECT_EQ(result.out, "dev_idx = 0, path_idx = 0\n");
+            EXPECT_EQ(result.err, "Unable to initialize MPP.\n");
+            EXPECT_EQ(result.status, 1);
+        }
+    }
+
+    const Result wrong = run_vorda({"vinfo"}, odd.path());
+    EXPECT_EQ(wrong.err, "/dev/sr: " + odd.path() + " has 4711 bytes, a region has 594696.\n" +
+                             "Unable to initialize MPP.\n");
+    const Result missing = run_vorda({"vinfo"}, "/nonexistent/region");
+    EXPECT_EQ(missing.err, "Unable to initialize MPP.\n");
+
+    // A region that vorda itself creates has no path.
+    const Result fresh = run_vorda({"vinfo"}, none.path());
+    EXPECT_EQ(fresh.err, "Input path 0 is not enabled on video device 0.\n");
+    EXPECT_EQ(std::filesystem::file_size(none.path()), sizeof(VplatConf));
+}
+
+TEST(Journey, ChangesNothingButTheDescriptorTable)
+{
+    Region region;
+    std::string before(reinterpret_cast<const char *>(&region->log),
+                       sizeof(VplatConf) - sizeof(SrMemDescptr));
+    run_vorda({"all"}, region.file());
+    EXPECT_TRUE(before == std::string(reinterpret_cast<const char *>(&region->log), before.size()));
+}
+
+TEST(Journey, SurvivesOutputThatCannotBeWritten)
+{
+    const Region region;
+    EXPECT_EQ(run_vorda({"all"}, region.file(), {}, "/dev/full").status, 0);
+
+    // With standard output closed the device gets its descriptor; it must not get the output.
+    run_vorda({"vinfo"}, region.file());
+    const std::string before = read_file(region.file());
+    EXPECT_EQ(run_vorda({"all"}, region.file(), {}, Child::CLOSED).status, 0);
+    EXPECT_TRUE(read_file(region.file()) == before);
+
+    // A reader that leaves early ends the run the usual way.
+    const std::string fifo = region.file() + ".fifo";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const int reader = open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const auto child = start_vorda({"all"}, region.file(), {}, fifo);
+    close(reader);
+    const int status = child->finish().status;
+    EXPECT_TRUE(status == -SIGPIPE || status == 128 + SIGPIPE || status == 0) << status;
+    unlink(fifo.c_str());
+    EXPECT_TRUE(region->path[0].lock.word == 0);
+}
+
+TEST(SrRun, GivesClearErrors)
+{
+    const std::string sr_run = VORDA_BUILD_DIR "/sim/sr-run";
+    const std::pair<std::vector<std::string>, std::string> rows[] = {
+        {{sr_run}, "sr-run: missing command\n"},
+        {{sr_run, "--region"}, "sr-run: missing file for --region\n"},
+        {{sr_run, "--fast", "true"}, "sr-run: unknown option --fast\n"},
+        {{sr_run, "--region", "/nonexistent/region", "true"},
+         "sr-run: /nonexistent/region: No such file or directory\n"},
+        {{sr_run, "--", "/nonexistent/program"},
+         "sr-run: /nonexistent/program: No such file or directory\n"},
+    };
+    for (const auto &[argv, message] : rows) {
+        const Result result = Child(argv, {}).finish();
+        EXPECT_TRUE(result.err.starts_with(message)) << result.err;
+        EXPECT_EQ(result.status, 2);
+    }
+}
+
+TEST(SrRun, RunsACommandOverARegionOrAFreshOne)
+{
+    const Region region;
+    const Environment environment = {{"ASAN_OPTIONS", "verify_asan_link_order=0"}};
+    const std::string program = VORDA_BUILD_DIR "/vorda";
+    const std::string sr_run = VORDA_BUILD_DIR "/sim/sr-run";
+    EXPECT_EQ(Child({sr_run, "--region", region.file(), "--", program, "vinfo.bayer"}, environment)
+                  .finish()
+                  .out,
+              "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
+    EXPECT_EQ(Child({sr_run, program, "vinfo"}, environment).finish().err,
+              "Input path 0 is not enabled on video device 0.\n");
+}
+
+} // namespace
