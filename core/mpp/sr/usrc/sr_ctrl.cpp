@@ -80,16 +80,17 @@ void deinitLog()
     g_log_level = &g_default_log;
 }
 
-// An item's descriptor, nullptr when there is none, and the size of the record it must lead to.
+// An item's descriptor, nullptr when there is none, and what the record it leads to must be like.
 struct ItemRef {
     const SrDescptrInfo *info;
     size_t record_size;
+    size_t record_align;
 };
 
 template <typename Record>
 ItemRef at(std::span<const SrDescptrInfo> table, uint32_t index)
 {
-    return {index < table.size() ? &table[index] : nullptr, sizeof(Record)};
+    return {index < table.size() ? &table[index] : nullptr, sizeof(Record), alignof(Record)};
 }
 
 ItemRef getDescptr(const SrMemDescptr *descptr, const void *idx, SrCtrlDescptrItem item)
@@ -106,7 +107,7 @@ ItemRef getDescptr(const SrMemDescptr *descptr, const void *idx, SrCtrlDescptrIt
     case SR_CTRL_DESCPTR_ITEM_OSD_HANDLE:
         return at<VplatOsdConf>(descptr->osd, *static_cast<const uint32_t *>(idx));
     default:
-        return {nullptr, 0};
+        return {nullptr, 0, 1};
     }
 }
 
@@ -186,12 +187,12 @@ void *SR_getShmAddr(const void *idx, SrCtrlDescptrItem item)
     }
 
     const CtrlLockGuard guard;
-    const auto [info, record_size] = getDescptr(&g_shm_data.conf->descptr, idx, item);
+    const auto [info, size, align] = getDescptr(&g_shm_data.conf->descptr, idx, item);
     if (info == nullptr || info->state != SR_DESCPTR_PRESENT)
         return nullptr;
     // Every process of the platform can write the table: a record never leaves the mapping.
     const uint32_t offset = info->offset;
-    if (offset > sizeof(VplatConf) - record_size)
+    if (offset > sizeof(VplatConf) - size || offset % align != 0)
         return nullptr;
     return reinterpret_cast<uint8_t *>(g_shm_data.conf) + offset;
 }
