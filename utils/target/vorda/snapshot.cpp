@@ -33,13 +33,14 @@ private:
 
 void copy_locked(VplatPathConf *path, DipPathCtx *ctx)
 {
+    const SignalHold hold;
+
     // A rehearsal, whose bytes the real copy overwrites: it brings every page of source and
     // destination, and the code of the copy, into memory and cache, so that the DIP waits for
-    // nothing but one warm copy.
+    // nothing but one warm copy. No system call stands between the two, since it would cool them.
     memcpy(ctx, &path->dip, sizeof(*ctx));
     std::atomic_signal_fence(std::memory_order_seq_cst); // the compiler must not drop it
 
-    const SignalHold hold;
     const PathLockGuard guard(&path->lock);
     memcpy(ctx, &path->dip, sizeof(*ctx));
 }
