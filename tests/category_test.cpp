@@ -34,13 +34,10 @@ const std::string categories[] = {"cfg", "intl", "share", "stat", "vinfo"};
 std::vector<std::string> listed_items(const std::string &category)
 {
     register_categories();
+    const Result result = captured([&] { return parse_help("vorda", category.c_str()); });
     std::vector<std::string> items;
-    std::istringstream listing(captured([&] { return parse_help("vorda", category.c_str()); }).err);
-    const std::string start = " - " + category + ".";
-    for (std::string line; std::getline(listing, line);)
-        if (line.starts_with(start))
-            items.push_back(
-                line.substr(start.size(), line.find_first_of(" :", start.size()) - start.size()));
+    for (const auto &[name, description] : parse_listing(result.err, category))
+        items.push_back(name);
     return items;
 }
 

@@ -101,6 +101,20 @@ void register_categories()
     (void)done;
 }
 
+std::vector<std::pair<std::string, std::string>> parse_listing(const std::string &listing,
+                                                               const std::string &category)
+{
+    std::vector<std::pair<std::string, std::string>> items;
+    std::istringstream lines(listing);
+    const std::string start = " - " + category + ".";
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(start))
+            items.emplace_back(
+                line.substr(start.size(), line.find_first_of(" :", start.size()) - start.size()),
+                line.substr(line.find(": ") + 2));
+    return items;
+}
+
 std::string read_file(const std::string &path)
 {
     std::ifstream file(path, std::ios::binary);

@@ -31,6 +31,10 @@ extern Log logged;
 // Registers the built-in categories in this process, the first time it is called.
 void register_categories();
 
+// The names and descriptions of a category's item listing.
+std::vector<std::pair<std::string, std::string>> parse_listing(const std::string &listing,
+                                                               const std::string &category);
+
 std::string read_file(const std::string &path);
 
 // A region in a file of its own, mapped here as well. It begins as the scene's first frame.

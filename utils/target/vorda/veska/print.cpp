@@ -16,9 +16,7 @@ char *buffer_end = buffer;
 
 char *put_text(char *out, const char *text)
 {
-    const size_t length = std::min(strlen(text), KEY_MAX);
-    memcpy(out, text, length);
-    return out + length;
+    return std::copy_n(text, std::min(strlen(text), KEY_MAX), out);
 }
 
 template <typename Value>

@@ -1,0 +1,10 @@
+// One input of the fuzzer: command line and snapshot from bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// The bytes hold, in this order: the number of words and each word up to a NUL; a byte that fills
+// the snapshot; changes of it, a 24-bit offset and a 32-bit value each. Runs what the words ask for
+// over the snapshot.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
