@@ -195,6 +195,46 @@ TEST(Journey, SurvivesOutputThatCannotBeWritten)
     EXPECT_TRUE(region->path[0].lock.word == 0);
 }
 
+TEST(Documents, TheManualDescribesTheItemsThatThereAre)
+{
+    const std::string manual = read_file(VORDA_BUILD_DIR "/vorda.1");
+    size_t items = 0;
+    for (const char *category : {"cfg", "intl", "share", "stat", "vinfo"})
+        for (const auto &[name, description] :
+             parse_listing(run_vorda({"list", category}, "").err, category)) {
+            const std::string paragraph =
+                std::string(".TP\n.B ") + category + "." + name + "\n" + description + "\n";
+            EXPECT_NE(manual.find(paragraph), std::string::npos) << paragraph;
+            items++;
+        }
+    EXPECT_EQ(items, 86U);
+    size_t paragraphs = 0;
+    for (size_t at = manual.find(".SH CATEGORIES"), end = manual.find(".SH EXIT"); at < end;
+         at = manual.find("\n.TP\n", at + 1))
+        paragraphs++;
+    EXPECT_EQ(paragraphs - 1, items);
+}
+
+TEST(Documents, CompletionOffersTheToolsOwnNames)
+{
+    const auto offered = [](const std::string &words) {
+        const std::string script = "source " VORDA_SOURCE_DIR "/completion/vorda.bash; "
+                                   "COMP_WORDS=(" VORDA_BUILD_DIR "/vorda " +
+                                   words +
+                                   "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _vorda; "
+                                   "echo \"${COMPREPLY[@]}\"";
+        return Child({"bash", "-c", script}, {}).finish().out;
+    };
+    EXPECT_EQ(offered("''"), "cfg intl share stat vinfo all list help\n");
+    EXPECT_EQ(offered("s"), "share stat\n");
+    EXPECT_EQ(offered("list ''"), "cfg intl share stat vinfo\n");
+    EXPECT_EQ(offered("-p 1 vinfo.b"), "vinfo.bayer vinfo.bind_win\n");
+    EXPECT_EQ(offered("cfg.front_n"), "cfg.front_nr\n");
+    EXPECT_EQ(offered("-"), "-d -p -h\n");
+    EXPECT_EQ(offered("-d ''"), "\n");
+    EXPECT_EQ(offered("x.y"), "\n");
+}
+
 TEST(SrRun, GivesClearErrors)
 {
     const std::string sr_run = VORDA_BUILD_DIR "/sim/sr-run";
