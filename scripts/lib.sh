@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # What the scripts share. Sourced, not run.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -18,12 +19,16 @@ need() {
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -qq -y --no-install-recommends "${missing[@]}" >&2
 }
 
-# Configures a preset; the rest are targets (none: all).
+# Configures and builds a preset; the rest are targets (none: all). Shows more only when it fails.
 build() {
-  local preset=$1
+  local preset=$1 log
   shift
   step "build $preset"
-  cmake --preset "$preset" >"build-$preset.log" 2>&1 || { cat "build-$preset.log" >&2; return 1; }
-  rm -f "build-$preset.log"
-  cmake --build --preset "$preset" ${1:+--target "$@"} | tail -n 1 >&2
+  log=$(mktemp)
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
+    tail -n 60 "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
 }
