@@ -2,6 +2,7 @@
 #include "scene.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 namespace
@@ -11,19 +12,14 @@ constexpr uint32_t GAIN_1X = 1024;
 constexpr float FPS = 25.0F;
 constexpr int32_t FRAME_US = 40000;
 
+// As the platform does, with the mutex free and shared between processes.
 void init_lock(PathLock *lock)
 {
-    pthread_mutexattr_t attr;
-    pthread_mutexattr_init(&attr);
-    pthread_mutexattr_setpshared(&attr, PTHREAD_PROCESS_SHARED);
-#if defined(__arm__) && defined(__GLIBC__)
-    pthread_mutex_init(lock, &attr);
-#else
-    constexpr uint32_t PROCESS_SHARED = 0x80; // in the kind of a glibc mutex
-    *lock = {};
-    lock->kind = PROCESS_SHARED;
-#endif
-    pthread_mutexattr_destroy(&attr);
+    constexpr uint32_t PROCESS_SHARED = 0x80; // the kind of the mutex, its fourth word
+    uint32_t words[6] = {};
+    words[3] = PROCESS_SHARED;
+    static_assert(sizeof(words) == sizeof(*lock));
+    memcpy(lock, words, sizeof(words));
 }
 
 // Brightness swings, as if clouds passed: exposure time follows it up to one frame, gain does the

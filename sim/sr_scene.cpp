@@ -124,8 +124,9 @@ int main(int argc, char **argv)
     write_frame(conf, ctx.get(), frame, options);
     while (options.live && stopped == 0) {
         if (options.fps > 0) {
-            const timespec period = {.tv_sec = options.fps == 1, // a second is 0 ns of the next
-                                     .tv_nsec = 1000000000 / options.fps % 1000000000};
+            constexpr long SECOND = 1000000000;
+            const timespec period = {.tv_sec = SECOND / options.fps / SECOND,
+                                     .tv_nsec = SECOND / options.fps % SECOND};
             nanosleep(&period, nullptr);
         }
         write_frame(conf, ctx.get(), ++frame, options);

@@ -254,6 +254,36 @@ TEST(SrRun, GivesClearErrors)
     }
 }
 
+TEST(SrScene, FillsTheSameFrameAgainAndGoesOnWhenAsked)
+{
+    const std::string sr_scene = VORDA_BUILD_DIR "/sim/sr-scene";
+    const TempFile first;
+    const TempFile second(1000); // not a region yet
+    for (const TempFile *file : {&first, &second})
+        EXPECT_EQ(Child({sr_scene, file->path()}, {}).finish().status, 0);
+    EXPECT_EQ(std::filesystem::file_size(second.path()), sizeof(VplatConf));
+    EXPECT_TRUE(read_file(first.path()) == read_file(second.path()));
+
+    Child live({sr_scene, "--live", "--fps", "200", first.path()}, {});
+    const auto all = [&] { return run_vorda({"all"}, first.path()).out; };
+    const std::string before = all();
+    EXPECT_TRUE(eventually(10000, [&] { return all() != before; }));
+    kill(live.pid(), SIGTERM);
+    EXPECT_EQ(live.finish().status, 0); // it ends after a whole frame
+
+    for (const std::vector<std::string> &arguments :
+         {std::vector<std::string>{}, {"--fps", "x", "f"}, {"--slow", "f"}, {"f", "g"}}) {
+        std::vector<std::string> argv = {sr_scene};
+        argv.insert(argv.end(), arguments.begin(), arguments.end());
+        const Result result = Child(argv, {}).finish();
+        EXPECT_TRUE(result.err.starts_with("Usage: sr-scene"));
+        EXPECT_EQ(result.status, 2);
+    }
+    const Result unwritable = Child({sr_scene, "/nonexistent/region"}, {}).finish();
+    EXPECT_EQ(unwritable.err, "sr-scene: /nonexistent/region: No such file or directory\n");
+    EXPECT_EQ(unwritable.status, 2);
+}
+
 TEST(SrRun, RunsACommandOverARegionOrAFreshOne)
 {
     const Region region;

@@ -12,6 +12,7 @@ namespace
 constexpr size_t KEY_MAX = 100;
 
 char buffer[256];
+static_assert(2 * KEY_MAX + 2 + DECIMAL_MAX + VALUE_LINE_MAX <= sizeof(buffer));
 char *buffer_end = buffer;
 
 char *put_text(char *out, const char *text)

@@ -11,6 +11,10 @@
 #include <pthread.h>
 
 #if defined(__arm__) && defined(__GLIBC__) && !defined(__UCLIBC__)
+#define PATH_LOCK_IS_PTHREAD_MUTEX
+#endif
+
+#ifdef PATH_LOCK_IS_PTHREAD_MUTEX
 
 using PathLock = pthread_mutex_t;
 static_assert(offsetof(PathLock, __data.__lock) == 0);

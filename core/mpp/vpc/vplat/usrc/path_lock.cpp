@@ -1,7 +1,7 @@
 // Taking and releasing the lock of an input path record.
 #include "path_lock.h"
 
-#if defined(__arm__) && defined(__GLIBC__) && !defined(__UCLIBC__)
+#ifdef PATH_LOCK_IS_PTHREAD_MUTEX
 
 void path_lock(PathLock *lock)
 {
