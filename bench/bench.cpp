@@ -1,6 +1,7 @@
 // Times, as pairs of ours and a baseline in one run; scripts/bench makes ratios of them.
 #include "attr_text.h"
 #include "dip_intl_save_attr.h"
+#include "lock_probe.h"
 #include "scene.h"
 #include "sr_device.h"
 #include "vorda.h"
@@ -22,32 +23,6 @@ namespace
 {
 
 using Clock = std::chrono::steady_clock;
-
-Clock::time_point locked;
-Clock::time_point unlocked;
-
-} // namespace
-
-// The linker puts these between the product and its lock.
-void real_path_lock(PathLock *lock) __asm__("__real__Z9path_lockP8PathLock");
-void real_path_unlock(PathLock *lock) __asm__("__real__Z11path_unlockP8PathLock");
-void wrap_path_lock(PathLock *lock) __asm__("__wrap__Z9path_lockP8PathLock");
-void wrap_path_unlock(PathLock *lock) __asm__("__wrap__Z11path_unlockP8PathLock");
-
-void wrap_path_lock(PathLock *lock)
-{
-    real_path_lock(lock);
-    locked = Clock::now();
-}
-
-void wrap_path_unlock(PathLock *lock)
-{
-    unlocked = Clock::now();
-    real_path_unlock(lock);
-}
-
-namespace
-{
 
 // The middle of many times, in nanoseconds: the longer ones had an interrupt in them.
 double middle(std::vector<Clock::duration> &times)
@@ -81,6 +56,10 @@ void lock_window(benchmark::State &state)
     const DipPathCtx &source = scene_region()->path[0].dip;
     const auto ctx = std::make_unique<DipPathCtx>();
     std::vector<char> other(16 << 20);
+    Clock::time_point locked;
+    Clock::time_point unlocked;
+    after_lock = [&] { locked = Clock::now(); };
+    before_unlock = [&] { unlocked = Clock::now(); };
     std::vector<Clock::duration> ours;
     std::vector<Clock::duration> bare;
     for ([[maybe_unused]] const auto _ : state) {
@@ -95,6 +74,8 @@ void lock_window(benchmark::State &state)
         bare.push_back(Clock::now() - start);
         benchmark::DoNotOptimize(*ctx);
     }
+    after_lock = nullptr;
+    before_unlock = nullptr;
     state.counters["bare"] = middle(bare);
     state.counters["ours"] = middle(ours);
 }

@@ -1,6 +1,7 @@
 // The promise to the camera: a snapshot is of one frame, the lock is held for one copy and nothing
 // else, and it is never left behind.
 #include "harness.h"
+#include "lock_probe.h"
 #include "vorda.h"
 
 #include <atomic>
@@ -170,37 +171,6 @@ TEST(Lock, NoSignalLeavesItBehind)
     EXPECT_GT(hit, rounds / 4);
     printf("%d signals, %d to a tool at the lock, %d ended it\n", rounds, waited, hit);
 }
-
-// The linker puts these between the product and its lock.
-
-std::function<void()> after_lock;
-std::function<void()> before_unlock;
-
-} // namespace
-
-extern "C++" {
-void real_path_lock(PathLock *lock) __asm__("__real__Z9path_lockP8PathLock");
-void real_path_unlock(PathLock *lock) __asm__("__real__Z11path_unlockP8PathLock");
-void wrap_path_lock(PathLock *lock) __asm__("__wrap__Z9path_lockP8PathLock");
-void wrap_path_unlock(PathLock *lock) __asm__("__wrap__Z11path_unlockP8PathLock");
-}
-
-void wrap_path_lock(PathLock *lock)
-{
-    real_path_lock(lock);
-    if (after_lock)
-        after_lock();
-}
-
-void wrap_path_unlock(PathLock *lock)
-{
-    if (before_unlock)
-        before_unlock();
-    real_path_unlock(lock);
-}
-
-namespace
-{
 
 // Takes a snapshot in a fresh process, which a probe ends before it unlocks; returns its status.
 int snapshot_apart(const Region &region)

@@ -147,14 +147,19 @@ void print_dhz(const DipPathCtx &ctx)
     print("ROI luma_avg: %u\n", ctx.dip_ctx.stat.dhz.stat.luma_avg);
 }
 
+void print_roi(const char *owner, const MPI_RECT_POINT_S &roi)
+{
+    print_value(owner, ".roi.sx", roi.sx);
+    print_value(owner, ".roi.sy", roi.sy);
+    print_value(owner, ".roi.ex", roi.ex);
+    print_value(owner, ".roi.ey", roi.ey);
+}
+
 void print_mv(const DipPathCtx &ctx)
 {
     const DipMvHist &mv = ctx.dip_ctx.stat.mv;
     print("mv ROI:\n");
-    print_value("mv.roi.sx", mv.cfg.roi.sx);
-    print_value("mv.roi.sy", mv.cfg.roi.sy);
-    print_value("mv.roi.ex", mv.cfg.roi.ex);
-    print_value("mv.roi.ey", mv.cfg.roi.ey);
+    print_roi("mv", mv.cfg.roi);
     print("mv histogram:\n");
     print("<#bin>(mv_x, mv_y, mv_cnt)\n");
     print("----------------------------\n");
@@ -168,10 +173,7 @@ void print_mcvp_var(const DipPathCtx &ctx)
 {
     const DipMcvpVar &mcvp = ctx.dip_ctx.stat.mcvp_var;
     print("mcvp_var ROI:\n");
-    print_value("mcvp.roi.sx", mcvp.cfg.roi.sx);
-    print_value("mcvp.roi.sy", mcvp.cfg.roi.sy);
-    print_value("mcvp.roi.ex", mcvp.cfg.roi.ex);
-    print_value("mcvp.roi.ey", mcvp.cfg.roi.ey);
+    print_roi("mcvp", mcvp.cfg.roi);
     print("mcvp_var stat:\n");
     print("horizontal variance: %u\n", mcvp.var.hor_sum);
     print("vertical variance: %u\n", mcvp.var.ver_sum);

@@ -474,9 +474,9 @@ void write_nr_body(AttrText &text, const IntlNrBody &p, const NrForm &form)
     text.value("is_lut_i_en", p.is_lut_i_en);
     text.put("lut_i_cnt = %d%s\n", p.lut_i_cnt, form.lut_i_cnt_comment);
     text.append(";y_level_3d ; lut_i_cnt=16 mapping to 0-255\n");
-    text.put("%s", form.table_gap);
+    text.append(form.table_gap);
     text.indexed_rows("lut_ma_y_lut_i-", p.lut_ma_y_lut_i);
-    text.put("%s", form.table_gap);
+    text.append(form.table_gap);
     text.indexed_rows("lut_mc_y_lut_i-", p.lut_mc_y_lut_i);
     text.append(";c_level_3d\n");
     text.append("\n");
