@@ -10,7 +10,7 @@ inline constexpr int SCENE_PATH_NUM = 2; // paths 0 and 1 are present, the other
 // Makes an empty region one with the paths of the scene, their locks free, and default log levels.
 void init_region(VplatConf *conf);
 
-// Fills the context of one path (0 or 1) for a frame; the same frame always gives the same bytes.
+// Fills the context of one path (0 or 1) for a frame; the same frame always gives the same values.
 void fill_frame(DipPathCtx *ctx, int path, uint32_t frame);
 
 // The parts of fill_frame, each for the records of one category.

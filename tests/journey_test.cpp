@@ -262,12 +262,12 @@ TEST(SrScene, FillsTheSameFrameAgainAndGoesOnWhenAsked)
     for (const TempFile *file : {&first, &second})
         EXPECT_EQ(Child({sr_scene, file->path()}, {}).finish().status, 0);
     EXPECT_EQ(std::filesystem::file_size(second.path()), sizeof(VplatConf));
-    EXPECT_TRUE(read_file(first.path()) == read_file(second.path()));
+    const auto all = [](const TempFile &file) { return run_vorda({"all"}, file.path()).out; };
+    const std::string before = all(first);
+    EXPECT_TRUE(all(second) == before);
 
     Child live({sr_scene, "--live", "--fps", "200", first.path()}, {});
-    const auto all = [&] { return run_vorda({"all"}, first.path()).out; };
-    const std::string before = all();
-    EXPECT_TRUE(eventually(10000, [&] { return all() != before; }));
+    EXPECT_TRUE(eventually(10000, [&] { return all(first) != before; }));
     kill(live.pid(), SIGTERM);
     EXPECT_EQ(live.finish().status, 0); // it ends after a whole frame
 
