@@ -1,0 +1,58 @@
+// Makes of index.html, the modules, the style and the reader one HTML file that asks for nothing.
+//
+//     node build.mjs OUT.html [READER.wasm]
+//
+// Without a reader the page shows what `vordascope report` bakes in, and reads no capture itself.
+import { createHash } from 'node:crypto';
+import { readFileSync, writeFileSync } from 'node:fs';
+import { fileURLToPath } from 'node:url';
+import { deflateSync } from 'node:zlib';
+import { build } from 'esbuild';
+
+const [out, reader] = process.argv.slice(2);
+if (!out) {
+    console.error('usage: node build.mjs OUT.html [READER.wasm]');
+    process.exit(2);
+}
+
+const here = (name) => fileURLToPath(new URL(name, import.meta.url));
+
+const bundled = await build({
+    entryPoints: [here('src/main.js')],
+    bundle: true,
+    format: 'esm',
+    target: 'es2022',
+    minify: true,
+    legalComments: 'inline',
+    write: false,
+    outdir: 'bundle',
+});
+const textOf = (suffix) =>
+    bundled.outputFiles
+        .filter((file) => file.path.endsWith(suffix))
+        .map((file) => file.text.trim())
+        .join('\n');
+
+const script = textOf('.js');
+const style = textOf('.css');
+
+// Hashes instead of 'unsafe-inline': nothing that a capture could smuggle in ever runs or styles.
+const hash = (text) => `'sha256-${createHash('sha256').update(text).digest('base64')}'`;
+const parts = {
+    script,
+    style,
+    reader: reader ? deflateSync(readFileSync(reader), { level: 9 }).toString('base64') : '',
+    policy: [
+        "default-src 'none'",
+        `script-src ${hash(script)}${reader ? " 'wasm-unsafe-eval'" : ''}`,
+        `style-src ${hash(style)}`,
+        "base-uri 'none'",
+        "form-action 'none'",
+    ].join('; '),
+};
+
+const html = readFileSync(here('index.html'), 'utf8').replace(
+    /\{\{(\w+)\}\}/g,
+    (_, name) => parts[name],
+);
+writeFileSync(out, html);

@@ -1,0 +1,88 @@
+// Where the page's captures come from: baked in by `vordascope report`, or dropped onto the page,
+// chosen or pasted and then read by the same reader, compiled for WebAssembly. Whatever happens,
+// the page gets a model (see model.h): input that cannot be read is a note in it.
+
+/** Undoes base64 and deflate, in which everything large is kept in the file. */
+async function inflated(base64) {
+    const bytes = Uint8Array.from(atob(base64), (c) => c.charCodeAt(0));
+    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('deflate'));
+    return new Response(stream).arrayBuffer();
+}
+
+const contentOf = (id) => document.getElementById(id).textContent.trim();
+
+/** The model that `vordascope report` baked in; null in the empty page. */
+export async function bakedModel() {
+    const base64 = contentOf('captures');
+    if (!base64) return null;
+    try {
+        return JSON.parse(new TextDecoder().decode(await inflated(base64)));
+    } catch (error) {
+        return failure([document.title], `This file is damaged: ${error.message}`);
+    }
+}
+
+/** Whether this page can read captures itself. */
+export const canRead = () => contentOf('reader') !== '';
+
+/** A model that shows nothing but why there is nothing. */
+const failure = (files, text) => ({
+    vorda_page: 1,
+    files,
+    unread_count: 0,
+    unread: [],
+    notes: files.map((_, file) => ({ file, text })),
+    groups: [],
+});
+
+/**
+ * Reads captures, in this order, into one model.
+ * @param {Blob[]} files with a `name`, as a browser hands them out
+ */
+export async function readCaptures(files) {
+    const names = files.map((file) => file.name);
+    return failure(names, 'This page was built without a reader.');
+}
+
+/**
+ * Shows captures as they are dropped onto the window or pasted into it: files or the text itself.
+ * Text pasted into an input field stays there.
+ * @param {(model: object) => void} show
+ * @param {(names: string[]) => void} [busy] called before captures are read
+ */
+export function watchCaptures(show, busy = () => {}) {
+    const take = async (files, text) => {
+        const captures = files.length ? files : [new File([text], 'pasted text')];
+        if (!files.length && !text.trim()) return;
+        busy(captures.map((file) => file.name));
+        show(await readCaptures(captures));
+    };
+    const takeFrom = (transfer) => take([...transfer.files], transfer.getData('text/plain'));
+
+    window.addEventListener('dragover', (event) => event.preventDefault());
+    window.addEventListener('drop', (event) => {
+        event.preventDefault();
+        takeFrom(event.dataTransfer);
+    });
+    window.addEventListener('paste', (event) => {
+        if (event.target.closest?.('input, textarea')) return;
+        event.preventDefault();
+        takeFrom(event.clipboardData);
+    });
+}
+
+/** Lets the user choose files; resolves to their model, or to null when none is chosen. */
+export function chooseCaptures(busy = () => {}) {
+    const input = document.createElement('input');
+    input.type = 'file';
+    input.multiple = true;
+    return new Promise((resolve) => {
+        input.addEventListener('cancel', () => resolve(null));
+        input.addEventListener('change', async () => {
+            const files = [...input.files];
+            busy(files.map((file) => file.name));
+            resolve(await readCaptures(files));
+        });
+        input.click();
+    });
+}
