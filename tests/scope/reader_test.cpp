@@ -1,0 +1,415 @@
+// The reader: its grammar by rows, all that vorda prints, and texts that nobody meant to be read.
+#include "dip_ctx_types.h"
+#include "harness.h"
+#include "reading.h"
+#include "scene.h"
+#include "vorda.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace vordascope;
+using namespace std::string_literals;
+
+namespace
+{
+
+const std::string INDEX = "dev_idx = 0, path_idx = 1\n";
+
+struct Row {
+    std::string text;
+    std::string fields;
+};
+
+void expect_rows(const std::string &before, const std::vector<Row> &rows)
+{
+    for (const Row &row : rows)
+        EXPECT_EQ(read_all(before + row.text), row.fields) << row.text;
+}
+
+TEST(Reader, Lines)
+{
+    expect_rows(
+        INDEX + "=== cfg.x ===\n",
+        {
+            // Keys and values.
+            {"mode = -3\n", "cfg.x.mode = -3\n"},
+            {"level_r  = 1022\n", "cfg.x.level_r = 1022\n"},
+            {"TE enable = 1\nROI0 pixel num: 518400\n",
+             "cfg.x.TE enable = 1\ncfg.x.ROI0 pixel num = 518400\n"},
+            {"Overflow: false\na = true\n", "cfg.x.Overflow = false\ncfg.x.a = true\n"},
+            {"avg:   16525\n", "cfg.x.avg = 16525\n"},
+            {"a = nan\nb = -nan\nc = -inf\nd = inf\n",
+             "cfg.x.a = nan\ncfg.x.b = -nan\ncfg.x.c = -inf\ncfg.x.d = inf\n"},
+            {"fps = 25.00\nbig = 340282346638528859811704183484516925440.00\n",
+             "cfg.x.fps = 25.00\ncfg.x.big = 340282346638528859811704183484516925440.00\n"},
+            {"var = 18446744073709551615\nlow = -9223372036854775808\n",
+             "cfg.x.var = 18446744073709551615\ncfg.x.low = -9223372036854775808\n"},
+            {"a = 18446744073709551616\nb = -9223372036854775809\n",
+             "cfg.x.a = 18446744073709551616 (inexact)\ncfg.x.b = -9223372036854775809 (inexact)\n"},
+            {"path = /a b; c\nq = 1.\nr = 007\ns = 1 2\nt = 5 (x\n",
+             "cfg.x.path = \"/a b; c\"\ncfg.x.q = \"1.\"\ncfg.x.r = \"007\"\ncfg.x.s = \"1 2\"\n"
+             "cfg.x.t = \"5 (x\"\n"},
+            {"valid_win = \nnext =\n", "cfg.x.valid_win = -\ncfg.x.next = -\n"},
+            // Scalars with a comma, and lists in their four forms.
+            {"gain = 1,\ncoeff =   435,\n", "cfg.x.gain = 1\ncfg.x.coeff = 435\n"},
+            {"a = 1, 2\nb = 3, 4, \nc = 5, 6,\nd = 7, 8, \t; [0, 1023]\ne = 9, \n",
+             "cfg.x.a = [1,2]\ncfg.x.b = [3,4]\ncfg.x.c = [5,6]\ncfg.x.d = [7,8]\ncfg.x.e = [9]\n"},
+            {"rg =96, -120, \ngain_curve.x    = 0, 204, \nb =  8,  16, \n",
+             "cfg.x.rg = [96,-120]\ncfg.x.gain_curve.x = [0,204]\ncfg.x.b = [8,16]\n"},
+            {"w-7 = 32, 33, ; manual\n", "cfg.x.w-7 = [32,33]\n"},
+            // Legends and derived numbers.
+            {"mode = 0 (0: normal, 1: disable)\n", "cfg.x.mode = 0\n"},
+            {"mode = 0\n(0: normal, 1: 2D only)\n", "cfg.x.mode = 0\n"},
+            {"m[0] = 96 (96)\nm[1] = 1012 (-12)\n", "cfg.x.m = [96,1012]\n"},
+            {"type = 2 (Dual sensors, stitching)\n", "cfg.x.type = 2\n"},
+            // Comments.
+            {"; a = 1\n;b\n\n   \na = 1\t; s3.4 [-128, 127]\nb = 2 ; Enable\nc = 3;x\n",
+             "cfg.x.a = 1\ncfg.x.b = 2\ncfg.x.c = 3\n"},
+            {"Unable to acquire corresponding window cfg.\n", ""},
+            // Elements line by line, rows with numbers in their keys.
+            {"a.x[0] = 1\na.x[1] = 2,\na.y[0] = 3\n", "cfg.x.a.x = [1,2]\ncfg.x.a.y = [3]\n"},
+            {"g[0].enable = 1,\ng[0].val[0] = 2,\ng[0].val[1] = 3,\ng[1].val[0] = 4,\n",
+             "cfg.x.g[0].enable = 1\ncfg.x.g[0].val = [2,3]\ncfg.x.g[1].val = [4]\n"},
+            {"v_0-0  =  1,  2, \n\nv_0-1  =  3,  4, \nx_0 = 5\ny_0 = 6\nx_1 = 7\n",
+             "cfg.x.v_0-0 = [1,2]\ncfg.x.v_0-1 = [3,4]\ncfg.x.x_0 = 5\ncfg.x.y_0 = 6\ncfg.x.x_1 = 7\n"},
+            // Tuples.
+            {"bind_win = (0,0)\nvalid_win = (5,1) (-16,-1)\n",
+             "cfg.x.bind_win = [[0,0]]\ncfg.x.valid_win = [[5,1],[-16,-1]]\n"},
+        });
+}
+
+TEST(Reader, RowsAndBlocks)
+{
+    expect_rows(
+        INDEX + "=== stat.x ===\n",
+        {
+            // A vector in rows of six, ragged or not; in one row; of a size that its label tells.
+            {"PTA Curve[8]:\n 1, 2, 3, 4, 5, 6, \n 7, 8, \n",
+             "stat.x.PTA Curve[8] = [1,2,3,4,5,6,7,8]\n"},
+            {"hist:\n1, 2, 3, 4, 5, 6, \n7, 8, 9, 10, 11, 12, \n",
+             "stat.x.hist = [1,2,3,4,5,6,7,8,9,10,11,12]\n"},
+            {"peak:\n  13500,    7804,\nenergy:\n1, 2\n",
+             "stat.x.peak = [13500,7804]\nstat.x.energy = [1,2]\n"},
+            {"c[4]:\n1, 2\n3, 4\nd[5]:\n1, 2\n3, 4\n",
+             "stat.x.c[4] = [1,2,3,4]\nstat.x.d[5] = [[1,2],[3,4]]\n"},
+            // Maps; blanks before the colon.
+            {"table.coeff.ee :\n1, 2, \n3, 4, \n", "stat.x.table.coeff.ee = [[1,2],[3,4]]\n"},
+            {"m:\n  1740,   -552\n  -298,   1581\n   -31\n",
+             "stat.x.m = [[1740,-552],[-298,1581],[-31]]\n"},
+            // Points, and a numbered table below its head.
+            {"g0:\n(  4   3) ( 13   3) \n(  4  11) \n", "stat.x.g0 = [[4,3],[13,3],[4,11]]\n"},
+            {"mv histogram:\n<#bin>(mv_x, mv_cnt)\n------\n<# 0> ( -32,      5)\n<# 1> (   0,      7)\n"
+             "total = 2\n",
+             "stat.x.mv histogram = [[-32,5],[0,7]]\nstat.x.total = 2\n"},
+            // Blocks: by capitals, by heading, by label; a label in a label.
+            {"DBC0:\nmode = 1\nee:\n1, 2, \n3, 4, \nDBC1:\nmode = 2\n",
+             "stat.x.DBC0.mode = 1\nstat.x.DBC0.ee = [[1,2],[3,4]]\nstat.x.DBC1.mode = 2\n"},
+            {"[ROI var]\nROI0 h1_avg = 5\n[RGL var]\nh1_avg:\n5, 6\nROI0 h1_avg = 7\n",
+             "stat.x.ROI var.ROI0 h1_avg = 5\nstat.x.RGL var.h1_avg = [5,6]\n"
+             "stat.x.RGL var.ROI0 h1_avg = 7\n"},
+            {"mv ROI:\nmv.roi.sx = 1\nmv.roi.sy = 2\nmv hist:\n1, 2\ntotal = 3\n",
+             "stat.x.mv ROI.mv.roi.sx = 1\nstat.x.mv ROI.mv.roi.sy = 2\nstat.x.mv hist = [1,2]\n"
+             "stat.x.total = 3\n"},
+            {"[Rtx ROI]\npeak:\n1, 2\nChannel information:\ng0:\n(1 2) \nr:\n(3 4) \n[Rtx RGL]\ng0:\n5, 6\n",
+             "stat.x.Rtx ROI.peak = [1,2]\nstat.x.Rtx ROI.Channel information.g0 = [[1,2]]\n"
+             "stat.x.Rtx ROI.Channel information.r = [[3,4]]\nstat.x.Rtx RGL.g0 = [5,6]\n"},
+        });
+}
+
+TEST(Reader, Sections)
+{
+    expect_rows(
+        INDEX,
+        {
+            {"[NR]\na = 1\n[BSP_DPC]\na = 2\n[HDRAE]\na = 3\n[TRAIL_SUPPRESS]\na = 4\n"
+             "[REGIONAL_STAT]\na = 5\n",
+             "intl.nr.a = 1\nintl.dpc.a = 2\nintl.hdr_ae.a = 3\nintl.ts.a = 4\nintl.rgl_stat.a = 5\n"},
+            {"=== cfg.te ===\na = 1\nshare.fps = 25.00\nshare.noise_level:\nnoise_level.level_iso = 100\n"
+             "noise_level_bin = 1, 2\nshare.colormatrix:\n1, 2\n3, 4\nshare.color_temp = 5\n"
+             "vinfo.type = 1 (Dual)\n",
+             "cfg.te.a = 1\nshare.fps = 25.00\nshare.noise_level.noise_level.level_iso = 100\n"
+             "share.noise_level.noise_level_bin = [1,2]\nshare.colormatrix = [[1,2],[3,4]]\n"
+             "share.color_temp = 5\nvinfo.type = 1\n"},
+            // In another section such a key is still one of its own.
+            {"=== cfg.enh ===\ncfg.luma.y_mode = 1\n", "cfg.enh.cfg.luma.y_mode = 1\n"},
+            {"=== new ===\na = 1\n=== new.item ===\na = 2\n", "new.a = 1\nnew.item.a = 2\n"},
+        });
+}
+
+TEST(Reader, WhatCannotBeRead)
+{
+    const std::string neither = "neither a key nor a label\n";
+    expect_rows(
+        INDEX + "=== cfg.x ===\n",
+        {
+            {"a = 1\nnonsense\na = 2\nb = 2\n",
+             "cfg.x.a = 1\ncfg.x.b = 2\n? 4: " + neither + "? 5: a second field of this name\n"},
+            {"1, 2, 3\n(1 2) \n<# 0> (1, 2)\n",
+             "? 3: a row without a label\n? 4: a row without a label\n? 5: a row without a label\n"},
+            {"m:\n1, 2\n3, 4, 5\n6\n7, 8\nx = 1\n",
+             "cfg.x.m = [[1,2],[6]]\ncfg.x.x = 1\n? 5: a row of another length\n"
+             "? 7: a row of another length\n"},
+            {"h:\n<# 0> (1, 2)\n<# 2> (1, 2)\n<# 1> (1, 3)\n",
+             "cfg.x.h = [[1,2],[1,3]]\n? 5: a row out of order\n"},
+            {"a[1] = 1\nb[0] = 1\nb[2] = 3\n",
+             "cfg.x.b = [1]\n? 3: an element out of order\n? 5: an element out of order\n"},
+            {"DBC = 1\nDBC:\na = 2\n", "cfg.x.DBC = 1\n? 5: in a block of a name that is taken\n"},
+            {"\x80 = 1\n$x = 2\na\0b = 3\n+ 5\n- 5\n(0x: y)\n[x\n=== ===\n"s,
+             "? 3: neither a key nor a row\n? 4: neither a key nor a row\n"
+             "? 5: neither a key nor a label\n? 6: neither a key nor a row\n"
+             "? 7: neither a key nor a row\n? 8: neither a key nor a row\n? 9: no heading\n"
+             "? 10: no section\n"},
+            {"=== time.x ===\na = 1\n=== cfg.y ===\na = 2\n",
+             "cfg.y.a = 2\n? 3: a section of a name that is taken\n? 4: outside of any section\n"},
+        });
+    expect_rows(
+        "",
+        {
+            {INDEX + "a = 1\nb:\n[Some heading]\n1, 2\n",
+             "? 2: outside of any section\n? 3: outside of any section\n? 4: outside of any section\n"
+             "? 5: a row without a label\n"},
+            {"", ""},
+            {"no index\n\n; but a comment\nlines = 1\n",
+             "? 1: outside of any snapshot\n? 4: outside of any snapshot\n"},
+            {"banner\n" + INDEX + "share.a = 1\n", "share.a = 1\n? 1: outside of any snapshot\n"},
+            {"dev_idx = 0, path_idx = \ndev_idx = 99999999999, path_idx = 0\n",
+             "? 1: outside of any snapshot\n? 2: outside of any snapshot\n"},
+        });
+}
+
+TEST(Reader, SnapshotsBeginAndEnd)
+{
+    expect_rows(
+        "",
+        {
+            {"dev_idx = 1, path_idx = 2\nshare.a = 1\ndev_idx = 3, path_idx = 4\nshare.a = 2\n",
+             "share.a = 1\n-- 3 4\nshare.a = 2\n"},
+            {"time = 12.34\n" + INDEX + "share.a = 1\ntime = 13\n" + INDEX + "share.a = 2\n",
+             "time 12.34\nshare.a = 1\n-- 0 1\ntime 13\nshare.a = 2\n"},
+            {INDEX + "share.a = 1\n; end\ntime = 13.5\n" + INDEX + "share.a = 2\n; end\n\nmore\n",
+             "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 1\n? 9: outside of any snapshot\n"},
+            // A time line that stands elsewhere is a field, or what a loop has left behind.
+            {INDEX + "share.a = 1\ntime = 7\nb = 2\ntime = 8\n",
+             "share.a = 1\nshare.time = 7\nshare.b = 2\n? 5: a time without a snapshot\n"},
+            {"time = 7\n\n" + INDEX, "? 1: outside of any snapshot\n"},
+            {"dev_idx = 0, path_idx = 1\r\nshare.a = 1\r\n\r\nshare.b = x\r\r\n",
+             "share.a = 1\nshare.b = \"x\"\n"},
+        });
+
+    // A line without its end may be half of one.
+    const std::string text = INDEX + "share.a = 8000\n";
+    for (size_t size = INDEX.size() + 1; size < text.size(); size++)
+        EXPECT_EQ(read_all(text.substr(0, size)), "? 2: cut off: the line does not end\n");
+    Reader reader(std::string_view(text).substr(0, text.size() - 1));
+    EXPECT_TRUE(reader.next()->cut);
+}
+
+TEST(Reader, TextsMayHoldLineEnds)
+{
+    expect_rows(
+        INDEX + "[LSC]\n",
+        {
+            {"path = /a\n\x80\n\n$b\n\n; comment\n\x81\n",
+             "intl.lsc.path = \"/a\n\x80\n\n$b\"\n? 9: neither a key nor a row\n"},
+            {"path = \n\xFF\nnext = 1\n", "intl.lsc.path = \"\n\xFF\"\nintl.lsc.next = 1\n"},
+            // What it forges is read; a field that comes twice is told.
+            {"path = /a\nenable = 1\nenable = 0\n",
+             "intl.lsc.path = \"/a\"\nintl.lsc.enable = 1\n? 5: a second field of this name\n"},
+            {"path = /a\n=== cfg.y ===\n\x80\n",
+             "intl.lsc.path = \"/a\"\n? 5: neither a key nor a row\n"},
+        });
+}
+
+// Everything that a snapshot prints, with its index line.
+std::string printed(const DipPathCtx &ctx, const std::string &entry)
+{
+    register_categories();
+    return INDEX + captured([&] { return parse_entry(&ctx, entry.c_str()); }).out;
+}
+
+// Expects that every line is understood, and that every value but Overflow and files is a number.
+void expect_understood(const std::string &text)
+{
+    const std::string fields = read_all(text);
+    EXPECT_EQ(fields.find("\n? "), std::string::npos) << fields.substr(fields.find("\n? "));
+    Reader reader{std::string_view(text)};
+    while (const Snapshot *snapshot = reader.next())
+        for (const Field &field : snapshot->fields)
+            for (uint32_t i = 0; i < field.count; i++) {
+                const Kind kind = snapshot->begin(field)[i].kind;
+                const bool named = field.key == "Overflow"                   ? kind == Kind::boolean
+                                   : field.key.ends_with("_coeff_file_path") ? kind >= Kind::text
+                                   : field.key == "valid_win"                ? kind != Kind::text
+                                                                             : kind < Kind::boolean;
+                EXPECT_TRUE(named)
+                    << snapshot->path(field) << ": " << snapshot->begin(field)[i].text();
+            }
+}
+
+TEST(Reader, RecordedTexts)
+{
+    size_t values = 0;
+    for (const char *name : {"distinct", "ones", "zero"}) {
+        SCOPED_TRACE(name);
+        const std::string text =
+            INDEX + read_file(VORDA_SOURCE_DIR "/tests/golden/" + std::string(name) + ".txt");
+        expect_understood(text);
+        Reader reader{std::string_view(text)};
+        values += reader.next()->values.size();
+    }
+    EXPECT_EQ(values, 16098U + 15703U + 11440U);
+}
+
+TEST(Reader, EverythingThatVordaPrints)
+{
+    // Two sensors, one, a stitched pair, and no window bound.
+    const std::vector<std::function<void(DipCtx &)>> changes = {
+        [](DipCtx &) {},
+        [](DipCtx &dip) { dip.dev_attr.snp_link.bmp = 1; },
+        [](DipCtx &dip) { dip.dev_attr.stitch_en = 1; },
+        [](DipCtx &dip) { dip.active_win_cnt = 0; },
+    };
+    for (const auto &change : changes) {
+        const auto ctx = std::make_unique<DipPathCtx>();
+        fill_frame(ctx.get(), 0, 3);
+        change(ctx->dip_ctx);
+        std::string all = printed(*ctx, "all");
+        expect_understood(all);
+        std::string items;
+        for (const std::string category : {"cfg", "intl", "share", "stat", "vinfo"}) {
+            const Result listing = captured([&] { return parse_help("vorda", category.c_str()); });
+            for (const auto &[item, comments] : parse_listing(listing.err, category)) {
+                const std::string text = printed(*ctx, category + "." + item);
+                SCOPED_TRACE(category + "." + item);
+                expect_understood(text);
+                items += text;
+            }
+        }
+        expect_understood(items);
+    }
+}
+
+// Texts with changed, lost, doubled and exchanged pieces.
+TEST(Reader, MutatedTexts)
+{
+    const auto ctx = std::make_unique<DipPathCtx>();
+    fill_frame(ctx.get(), 0, 3);
+    std::vector<std::string> parts;
+    for (const char *entry : {"share", "stat.awb", "stat.mv", "intl.lsc", "cfg.csm", "cfg.te"})
+        parts.push_back("time = 1.5\n" + printed(*ctx, entry));
+    const std::string pieces[] = {"\n",      "\r\n",
+                                  " = ",     ":",
+                                  ", ",      "[0]",
+                                  "(1 2)",   "<# 0>",
+                                  ";",       "=== a.b ===\n",
+                                  "[A]\n",   "dev_idx = 0, path_idx = 0\n",
+                                  "; end\n", "18446744073709551616",
+                                  "-",       std::string(1, '\0'),
+                                  "\xFF",    "nan"};
+    std::mt19937 random(1);
+    size_t unread = 0;
+    for (int round = 0; round < 2000; round++) {
+        std::string text = parts[random() % parts.size()] + parts[random() % parts.size()];
+        for (auto count = random() % 8 + 1; count > 0; count--) {
+            const size_t at = random() % text.size();
+            switch (random() % 4) {
+            case 0:
+                text[at] = static_cast<char>(random());
+                break;
+            case 1:
+                text.erase(at, random() % 30);
+                break;
+            case 2:
+                text.insert(at, pieces[random() % std::size(pieces)]);
+                break;
+            default:
+                text.insert(at, text.substr(random() % text.size(), random() % 200));
+            }
+        }
+        unread += read_all(text).find("? ") != std::string::npos;
+        ASSERT_FALSE(HasFailure()) << text;
+    }
+    EXPECT_GT(unread, 1000U);
+}
+
+TEST(Reader, LongLinesAndManyNames)
+{
+    std::string list = INDEX + "share.a = 0";
+    std::string names = INDEX + "[A]\n";
+    std::string sections = INDEX;
+    for (int i = 1; i < 200000; i++) {
+        list += ", " + std::to_string(i);
+        names += "k" + std::to_string(i) + " = 1\n";
+        sections += "=== s.n" + std::to_string(i) + " ===\n";
+    }
+    for (const std::string &text :
+         {list + "\n", names, sections, INDEX + std::string(5000000, 'x') + "\n"}) {
+        Reader reader{std::string_view(text)};
+        const Snapshot *snapshot = reader.next();
+        EXPECT_EQ(snapshot->text.size(), text.size());
+        EXPECT_EQ(reader.next(), nullptr);
+    }
+    Reader reader{std::string_view(list += "\n")};
+    const Place last = find(*reader.next(), "share.a[199999]");
+    ASSERT_NE(last.field, nullptr);
+    EXPECT_EQ(last.field->count, 200000U);
+
+    // Input without an end is taken apart, however it arrives.
+    const std::string endless(2 * SNAPSHOT_MAX + 5, 'x');
+    Reader apart{std::string_view(endless)};
+    for (const size_t size : {SNAPSHOT_MAX, SNAPSHOT_MAX, size_t{5}}) {
+        const Snapshot *snapshot = apart.next();
+        ASSERT_NE(snapshot, nullptr);
+        EXPECT_EQ(snapshot->text.size(), size);
+        EXPECT_EQ(snapshot->unread.front().line, 1U);
+    }
+    EXPECT_EQ(apart.next(), nullptr);
+}
+
+TEST(Snapshot, FindsWhatAPathNames)
+{
+    const std::string text = INDEX +
+                             "[A]\nx = 1\nl = 5, 6\nTE Curve[3]:\n7, 8, 9\nm:\n1, 2\n3, 4\n5\n"
+                             "y[0] = 10\ny[1] = 11\n[Two words]\nB:\nx = 12\n";
+    Reader reader{std::string_view(text)};
+    const Snapshot &snapshot = *reader.next();
+    const std::pair<const char *, const char *> rows[] = {
+        {"intl.a.x", "1"},
+        {"intl.a.l", "5 6"},
+        {"intl.a.l[1]", "6"},
+        {"intl.a.m", "1 2 3 4 5"},
+        {"intl.a.m[1]", "3 4"},
+        {"intl.a.m[2]", "5"},
+        {"intl.a.m[1][1]", "4"},
+        {"intl.a.y[1]", "11"},
+        {"intl.a.TE Curve[3]", "7 8 9"},
+        {"intl.a.TE Curve[3][0]", "7"},
+        {"intl.a.Two words.B.x", "12"},
+        {"intl.a", ""},
+        {"intl.a.", ""},
+        {"x", ""},
+        {"intl.a.x[0]", ""},
+        {"intl.a.l[2]", ""},
+        {"intl.a.l[0][0]", ""},
+        {"intl.a.m[2][1]", ""},
+        {"intl.a.m[3]", ""},
+        {"intl.a.m[0", ""},
+        {"intl.a.Two words", ""},
+        {"intl.a.l[4294967296]", ""},
+    };
+    for (const auto &[path, values] : rows) {
+        const Place place = find(snapshot, path);
+        std::string found;
+        for (uint32_t i = 0; i < place.count; i++)
+            found += (i > 0 ? " " : "") +
+                     std::string(snapshot.begin(*place.field)[place.first + i].text());
+        EXPECT_EQ(found, values) << path;
+    }
+    const Field &last = snapshot.fields.back();
+    EXPECT_EQ(snapshot.node_of(last).item(), "intl.a");
+    EXPECT_EQ(snapshot.node_of(last).block, "Two words / B");
+    EXPECT_EQ(last.line, 15U);
+}
+
+} // namespace

@@ -1,0 +1,104 @@
+// Reads what vorda prints: bytes to snapshots. The grammar is generic; no item and no key is known
+// to it, so that new ones appear by themselves.
+//
+//     dev_idx = D, path_idx = P      a snapshot begins; `time = SECONDS` directly before belongs to
+//     it
+//     === cat.item ===               a section: an item
+//     [CAPITALS]                     an attribute text: the item intl.capitals
+//     [Other words]                  a heading within an item
+//     CAPITALS:                      a block, until the next one
+//     other label:                   the name of the rows below it, or of a block
+//     share.key = value              opens its section itself; so does vinfo.key
+//     key = value, words: value      a number, a list, tuples, true or false; anything else is text
+//     key[0] = value                 an element of a list, line by line
+//     1, 2, 3 / (1 2) (3 4) / <# 0> (1, 2)    a row of what the label above has named
+//     ; comment, (0: legend), ----, <#head>   layout, as are blank lines and what stands behind a
+//                                    value as comment or in brackets
+//     ; end                          ends a snapshot before the next one begins
+//
+// Three rules settle what the text alone leaves open:
+// - Rows of six values, a single row, and rows under a label that ends in [N] and that hold N
+//   values, are a vector; other rows are a map. A map of six columns would be read as a vector, a
+//   vector wrapped otherwise as a map.
+// - One number is a list when a comma and a blank follow it. Tuples are rows, even a single one.
+// - A line that cannot be read and that follows a text belongs to the text, since a file's name can
+//   hold line ends. (A name that holds a readable line forges it. Nothing can tell.)
+//
+// Any bytes have a defined result; nothing is lost:
+// - A line that cannot be read, a second field of the same path, an element or a row out of order:
+//   an Unread, and the rest is read on. So is any text before the first index line.
+// - A last line without its end may have lost digits: it is not read, and the snapshot is `cut`.
+// - CRLF is read as LF.
+// - A text that goes on for SNAPSHOT_MAX bytes without a new snapshot is taken apart there.
+#pragma once
+
+#include "snapshot.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace vordascope
+{
+
+inline constexpr size_t SNAPSHOT_MAX = size_t{32} << 20;
+
+// Splits an input into snapshots and reads them, one at a time. Its memory is in proportion to the
+// largest snapshot.
+//
+//     Reader reader;
+//     for (;;) {
+//         while (const Snapshot *snapshot = reader.next())
+//             use(*snapshot);
+//         if (reader.ended())
+//             break;
+//         const size_t size = read bytes into reader.room(n);
+//         size != 0 ? reader.fill(size) : reader.end();
+//     }
+//
+// A snapshot is complete when the next one begins, at a line "; end", or at the end of the input.
+class Reader
+{
+public:
+    Reader();
+
+    // Reads a text that is in memory as a whole and outlives the reader: only next() is left to
+    // call.
+    explicit Reader(std::string_view whole);
+
+    ~Reader();
+    Reader(const Reader &) = delete;
+    Reader &operator=(const Reader &) = delete;
+
+    // Room for `size` more bytes. Ends the validity of the snapshot that next() returned last.
+    char *room(size_t size);
+
+    // So many bytes have been written there.
+    void fill(size_t size) { size_ += size; }
+
+    // There is no more input.
+    void end() { ended_ = true; }
+    bool ended() const { return ended_; }
+
+    // Returns the next snapshot, which stays valid until the next call of next() or room(), or
+    // nullptr: more input is needed, or after end() there are no more. Text that belongs to no
+    // snapshot comes with the next one, or at the end in one that is not `indexed`.
+    const Snapshot *next();
+
+private:
+    size_t find_end();
+
+    std::unique_ptr<class Parser> parser_;
+    std::vector<char> buffer_;
+    const char *text_ = nullptr; // the buffer, or the whole text
+    size_t size_ = 0;
+    size_t begin_ = 0;   // of the snapshot that comes next
+    size_t scanned_ = 0; // the line up to which its end has been looked for
+    size_t before_ = 0;  // the line before that one
+    bool begun_ = false; // its index line has been seen
+    bool ended_ = false;
+    uint64_t line_ = 1;   // number of the line at begin_
+    uint64_t number_ = 0; // of the last snapshot
+    Snapshot snapshot_;
+};
+
+} // namespace vordascope
