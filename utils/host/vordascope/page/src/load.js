@@ -4,7 +4,9 @@
 
 /** Undoes base64 and deflate, in which everything large is kept in the file. */
 async function inflated(base64) {
-    const bytes = Uint8Array.from(atob(base64), (c) => c.charCodeAt(0));
+    const text = atob(base64);
+    const bytes = new Uint8Array(text.length);
+    for (let i = 0; i < text.length; i++) bytes[i] = text.charCodeAt(i);
     const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('deflate'));
     return new Response(stream).arrayBuffer();
 }
@@ -35,13 +37,39 @@ const failure = (files, text) => ({
     groups: [],
 });
 
+/** Why reading a capture may fail at all. */
+const cause = (error) =>
+    error instanceof RangeError || error instanceof WebAssembly.RuntimeError
+        ? 'There is not enough memory for this capture.'
+        : error.message;
+
 /**
  * Reads captures, in this order, into one model.
  * @param {Blob[]} files with a `name`, as a browser hands them out
  */
 export async function readCaptures(files) {
     const names = files.map((file) => file.name);
-    return failure(names, 'This page was built without a reader.');
+    if (!canRead()) return failure(names, 'This page was built without a reader.');
+    try {
+        // A new reader each time: its memory goes with it.
+        const { instance } = await WebAssembly.instantiate(await inflated(contentOf('reader')));
+        const { memory, _initialize, room, begin_file, feed, finish, size } = instance.exports;
+        const put = (bytes) => {
+            new Uint8Array(memory.buffer, room(bytes.length), bytes.length).set(bytes);
+            return bytes.length;
+        };
+        _initialize();
+        for (const file of files) {
+            begin_file(put(new TextEncoder().encode(file.name)));
+            const chunks = file.stream().getReader();
+            for (let next = await chunks.read(); !next.done; next = await chunks.read())
+                feed(put(next.value));
+        }
+        const model = new Uint8Array(memory.buffer, finish(), size());
+        return JSON.parse(new TextDecoder().decode(model));
+    } catch (error) {
+        return failure(names, `Cannot be read: ${cause(error)}`);
+    }
 }
 
 /**

@@ -1,0 +1,420 @@
+// Collects snapshots into the model of the page.
+#include "model.h"
+
+#include "reader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+namespace vordascope
+{
+
+namespace
+{
+
+void append_integer(std::string &out, uint64_t value)
+{
+    char digits[20];
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+// A JSON string. Bytes above 0x7F become the code points of the same value, so that any bytes have
+// a place in it and each can be told from every other; or, `as_is`, they stay, as UTF-8.
+void append_string(std::string &out, std::string_view text, bool as_is = false)
+{
+    constexpr char HEX[] = "0123456789abcdef";
+    out += '"';
+    for (const char c : text) {
+        const auto byte = static_cast<uint8_t>(c);
+        if (c == '"' || c == '\\')
+            (out += '\\') += c;
+        else if (c == '\n')
+            out += "\\n";
+        else if (c == '\t')
+            out += "\\t";
+        else if (byte < 0x20 || (byte >= 0x7f && !as_is))
+            (((out += "\\u00") += HEX[byte >> 4])) += HEX[byte & 15];
+        else
+            out += c;
+    }
+    out += '"';
+}
+
+bool is_digit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// Whether JavaScript prints the number `text` as it stands: no digit that it would leave out, none
+// that a double does not hold.
+bool survives_javascript(std::string_view text)
+{
+    if (text.starts_with('-')) {
+        text.remove_prefix(1);
+        if (text == "0")
+            return false;
+    }
+    const size_t point = text.find('.');
+    const std::string_view whole = text.substr(0, point);
+    const bool decimals = point != std::string_view::npos;
+    const std::string_view part = decimals ? text.substr(point + 1) : "";
+    if (whole.empty() || !std::all_of(whole.begin(), whole.end(), is_digit) ||
+        !std::all_of(part.begin(), part.end(), is_digit))
+        return false;
+    if (whole.size() > 1 && whole.front() == '0')
+        return false;
+    if (decimals && (part.empty() || part.back() == '0' || part.size() > 6))
+        return false;
+    return whole.size() + part.size() <= 15;
+}
+
+void append_value(std::string &out, const Value &value)
+{
+    const std::string_view text = value.text();
+    if (value.kind == Kind::boolean || (value.number() && survives_javascript(text)))
+        out += text;
+    else
+        append_string(out, text);
+}
+
+void append_values(std::string &out, const Value *begin, const Value *end)
+{
+    out += '[';
+    for (const Value *value = begin; value != end; value++) {
+        if (value != begin)
+            out += ',';
+        append_value(out, *value);
+    }
+    out += ']';
+}
+
+std::string json_of(const Snapshot &snapshot, const Field &field)
+{
+    const Value *begin = snapshot.begin(field);
+    const Value *end = begin + field.count;
+    std::string out;
+    switch (field.shape) {
+    case Shape::scalar:
+        append_value(out, *begin);
+        break;
+    case Shape::list:
+        append_values(out, begin, end);
+        break;
+    case Shape::rows:
+        out += '[';
+        for (const Value *row = begin; row != end;) {
+            if (row != begin)
+                out += ',';
+            const Value *next = row + std::min<ptrdiff_t>(field.columns, end - row);
+            append_values(out, row, next);
+            row = next;
+        }
+        out += ']';
+        break;
+    }
+    return out;
+}
+
+const char *kind_of(const Snapshot &snapshot, const Field &field)
+{
+    const Value *begin = snapshot.begin(field);
+    const Value *end = begin + field.count;
+    if (std::all_of(begin, end, [](const Value &value) { return value.number(); }))
+        return "number";
+    if (std::all_of(begin, end, [](const Value &value) { return value.kind == Kind::boolean; }))
+        return "bool";
+    return "text";
+}
+
+// From the first to the last byte of a field's values.
+std::string_view text_of(const Snapshot &snapshot, const Field &field)
+{
+    if (field.count == 0)
+        return {};
+    const Value &first = *snapshot.begin(field);
+    const Value &last = snapshot.begin(field)[field.count - 1];
+    if (last.begin < first.begin)
+        return {};
+    return {first.begin, static_cast<size_t>(last.begin - first.begin) + last.size};
+}
+
+// Seconds, of the text of a finite number.
+double seconds(std::string_view text)
+{
+    double value = 0;
+    double unit = 0;
+    for (const char c : text) {
+        if (is_digit(c)) {
+            value = value * 10 + (c - '0');
+            unit *= 10;
+        } else if (c == '.') {
+            unit = 1;
+        }
+    }
+    if (unit > 0)
+        value /= unit;
+    return text.starts_with('-') ? -value : value;
+}
+
+// A number of a time line is one of JSON, but for zeros in front.
+bool is_json_number(std::string_view text)
+{
+    if (text.starts_with('-'))
+        text.remove_prefix(1);
+    const size_t point = text.find('.');
+    const std::string_view whole = text.substr(0, point);
+    return !whole.empty() && (whole.size() == 1 || whole.front() != '0') &&
+           point != text.size() - 1;
+}
+
+// Which of `all` snapshots are shown: `most` of them, evenly spread, the first and the last too.
+std::vector<uint32_t> spread(size_t all, size_t most)
+{
+    const size_t count = std::min(all, most);
+    std::vector<uint32_t> chosen(count);
+    for (size_t i = 0; i < count; i++)
+        chosen[i] = static_cast<uint32_t>(count == 1 ? 0 : i * (all - 1) / (count - 1));
+    return chosen;
+}
+
+// A list of `count` elements, each of which `append` writes by its index.
+template <typename Append>
+void append_list(std::string &out, size_t count, Append append)
+{
+    out += '[';
+    for (size_t i = 0; i < count; i++) {
+        if (i != 0)
+            out += ',';
+        append(i);
+    }
+    out += ']';
+}
+
+} // namespace
+
+void Model::begin_file(std::string_view name)
+{
+    files_.push_back({std::string(name), 0});
+}
+
+void Model::note(std::string_view text)
+{
+    notes_.push_back({static_cast<uint32_t>(files_.size() - 1), std::string(text)});
+}
+
+void Model::add_from(Reader &reader)
+{
+    while (const Snapshot *snapshot = reader.next())
+        add(*snapshot);
+}
+
+Model::Group &Model::group_of(const Snapshot &snapshot)
+{
+    const uint64_t key = uint64_t{snapshot.dev_idx} << 32 | snapshot.path_idx;
+    const auto [found, is_new] = group_of_.emplace(key, groups_.size());
+    if (is_new)
+        groups_.push_back({snapshot.dev_idx, snapshot.path_idx, {}, {}, {}});
+    return groups_[found->second];
+}
+
+Model::Column &Model::column_of(Group &group, const Snapshot &snapshot, const Field &field,
+                                size_t expected)
+{
+    const Node &node = snapshot.node_of(field);
+    // Fields come in the same order in nearly every snapshot.
+    if (expected < group.columns.size()) {
+        Column &column = group.columns[expected];
+        if (column.key == field.key && column.node == node.path)
+            return column;
+    }
+    const auto [found, is_new] =
+        group.column_of.emplace(snapshot.path(field), group.columns.size());
+    if (is_new) {
+        group.columns.push_back({.node = node.path,
+                                 .item = std::string(node.item()),
+                                 .block = node.block,
+                                 .key = std::string(field.key),
+                                 .note = std::string(field.note),
+                                 .kind = kind_of(snapshot, field),
+                                 .note_stays = true,
+                                 .text = {},
+                                 .count = 0,
+                                 .columns = 0,
+                                 .shape = field.shape,
+                                 .until = 0,
+                                 .changes = {}});
+    }
+    return group.columns[found->second];
+}
+
+void Model::add(const Snapshot &snapshot)
+{
+    const auto file = static_cast<uint32_t>(files_.size() - 1);
+    unread_count_ += snapshot.unread.size();
+    for (const Unread &unread : snapshot.unread) {
+        if (unread_.size() == UNREAD_SHOWN)
+            break;
+        std::string text(unread.text.substr(0, UNREAD_BYTES));
+        if (text.size() < unread.text.size())
+            text += "...";
+        unread_.push_back({file, unread.line, std::move(text), unread.why});
+    }
+    if (!snapshot.indexed)
+        return;
+
+    Group &group = group_of(snapshot);
+    const auto index = static_cast<uint32_t>(group.snapshots.size());
+    group.snapshots.push_back({file, snapshot.cut, snapshot.number,
+                               std::string(snapshot.timed ? snapshot.time.text() : "")});
+    files_.back().snapshots++;
+    snapshots_++;
+
+    size_t expected = 0;
+    for (const Field &field : snapshot.fields) {
+        Column &column = column_of(group, snapshot, field, expected);
+        expected = static_cast<size_t>(&column - group.columns.data()) + 1;
+        column.note_stays = column.note_stays && column.note == field.note;
+        if (column.until < index)
+            column.changes.push_back({column.until, "null"});
+
+        const std::string_view text = text_of(snapshot, field);
+        const bool alike = column.until == index && index != 0 && column.shape == field.shape &&
+                           column.count == field.count && column.columns == field.columns &&
+                           column.text == text;
+        column.until = index + 1;
+        if (alike)
+            continue;
+
+        std::string json = json_of(snapshot, field);
+        if (column.changes.empty() || column.changes.back().json != json)
+            column.changes.push_back({index, std::move(json)});
+        column.text = text;
+        column.shape = field.shape;
+        column.count = field.count;
+        column.columns = field.columns;
+        if (std::strcmp(column.kind, kind_of(snapshot, field)) != 0)
+            column.kind = "text";
+    }
+}
+
+void Model::append_group(std::string &out, const Group &group, size_t most)
+{
+    const std::vector<Origin> &all = group.snapshots;
+    const std::vector<uint32_t> shown = spread(all.size(), most);
+    const auto append_index = [&](std::string_view name, uint32_t value) {
+        ((out += '"') += name) += "\":";
+        append_integer(out, value);
+        out += ',';
+    };
+
+    out += '{';
+    append_index("dev_idx", group.dev_idx);
+    append_index("path_idx", group.path_idx);
+    append_index("read", static_cast<uint32_t>(all.size()));
+
+    out += "\"file\":";
+    append_list(out, shown.size(), [&](size_t i) { append_integer(out, all[shown[i]].file); });
+    out += ",\"number\":";
+    append_list(out, shown.size(), [&](size_t i) { append_integer(out, all[shown[i]].number); });
+
+    std::vector<size_t> cut;
+    for (size_t i = 0; i < shown.size(); i++) {
+        if (all[shown[i]].cut)
+            cut.push_back(i);
+    }
+    out += ",\"cut\":";
+    append_list(out, cut.size(), [&](size_t i) { append_integer(out, cut[i]); });
+
+    const bool timed =
+        std::all_of(all.begin(), all.end(),
+                    [](const Origin &origin) { return is_json_number(origin.time); }) &&
+        std::is_sorted(all.begin(), all.end(), [](const Origin &a, const Origin &b) {
+            return seconds(a.time) < seconds(b.time);
+        });
+    out += ",\"time\":";
+    if (timed)
+        append_list(out, shown.size(), [&](size_t i) { out += all[shown[i]].time; });
+    else
+        out += "null";
+
+    out += ",\"fields\":[";
+    bool first = true;
+    for (const Column &column : group.columns) {
+        // The values of the snapshots shown; one that stays the same is one value.
+        std::vector<std::string_view> values(shown.size(), "null");
+        size_t change = 0;
+        for (size_t i = 0; i < shown.size() && shown[i] < column.until; i++) {
+            while (change + 1 < column.changes.size() &&
+                   column.changes[change + 1].from <= shown[i])
+                change++;
+            values[i] = column.changes[change].json;
+        }
+        const bool stays = std::all_of(values.begin(), values.end(),
+                                       [&](std::string_view v) { return v == values.front(); });
+
+        out += first ? "{\"item\":" : ",\n{\"item\":";
+        first = false;
+        append_string(out, column.item);
+        out += ",\"block\":";
+        append_string(out, column.block);
+        out += ",\"key\":";
+        append_string(out, column.key);
+        ((out += ",\"kind\":\"") += column.kind) += '"';
+        if (column.note_stays && !column.note.empty()) {
+            out += ",\"note\":";
+            append_string(out, column.note);
+        }
+        out += ",\"v\":";
+        append_list(out, stays ? 1 : values.size(), [&](size_t i) { out += values[i]; });
+        out += '}';
+    }
+    out += "]}";
+}
+
+std::string Model::json(size_t most) const
+{
+    std::string out = "{\"vorda_page\":1,\"files\":";
+    append_list(out, files_.size(), [&](size_t i) { append_string(out, files_[i].name, true); });
+
+    out += ",\n\"unread_count\":";
+    append_integer(out, unread_count_);
+    out += ",\"unread\":";
+    append_list(out, unread_.size(), [&](size_t i) {
+        out += "{\"file\":";
+        append_integer(out, unread_[i].file);
+        out += ",\"line\":";
+        append_integer(out, unread_[i].line);
+        out += ",\"text\":";
+        append_string(out, unread_[i].text);
+        out += ",\"why\":";
+        append_string(out, unread_[i].why);
+        out += '}';
+    });
+
+    std::vector<Note> notes = notes_;
+    for (uint32_t file = 0; file < files_.size(); file++) {
+        if (files_[file].snapshots == 0 &&
+            std::none_of(notes_.begin(), notes_.end(), [&](auto &n) { return n.file == file; }))
+            notes.push_back({file, "There is no snapshot of vorda in it."});
+    }
+    out += ",\n\"notes\":";
+    append_list(out, notes.size(), [&](size_t i) {
+        out += "{\"file\":";
+        append_integer(out, notes[i].file);
+        out += ",\"text\":";
+        append_string(out, notes[i].text, true);
+        out += '}';
+    });
+
+    out += ",\n\"groups\":";
+    append_list(out, groups_.size(), [&](size_t i) {
+        const size_t all = groups_[i].snapshots.size();
+        append_group(out, groups_[i],
+                     snapshots_ <= most ? all : std::max<size_t>(all * most / snapshots_, 1));
+    });
+    out += "}\n";
+    return out;
+}
+
+} // namespace vordascope

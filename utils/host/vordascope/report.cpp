@@ -1,0 +1,73 @@
+// Bakes a model into the page.
+#include "report.h"
+
+#include <zlib.h>
+
+#include <cstdint>
+
+#ifdef VORDASCOPE_PAGE
+// The file itself becomes part of the program: one binary to copy, and no path to look for.
+asm(".section .rodata\n"
+    ".global vordascope_page_begin\n"
+    "vordascope_page_begin: .incbin \"" VORDASCOPE_PAGE "\"\n"
+    ".global vordascope_page_end\n"
+    "vordascope_page_end:\n"
+    ".previous\n");
+extern "C" const char vordascope_page_begin[], vordascope_page_end[];
+#endif
+
+namespace vordascope
+{
+
+namespace
+{
+
+constexpr std::string_view CAPTURES = "<script type=\"application/octet-stream\" id=\"captures\">";
+
+void append_base64(std::string &out, std::string_view bytes)
+{
+    constexpr char DIGITS[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    for (size_t at = 0; at < bytes.size(); at += 3) {
+        const std::string_view group = bytes.substr(at, 3);
+        uint32_t bits = 0;
+        for (size_t i = 0; i < 3; i++)
+            bits = bits << 8 | (i < group.size() ? static_cast<uint8_t>(group[i]) : 0U);
+        for (size_t i = 0; i < 4; i++)
+            out += i <= group.size() ? DIGITS[bits >> (18 - 6 * i) & 63] : '=';
+    }
+}
+
+} // namespace
+
+std::string_view empty_page()
+{
+#ifdef VORDASCOPE_PAGE
+    return {vordascope_page_begin, vordascope_page_end};
+#else
+    return {};
+#endif
+}
+
+std::optional<std::string> page_with(std::string_view page, std::string_view model)
+{
+    const size_t found = page.find(CAPTURES);
+    if (found == std::string_view::npos)
+        return {};
+    const size_t place = found + CAPTURES.size();
+
+    uLongf size = compressBound(model.size());
+    std::string deflated(size, '\0');
+    if (compress(reinterpret_cast<Bytef *>(deflated.data()), &size,
+                 reinterpret_cast<const Bytef *>(model.data()), model.size()) != Z_OK)
+        return {};
+    deflated.resize(size);
+
+    std::string out;
+    out.reserve(page.size() + deflated.size() / 3 * 4 + 4);
+    out.append(page, 0, place);
+    append_base64(out, deflated);
+    out.append(page, place);
+    return out;
+}
+
+} // namespace vordascope

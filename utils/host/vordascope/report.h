@@ -1,0 +1,18 @@
+// The page of captures: one HTML file, made of the empty page of this build and a model.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vordascope
+{
+
+/// The page without captures. Empty text when this build has none (its tools were missing).
+std::string_view empty_page();
+
+/// `model`, JSON of any size, baked into `page`: deflated and in base64, so that nothing a capture
+/// holds can become markup. No value when `page` has no place for it or memory runs out.
+std::optional<std::string> page_with(std::string_view page, std::string_view model);
+
+} // namespace vordascope
