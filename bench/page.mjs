@@ -1,0 +1,65 @@
+// Measures pages in a browser. For each FILE.html one line: its name, the milliseconds until it has
+// drawn itself, and those that a step to the next snapshot takes (medians; 0 where there is none).
+import { basename, resolve } from 'node:path';
+import { pathToFileURL } from 'node:url';
+import { launch } from '../tests/page/browser.mjs';
+
+const LOADS = 5;
+const STEPS = 30;
+const median = (values) => values.sort((a, b) => a - b)[values.length >> 1] ?? 0;
+
+/** Runs in the page before anything else: notes when its first content has been painted. */
+function watchReady() {
+    const painted = () => {
+        const { port1, port2 } = new MessageChannel();
+        port1.onmessage = () => {
+            window.readyAt = performance.now();
+        };
+        requestAnimationFrame(() => port2.postMessage(null));
+    };
+    new MutationObserver((_, observer) => {
+        if (!document.querySelector('main section')) return;
+        observer.disconnect();
+        painted();
+    }).observe(document, { childList: true, subtree: true });
+}
+
+/** Runs in the page: the milliseconds of each of so many steps, from its frame's begin to its end. */
+async function steps(count) {
+    const times = [];
+    for (let i = 0; i < count; i++) {
+        const begun = new Promise((resolve) => {
+            requestAnimationFrame(() => resolve(performance.now()));
+        });
+        document.body.dispatchEvent(
+            new KeyboardEvent('keydown', { key: 'ArrowLeft', bubbles: true }),
+        );
+        const ended = new Promise((resolve) => {
+            const { port1, port2 } = new MessageChannel();
+            port1.onmessage = () => resolve(performance.now());
+            requestAnimationFrame(() => port2.postMessage(null));
+        });
+        times.push((await ended) - (await begun));
+    }
+    return times;
+}
+
+const browser = await launch();
+for (const file of process.argv.slice(2)) {
+    const ready = [];
+    let page;
+    for (let i = 0; i < LOADS; i++) {
+        await page?.close();
+        page = await browser.newPage({ viewport: { width: 1280, height: 900 } });
+        await page.addInitScript(watchReady);
+        await page.goto(pathToFileURL(resolve(file)).href);
+        await page.waitForFunction(() => window.readyAt);
+        ready.push(await page.evaluate(() => window.readyAt));
+    }
+    await page.waitForTimeout(1000);
+    const before = await page.evaluate(() => location.hash);
+    const step = await page.evaluate(steps, STEPS);
+    const moved = before !== (await page.evaluate(() => location.hash));
+    console.log(basename(file), median(ready).toFixed(0), (moved ? median(step) : 0).toFixed(1));
+}
+await browser.close();
