@@ -1,4 +1,5 @@
 // sr-scene: fills a region file with a plausible scene and, if asked, keeps it alive.
+#include "camera_lock.h"
 #include "scene.h"
 
 #include <algorithm>
@@ -78,7 +79,7 @@ VplatConf *map_region(const char *file)
 void publish(VplatPathConf *path, const DipPathCtx &ctx, bool lock)
 {
     if (lock)
-        path_lock(&path->lock);
+        camera_lock(&path->lock);
     memcpy(&path->dip, &ctx, sizeof(ctx));
     if (lock)
         path_unlock(&path->lock);

@@ -14,9 +14,9 @@
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
-#include <spawn.h>
 #include <sstream>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -160,9 +160,9 @@ Region::~Region()
     unlink(file_.c_str());
 }
 
-Child::Child(const std::vector<std::string> &argv, const Environment &added, const std::string &out)
-    : out_(out.empty() || out == CLOSED ? anonymous_file()
-                                        : open(out.c_str(), O_WRONLY | O_CLOEXEC)),
+Child::Child(const std::vector<std::string> &argv, const Environment &added, const std::string &out,
+             const std::set<int> &closed)
+    : out_(out.empty() ? anonymous_file() : open(out.c_str(), O_WRONLY | O_CLOEXEC)),
       err_(anonymous_file())
 {
     Environment environment;
@@ -176,22 +176,29 @@ Child::Child(const std::vector<std::string> &argv, const Environment &added, con
     std::vector<std::string> entries;
     for (const auto &[name, value] : environment)
         entries.push_back(name + "=" + value);
-
     std::vector<std::string> words = argv;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    if (out == CLOSED)
-        posix_spawn_file_actions_addclose(&actions, 1);
-    else
-        posix_spawn_file_actions_adddup2(&actions, out_, 1);
-    posix_spawn_file_actions_adddup2(&actions, err_, 2);
-    const int error = posix_spawnp(&pid_, words[0].c_str(), &actions, nullptr,
-                                   pointers(words).data(), pointers(entries).data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
-        fprintf(stderr, "%s: %s\n", words[0].c_str(), strerror(error));
-        abort();
-    }
+    const std::vector<char *> arguments = pointers(words);
+    const std::vector<char *> variables = pointers(entries);
+
+    const pid_t parent = getpid();
+    pid_ = fork();
+    if (pid_ != 0)
+        return;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent)
+        _exit(1);
+    for (int signal = 1; signal < NSIG; signal++)
+        ::signal(signal, SIG_DFL); // some may be ignored, by nohup say
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    dup2(out_, 1);
+    dup2(err_, 2);
+    for (const int fd : closed)
+        close(fd);
+    execvpe(arguments[0], arguments.data(), variables.data());
+    fprintf(stderr, "%s: %s\n", arguments[0], strerror(errno));
+    _exit(127);
 }
 
 Child::~Child()
@@ -229,7 +236,8 @@ std::string built(const std::string &name)
 }
 
 std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const std::string &region,
-                                   const Environment &added, const std::string &out)
+                                   const Environment &added, const std::string &out,
+                                   const std::set<int> &closed)
 {
     const std::string library = built("sim/libsr_device.so");
     Environment environment = added;
@@ -246,13 +254,13 @@ std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const s
     }
     argv.push_back(built("vorda"));
     argv.insert(argv.end(), args.begin(), args.end());
-    return std::make_unique<Child>(argv, environment, out);
+    return std::make_unique<Child>(argv, environment, out, closed);
 }
 
 Result run_vorda(const std::vector<std::string> &args, const std::string &region,
-                 const Environment &added, const std::string &out)
+                 const Environment &added, const std::string &out, const std::set<int> &closed)
 {
-    return start_vorda(args, region, added, out)->finish();
+    return start_vorda(args, region, added, out, closed)->finish();
 }
 
 bool eventually(int ms, const std::function<bool()> &condition)

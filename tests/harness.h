@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -71,15 +72,14 @@ private:
 
 using Environment = std::map<std::string, std::string>;
 
-// A running program. It is killed when its object goes away.
+// A running program. It is killed when its object goes away and when this process ends.
 class Child
 {
 public:
-    // argv[0] is looked up in PATH; `out` is the file where standard output goes, "" to keep it,
-    // CLOSED for a program without one.
-    static constexpr char CLOSED[] = "-";
+    // argv[0] is looked up in PATH; `out` is the file where standard output goes, "" to keep it;
+    // `closed` are the standard descriptors that it starts without. Signals are as by default.
     Child(const std::vector<std::string> &argv, const Environment &added,
-          const std::string &out = "");
+          const std::string &out = "", const std::set<int> &closed = {});
     ~Child();
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;
@@ -100,11 +100,13 @@ private:
 
 // Starts vorda with the stand-in device over a region file ("": there is no region yet).
 std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const std::string &region,
-                                   const Environment &added = {}, const std::string &out = "");
+                                   const Environment &added = {}, const std::string &out = "",
+                                   const std::set<int> &closed = {});
 
 // Runs vorda to its end.
 Result run_vorda(const std::vector<std::string> &args, const std::string &region,
-                 const Environment &added = {}, const std::string &out = "");
+                 const Environment &added = {}, const std::string &out = "",
+                 const std::set<int> &closed = {});
 
 // Path of a program or library of the build under test.
 std::string built(const std::string &name);

@@ -5,16 +5,17 @@
 std::function<void()> after_lock;
 std::function<void()> before_unlock;
 
-void real_path_lock(PathLock *lock) __asm__("__real__Z9path_lockP8PathLock");
+bool real_path_trylock(PathLock *lock) __asm__("__real__Z12path_trylockP8PathLock");
 void real_path_unlock(PathLock *lock) __asm__("__real__Z11path_unlockP8PathLock");
-void wrap_path_lock(PathLock *lock) __asm__("__wrap__Z9path_lockP8PathLock");
+bool wrap_path_trylock(PathLock *lock) __asm__("__wrap__Z12path_trylockP8PathLock");
 void wrap_path_unlock(PathLock *lock) __asm__("__wrap__Z11path_unlockP8PathLock");
 
-void wrap_path_lock(PathLock *lock)
+bool wrap_path_trylock(PathLock *lock)
 {
-    real_path_lock(lock);
-    if (after_lock)
+    const bool taken = real_path_trylock(lock);
+    if (taken && after_lock)
         after_lock();
+    return taken;
 }
 
 void wrap_path_unlock(PathLock *lock)

@@ -1,5 +1,5 @@
 // Looks into the time between the lock and the unlock of a path. The linker puts the probe between
-// the product and its lock: --wrap=_Z9path_lockP8PathLock --wrap=_Z11path_unlockP8PathLock.
+// the product and its lock: --wrap=_Z12path_trylockP8PathLock --wrap=_Z11path_unlockP8PathLock.
 #pragma once
 
 #include <functional>

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 
 namespace
 {
@@ -31,7 +32,8 @@ private:
     sigset_t before_;
 };
 
-void copy_locked(VplatPathConf *path, DipPathCtx *ctx)
+// Copies the context if the path's lock is free; returns whether it was.
+bool copy_if_free(VplatPathConf *path, DipPathCtx *ctx)
 {
     const SignalHold hold;
 
@@ -42,7 +44,22 @@ void copy_locked(VplatPathConf *path, DipPathCtx *ctx)
     std::atomic_signal_fence(std::memory_order_seq_cst); // the compiler must not drop it
 
     const PathLockGuard guard(&path->lock);
+    if (!guard)
+        return false;
     memcpy(ctx, &path->dip, sizeof(*ctx));
+    return true;
+}
+
+// Waits for as long as others hold the lock, without a place in their queue: between two tries any
+// signal ends the tool, and the camera never has to wake it.
+void copy_when_free(VplatPathConf *path, DipPathCtx *ctx)
+{
+    constexpr int QUICK_TRIES = 4; // a writer that is about to finish
+    constexpr timespec NAP = {.tv_sec = 0, .tv_nsec = 1000000};
+
+    for (int tries = 1; !copy_if_free(path, ctx); tries++)
+        if (tries >= QUICK_TRIES)
+            nanosleep(&NAP, nullptr);
 }
 
 } // namespace
@@ -60,7 +77,7 @@ int get_dip_ctx(MPI_PATH idx, DipPathCtx *ctx)
     if (path == nullptr)
         fprintf(stderr, "Input path %d is not enabled on video device %d.\n", idx.path, idx.dev);
     else
-        copy_locked(static_cast<VplatPathConf *>(path), ctx);
+        copy_when_free(static_cast<VplatPathConf *>(path), ctx);
 
     SR_closeShm();
     return path == nullptr;

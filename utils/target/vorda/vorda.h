@@ -30,7 +30,8 @@ int parse_args(int argc, char **argv, VordaCmd *cmd);
 void help(const char *pname);
 
 // Prints the index line on standard output, then copies the whole context of the input path
-// `idx.path` into `ctx` under the path's lock. The region is mapped only for the time of the call.
+// `idx.path` into `ctx` under the path's lock, for which it waits as long as it takes; signals end
+// the wait. The region is mapped only for the time of the call.
 // Returns 0, or 1 after a message on standard error: the region cannot be opened, or the path is
 // not present.
 int get_dip_ctx(MPI_PATH idx, DipPathCtx *ctx);

@@ -16,12 +16,14 @@
 
 #ifdef PATH_LOCK_IS_PTHREAD_MUTEX
 
-using PathLock = pthread_mutex_t;
-static_assert(offsetof(PathLock, __data.__lock) == 0);
-static_assert(offsetof(PathLock, __data.__count) == 4);
-static_assert(offsetof(PathLock, __data.__owner) == 8);
-static_assert(offsetof(PathLock, __data.__kind) == 12);
-static_assert(offsetof(PathLock, __data.__nusers) == 16);
+struct PathLock {
+    pthread_mutex_t mutex;
+};
+static_assert(offsetof(PathLock, mutex.__data.__lock) == 0);
+static_assert(offsetof(PathLock, mutex.__data.__count) == 4);
+static_assert(offsetof(PathLock, mutex.__data.__owner) == 8);
+static_assert(offsetof(PathLock, mutex.__data.__kind) == 12);
+static_assert(offsetof(PathLock, mutex.__data.__nusers) == 16);
 
 #else
 
@@ -41,20 +43,32 @@ static_assert(offsetof(PathLock, spins) == 20);
 
 static_assert(sizeof(PathLock) == 24);
 
-// Takes the lock, waiting for as long as another thread or process holds it.
-void path_lock(PathLock *lock);
+// Takes the lock if it is free and never waits for it. Returns false when another thread or process
+// holds it; the lock then stays as it was, byte for byte. Whatever else the C library answers, to a
+// spoiled lock say, counts as taken and is released by the caller. A robust lock whose owner died
+// is taken and made consistent.
+//
+// Who waits tries again after a pause. Queueing would mark the lock, so that the camera pays a
+// system call to wake the waiter, and would need a kernel that can name the pages of the region.
+[[nodiscard]] bool path_trylock(PathLock *lock);
 
-// Releases the lock, which the caller holds, and wakes one waiter.
+// Releases the lock and, if others queue for it, wakes one of them.
 void path_unlock(PathLock *lock);
 
-// Holds a path's lock for the time of a scope.
+// Holds a path's lock for the time of a scope, if it was free.
 class PathLockGuard
 {
 public:
-    explicit PathLockGuard(PathLock *lock) : lock_(lock) { path_lock(lock_); }
-    ~PathLockGuard() { path_unlock(lock_); }
+    explicit PathLockGuard(PathLock *lock) : lock_(path_trylock(lock) ? lock : nullptr) {}
+    ~PathLockGuard()
+    {
+        if (lock_ != nullptr)
+            path_unlock(lock_);
+    }
     PathLockGuard(const PathLockGuard &) = delete;
     PathLockGuard &operator=(const PathLockGuard &) = delete;
+
+    explicit operator bool() const { return lock_ != nullptr; }
 
 private:
     PathLock *lock_;

@@ -3,20 +3,25 @@
 
 #ifdef PATH_LOCK_IS_PTHREAD_MUTEX
 
-void path_lock(PathLock *lock)
+#include <cerrno>
+
+bool path_trylock(PathLock *lock)
 {
-    pthread_mutex_lock(lock);
+    const int error = pthread_mutex_trylock(&lock->mutex);
+    // Unlocked as it is, it would be unusable for the camera for ever.
+    if (error == EOWNERDEAD)
+        pthread_mutex_consistent(&lock->mutex);
+    return error != EBUSY;
 }
 
 void path_unlock(PathLock *lock)
 {
-    pthread_mutex_unlock(lock);
+    pthread_mutex_unlock(&lock->mutex);
 }
 
 #else
 
 #include <atomic>
-#include <climits>
 #include <linux/futex.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -28,30 +33,21 @@ constexpr uint32_t FREE = 0;
 constexpr uint32_t TAKEN = 1;
 constexpr uint32_t CONTENDED = 2;
 
-// The waiters may be other processes, so the futex is not a private one.
-void futex(uint32_t *word, int operation, uint32_t value)
-{
-    syscall(SYS_futex, word, operation, value, nullptr, nullptr, 0);
-}
-
 } // namespace
 
-void path_lock(PathLock *lock)
+bool path_trylock(PathLock *lock)
 {
-    const std::atomic_ref<uint32_t> word(lock->word);
     uint32_t seen = FREE;
-    if (word.compare_exchange_strong(seen, TAKEN, std::memory_order_acquire))
-        return;
-    // From here on the lock is taken as contended: others may have begun to wait meanwhile.
-    while (word.exchange(CONTENDED, std::memory_order_acquire) != FREE)
-        futex(&lock->word, FUTEX_WAIT, CONTENDED);
+    return std::atomic_ref<uint32_t>(lock->word)
+        .compare_exchange_strong(seen, TAKEN, std::memory_order_acquire);
 }
 
 void path_unlock(PathLock *lock)
 {
     const std::atomic_ref<uint32_t> word(lock->word);
+    // Those who queue may be other processes, so the futex is not a private one.
     if (word.exchange(FREE, std::memory_order_release) == CONTENDED)
-        futex(&lock->word, FUTEX_WAKE, 1);
+        syscall(SYS_futex, &lock->word, FUTEX_WAKE, 1, nullptr, nullptr, 0);
 }
 
 #endif
