@@ -71,6 +71,34 @@ TEST(Lock, ASnapshotWaitsForTheHolderWithoutAMark)
     path_unlock(&region->path[1].lock);
 }
 
+// The device or the system log's socket would get the number of a closed one, and the output.
+TEST(Lock, StandsBehindStandardDescriptorsThatAreOpen)
+{
+    Region region;
+    run_vorda({"vinfo"}, region.file());
+    const std::string before = read_file(region.file());
+    for (int subset = 1; subset < 8; subset++) {
+        SCOPED_TRACE(subset);
+        std::set<int> closed;
+        for (int fd = 0; fd < 3; fd++)
+            if ((subset >> fd & 1) != 0)
+                closed.insert(fd);
+        camera_lock(&region->path[0].lock);
+        const auto child = start_waiting(region, closed);
+        for (const int fd : closed) {
+            const std::string link =
+                "/proc/" + std::to_string(child->pid()) + "/fd/" + std::to_string(fd);
+            std::error_code error;
+            EXPECT_EQ(std::filesystem::read_symlink(link, error), "/dev/null") << fd;
+        }
+        path_unlock(&region->path[0].lock);
+        const Result result = child->finish();
+        EXPECT_EQ(result.out.empty(), closed.contains(1));
+        EXPECT_EQ(result.status, 0);
+        EXPECT_TRUE(read_file(region.file()) == before);
+    }
+}
+
 TEST(Lock, AnySignalEndsTheWait)
 {
     Region region;

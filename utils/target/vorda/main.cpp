@@ -1,10 +1,21 @@
 // vorda: prints the DIP context of one input path as text.
 #include "vorda.h"
 
+#include <fcntl.h>
+
 namespace
 {
 
 constexpr uint8_t PATH_UPPER_BYTE = 0x80;
+
+// A standard descriptor that is closed would become the device's or the system log's, and what is
+// printed would go there.
+void open_standard_descriptors()
+{
+    for (int fd = 0; fd <= 2; fd++)
+        if (fcntl(fd, F_GETFD) < 0)
+            open("/dev/null", O_RDWR);
+}
 
 // In the "C" locale, whatever the environment says.
 void lower_case(char *text)
@@ -18,6 +29,7 @@ void lower_case(char *text)
 
 int main(int argc, char **argv)
 {
+    open_standard_descriptors();
     regCmd_all();
 
     VordaCmd cmd = {};
