@@ -4,6 +4,7 @@ import { readdirSync } from 'node:fs';
 import { basename } from 'node:path';
 import { test } from 'node:test';
 import { inflateSync } from 'node:zlib';
+import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import {
     blockOf,
     capture,
@@ -32,6 +33,8 @@ function model(...texts) {
 const field = (model, item, key, group = 0) =>
     model.groups[group].fields.find((f) => f.item === item && f.key === key);
 
+const INDEX = 'dev_idx = 0, path_idx = 0\n';
+
 const hostileText = [
     'dev_idx = 0, path_idx = 0',
     '[LSC]',
@@ -48,6 +51,9 @@ const hostileText = [
 const captures = [
     ...readdirSync(kept('tests/golden')).map((name) => kept(`tests/golden/${name}`)),
     ...readdirSync(kept('tests/corpus')).map((name) => kept(`tests/corpus/${name}`)),
+    ...['distinct', 'ones', 'zero'].map((name) =>
+        write(`${name}.txt`, `${INDEX}${read(kept(`tests/golden/${name}.txt`))}`),
+    ),
     write('one.txt', capture()),
     write('series.txt', series(20)),
     write('hostile.txt', hostileText),
@@ -62,22 +68,15 @@ const captures = [
     write('noise.txt', Buffer.from(Array.from({ length: 5000 }, (_, i) => (i * 7919) & 255))),
 ];
 
-/** What the reader in the page makes of captures, fed in pieces of this size. */
+/** What the reader in the page makes of captures, read in pieces of this size. */
 async function readInWasm(files, piece) {
-    const { instance, module } = await WebAssembly.instantiate(inflated(emptyPage(), 'reader'));
-    assert.deepEqual(WebAssembly.Module.imports(module), []);
-    const { memory, _initialize, room, begin_file, feed, finish, size } = instance.exports;
-    const put = (bytes) => {
-        new Uint8Array(memory.buffer, room(bytes.length), bytes.length).set(bytes);
-        return bytes.length;
-    };
-    _initialize();
-    for (const file of files) {
-        begin_file(put(Buffer.from(basename(file))));
-        const bytes = read(file);
-        for (let at = 0; at < bytes.length; at += piece) feed(put(bytes.subarray(at, at + piece)));
-    }
-    return Buffer.from(new Uint8Array(memory.buffer, finish(), size()));
+    const wasm = inflated(emptyPage(), 'reader');
+    assert.deepEqual(WebAssembly.Module.imports(new WebAssembly.Module(wasm)), []);
+    const captures = files.map((file) => ({
+        name: basename(file),
+        content: new Blob([read(file)]),
+    }));
+    return Buffer.from(await readModel(wasm, captures, piece));
 }
 
 test('the reader in the page and the native one agree byte for byte', async () => {
@@ -92,7 +91,7 @@ test('the reader in the page and the native one agree byte for byte', async () =
 });
 
 test('a value is kept once while it stays, else once a snapshot', () => {
-    const snapshot = (...lines) => `dev_idx = 0, path_idx = 0\n${lines.join('\n')}\n`;
+    const snapshot = (...lines) => `${INDEX}${lines.join('\n')}\n`;
     const m = model(
         snapshot('share.fps = 25.00', 'share.a = 1', 'share.gone = 5') +
             snapshot('share.fps = 25.00', 'share.a = 2', 'share.new = 0.5') +
@@ -106,10 +105,10 @@ test('a value is kept once while it stays, else once a snapshot', () => {
 
 test('numbers stand as printed', () => {
     const printed =
-        '0 -1 9007199254740993 18446744073709551615 -0 0.50 0.5 -12.25 007 nan -inf 1000000000000000 ' +
+        '0 -1 9007199254740993 18446744073709551615 -0 0.50 0.5 -12.25 nan -inf 1000000000000000 ' +
         '340282346638528859811704183484516925440.00 0.0000001 123456789012345';
     const lines = printed.split(' ').map((value, i) => `share.n${i} = ${value}`);
-    const m = model(`dev_idx = 0, path_idx = 0\n${lines.join('\n')}\nshare.b = true\n`);
+    const m = model(`${INDEX}${lines.join('\n')}\nshare.b = true\n`);
     const values = m.groups[0].fields.map((f) => f.v[0]);
     assert.equal(values.slice(0, -1).map(String).join(' '), printed);
     assert.deepEqual(
@@ -121,7 +120,7 @@ test('numbers stand as printed', () => {
 });
 
 test('grids keep their rows, wrapped vectors are flat', () => {
-    const m = modelOf(report('grids.html', kept('tests/golden/distinct.txt')));
+    const m = model(`${INDEX}${read(kept('tests/golden/distinct.txt'))}`);
     const shape = (item, key) => {
         const [value] = field(m, item, key).v;
         return Array.isArray(value[0]) ? [value.length, value[0].length] : [value.length];
@@ -192,11 +191,7 @@ test('--max thins evenly, keeps the ends of each path, and says so', () => {
 
 test('what cannot be read is told', () => {
     const lines = Array.from({ length: 250 }, (_, i) => `?? ${i} ${'x'.repeat(i === 0 ? 900 : 0)}`);
-    const m = model(
-        'nothing of vorda\n',
-        `dev_idx = 0, path_idx = 0\n${lines.join('\n')}\nshare.fps = 2`,
-        '',
-    );
+    const m = model('nothing of vorda\n', `${INDEX}${lines.join('\n')}\nshare.fps = 2`, '');
     assert.equal(m.unread_count, 251 + 1);
     assert.equal(m.unread.length, 200);
     assert.deepEqual(

@@ -2,6 +2,8 @@
 // chosen or pasted and then read by the same reader, compiled for WebAssembly. Whatever happens,
 // the page gets a model (see model.h): input that cannot be read is a note in it.
 
+import { readModel } from './reader.js';
+
 /** Undoes base64 and deflate, in which everything large is kept in the file. */
 async function inflated(base64) {
     const text = atob(base64);
@@ -51,22 +53,8 @@ export async function readCaptures(files) {
     const names = files.map((file) => file.name);
     if (!canRead()) return failure(names, 'This page was built without a reader.');
     try {
-        // A new reader each time: its memory goes with it.
-        const { instance } = await WebAssembly.instantiate(await inflated(contentOf('reader')));
-        const { memory, _initialize, room, begin_file, feed, finish, size } = instance.exports;
-        const put = (bytes) => {
-            new Uint8Array(memory.buffer, room(bytes.length), bytes.length).set(bytes);
-            return bytes.length;
-        };
-        _initialize();
-        for (const file of files) {
-            begin_file(put(new TextEncoder().encode(file.name)));
-            const chunks = file.stream().getReader();
-            for (let next = await chunks.read(); !next.done; next = await chunks.read())
-                feed(put(next.value));
-        }
-        const model = new Uint8Array(memory.buffer, finish(), size());
-        return JSON.parse(new TextDecoder().decode(model));
+        const captures = files.map((file) => ({ name: file.name, content: file }));
+        return JSON.parse(await readModel(await inflated(contentOf('reader')), captures));
     } catch (error) {
         return failure(names, `Cannot be read: ${cause(error)}`);
     }
