@@ -1,10 +1,9 @@
 // Collects snapshots into the model of the page.
 #include "model.h"
 
-#include "reader.h"
-
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstring>
 
 namespace vordascope
@@ -106,7 +105,7 @@ std::string json_of(const Snapshot &snapshot, const Field &field)
         for (const Value *row = begin; row != end;) {
             if (row != begin)
                 out += ',';
-            const Value *next = row + std::min<ptrdiff_t>(field.columns, end - row);
+            const Value *next = row + std::min<std::ptrdiff_t>(field.columns, end - row);
             append_values(out, row, next);
             row = next;
         }
@@ -201,12 +200,6 @@ void Model::begin_file(std::string_view name)
 void Model::note(std::string_view text)
 {
     notes_.push_back({static_cast<uint32_t>(files_.size() - 1), std::string(text)});
-}
-
-void Model::add_from(Reader &reader)
-{
-    while (const Snapshot *snapshot = reader.next())
-        add(*snapshot);
 }
 
 Model::Group &Model::group_of(const Snapshot &snapshot)

@@ -34,8 +34,6 @@
 namespace vordascope
 {
 
-class Reader;
-
 // Of more unread lines than these only the number is told, and of a longer one the beginning.
 constexpr size_t UNREAD_SHOWN = 200;
 constexpr size_t UNREAD_BYTES = 500;
@@ -54,8 +52,8 @@ public:
     // Says something of this capture, as a sentence in UTF-8.
     void note(std::string_view text);
 
-    // Adds what the reader of this capture has ready.
-    void add_from(Reader &reader);
+    // Adds a snapshot of this capture, or text of it that belongs to none.
+    void add(const Snapshot &snapshot);
 
     // The model as JSON, with at most `most` snapshots (at least one of each group, and where there
     // are two its first and last), evenly spread in each group.
@@ -106,7 +104,6 @@ private:
         std::string text;
     };
 
-    void add(const Snapshot &snapshot);
     Group &group_of(const Snapshot &snapshot);
     static Column &column_of(Group &group, const Snapshot &snapshot, const Field &field,
                              size_t expected);

@@ -13,12 +13,18 @@ vordascope::Model model;
 std::optional<vordascope::Reader> reader;
 std::string text;
 
+void add_ready()
+{
+    while (const vordascope::Snapshot *snapshot = reader->next())
+        model.add(*snapshot);
+}
+
 void end_file()
 {
     if (!reader)
         return;
     reader->end();
-    model.add_from(*reader);
+    add_ready();
 }
 
 } // namespace
@@ -44,7 +50,7 @@ void feed(size_t size)
 {
     text.copy(reader->room(size), size);
     reader->fill(size);
-    model.add_from(*reader);
+    add_ready();
 }
 
 // The model as JSON, of size() bytes.
