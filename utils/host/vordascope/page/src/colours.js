@@ -1,0 +1,53 @@
+// Colour scales. Both are even to the eye and keep their order for every kind of colour blindness.
+import { colourOf } from './dom.js';
+
+// Viridis at even distances.
+// biome-ignore format: a table
+const SEQUENTIAL = [
+    [68, 1, 84], [71, 24, 107], [71, 46, 124], [66, 65, 134], [56, 88, 140], [48, 105, 142],
+    [40, 122, 142], [34, 139, 141], [31, 158, 137], [42, 176, 127], [68, 190, 112], [107, 205, 89],
+    [149, 216, 64], [199, 224, 32], [253, 231, 37],
+];
+
+const between = (a, b, t) => a.map((channel, i) => Math.round(channel + (b[i] - channel) * t));
+
+function along(stops, t) {
+    const position = Math.min(Math.max(t, 0), 1) * (stops.length - 1);
+    const i = Math.min(Math.floor(position), stops.length - 2);
+    return between(stops[i], stops[i + 1], position - i);
+}
+
+/** The colour, [red, green, blue], of a place between 0 and 1 on the scale of maps. */
+export const sequential = (t) => along(SEQUENTIAL, t);
+
+/**
+ * The scale of differences in the theme that shows now: a function from a place between -1 and 1 to
+ * its colour; 0 has that of the paper.
+ */
+export function diverging() {
+    const [below, zero, above] = ['--below', '--zero', '--above'].map(rgbOf);
+    return (t) => between(zero, t < 0 ? below : above, Math.min(Math.abs(t), 1));
+}
+
+/** Black or white, whichever is easier to read on a colour. */
+export const inkOn = ([r, g, b]) => (0.299 * r + 0.587 * g + 0.114 * b > 140 ? '#111' : '#fff');
+
+export const cssOf = (rgb) => `rgb(${rgb.join(' ')})`;
+
+/** A colour of the style, given there as #rrggbb. */
+function rgbOf(name) {
+    const hex = colourOf(name);
+    return [1, 3, 5].map((at) => Number.parseInt(hex.slice(at, at + 2), 16));
+}
+
+const LINES = 11;
+const CHANNELS = new Map([
+    ['r', '--red'],
+    ['g', '--green'],
+    ['g0', '--green'],
+    ['g1', '--green2'],
+    ['b', '--blue'],
+]);
+
+/** The style's colour of line i with that name: a colour channel has its own. */
+export const lineColour = (name, i) => CHANNELS.get(name) ?? `--line${i % LINES}`;

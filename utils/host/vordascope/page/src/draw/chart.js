@@ -1,0 +1,169 @@
+// A line chart in the page's style, drawn by uPlot.
+import uPlot from 'uplot';
+import { colourOf, el, setText } from '../dom.js';
+import { short } from '../ticks.js';
+
+const FONT = '11px system-ui, sans-serif';
+
+const axis = (more) => ({
+    stroke: () => colourOf('--muted'),
+    font: FONT,
+    grid: { stroke: () => colourOf('--grid'), width: 1 },
+    ticks: { show: false },
+    values: (_, splits) => splits.map(short),
+    ...more,
+});
+
+/** A range with some air around it; from 0 where that is near. */
+export function padded([low, high]) {
+    if (!(low <= high)) return [0, 1];
+    const air = low === high ? Math.abs(low) * 0.1 || 1 : (high - low) * 0.06;
+    return [low >= 0 && low - air < (high - low) * 0.3 ? Math.min(0, low) : low - air, high + air];
+}
+
+/**
+ * @param {object} options
+ *     lines: [{name, colour, dashed, stepped, filled}], `colour` by its name in the style;
+ *     height; range(): [low, high] of y; xRange(): that of x;
+ *     points: whether to mark each point; sync: charts of one key share the cursor;
+ *     onSelect(i, j): the user selected points i to j; onPick(i, event): clicked on point i;
+ *     onHover(i): the cursor is over point i, null where it left
+ * @returns {{element, show(data, visible), select(i, j), clear(), redraw()}}
+ */
+export function chart(options) {
+    const {
+        lines,
+        height = 150,
+        range,
+        xRange,
+        points = false,
+        sync,
+        onSelect,
+        onPick,
+        onHover,
+    } = options;
+    const element = el('div', { class: 'chart' });
+    element.style.height = `${height}px`;
+    let plot = null;
+    let pressedAt = 0;
+
+    function create(data) {
+        const scales = { x: { time: false, range: xRange }, y: { range } };
+        const plotOptions = {
+            width: element.clientWidth || 300,
+            height,
+            legend: { show: false },
+            padding: [8, 10, 0, 0],
+            scales,
+            axes: [axis({ size: 24, space: 52 }), axis({ size: 46, space: 32 })],
+            series: [{}, ...lines.map(lineOptions)],
+            cursor: {
+                y: false,
+                drag: { x: Boolean(onSelect), y: false, setScale: false, dist: 3 },
+                points: { size: 6 },
+                sync: sync && {
+                    key: sync,
+                    setSeries: false,
+                    filters: { pub: (type) => type === 'mousemove' || type === 'mouseleave' },
+                },
+            },
+            hooks: {
+                setCursor: [(u) => onHover?.(u.cursor.idx ?? null)],
+                setSelect: [
+                    (u) => {
+                        if (u.select.width < 3) return;
+                        const [i, j] = [u.select.left, u.select.left + u.select.width].map((x) =>
+                            u.posToIdx(x),
+                        );
+                        if (i < j) onSelect(i, j);
+                    },
+                ],
+            },
+        };
+        const created = new uPlot(plotOptions, data, element);
+        if (onPick) {
+            created.over.addEventListener('mousedown', (event) => {
+                pressedAt = event.clientX;
+            });
+            created.over.addEventListener('click', (event) => {
+                if (Math.abs(event.clientX - pressedAt) < 3 && created.cursor.idx !== null)
+                    onPick(created.cursor.idx, event);
+            });
+        }
+        new ResizeObserver(() => {
+            const width = element.clientWidth;
+            if (width > 0 && width !== created.width) {
+                created.setSize({ width, height });
+                options.onResize?.();
+            }
+        }).observe(element);
+        return created;
+    }
+
+    const lineOptions = ({ colour, dashed, stepped, filled }) => ({
+        stroke: () => colourOf(colour),
+        width: dashed ? 1.25 : 1.75,
+        dash: dashed ? [4, 3] : undefined,
+        fill: filled ? () => `${colourOf(colour)}33` : undefined,
+        paths: stepped ? uPlot.paths.stepped({ align: 1 }) : undefined,
+        points:
+            points && !dashed
+                ? { show: true, size: 4, fill: () => colourOf(colour) }
+                : { show: false },
+    });
+
+    return {
+        element,
+        /** The chart of uPlot, null before the first show(). */
+        get plot() {
+            return plot;
+        },
+        /** Draws [x, y of line 0, y of line 1, ...]; `visible` says which lines show. */
+        show(data, visible = lines.map(() => true)) {
+            plot ??= create(data);
+            plot.batch(() => {
+                visible.forEach((show, i) => {
+                    if (plot.series[i + 1].show !== show) plot.setSeries(i + 1, { show });
+                });
+                plot.setData(data);
+            });
+        },
+        /** Marks points i to j as selected. */
+        select(i, j) {
+            if (!plot) return;
+            const [left, right] = [i, j].map((at) => plot.valToPos(plot.data[0][at], 'x'));
+            plot.setSelect(
+                { left, width: right - left, top: 0, height: plot.over.clientHeight },
+                false,
+            );
+        },
+        clear() {
+            plot?.setSelect({ left: 0, width: 0, top: 0, height: 0 }, false);
+        },
+    };
+}
+
+/**
+ * The names of a chart's lines with their colours, and beside each the value under the cursor.
+ * @returns {{element, read(texts)}} `texts` one a line, or null for none
+ */
+export function legend(lines) {
+    const readings = lines.map(() => el('span', { class: 'reading' }));
+    const entries = lines.map(({ name, colour }, i) => {
+        const swatch = el('span', { class: 'swatch' });
+        swatch.style.setProperty('--swatch', `var(${colour})`);
+        // One line alone needs no name: the title has it.
+        return el(
+            'span',
+            { class: 'entry' },
+            lines.length > 1 ? [swatch, name] : null,
+            readings[i],
+        );
+    });
+    return {
+        element: el('div', { class: 'legend' }, entries),
+        read(texts) {
+            for (const [i, reading] of readings.entries()) setText(reading, texts?.[i] ?? '');
+        },
+    };
+}

@@ -1,0 +1,67 @@
+// Curves: lists of numbers over their index, or over another list that ascends.
+import uPlot from 'uplot';
+import { lineColour } from '../colours.js';
+import { el, setText } from '../dom.js';
+import { extent } from '../model.js';
+import { rangeOf } from '../sources.js';
+import { chart, legend, padded } from './chart.js';
+
+const ascends = (list) => list.every((x, i) => Number.isFinite(x) && (i === 0 || x > list[i - 1]));
+const gaps = (list) => list.map((y) => (Number.isFinite(y) ? y : null));
+
+/** One table of uPlot: x, then y for each curve. */
+function tableOf(curves, n) {
+    const tables = curves.map(({ x, y }) => {
+        const heights = gaps(y.numbers(n));
+        const places = x ? x.numbers(n).slice(0, heights.length) : heights.map((_, i) => i);
+        return [places, heights.slice(0, places.length)];
+    });
+    return tables;
+}
+
+/**
+ * @param {{name: string, x: Source|null, y: Source}[]} curves
+ * @param {object} options `stepped` for a histogram; `height` of the chart
+ */
+export function lines(curves, { stepped = false, height = 150 } = {}) {
+    const entries = curves.map(({ name }, i) => ({
+        name,
+        colour: lineColour(name, i),
+        stepped,
+        filled: stepped,
+    }));
+    const before = entries.map((entry) => ({ ...entry, dashed: true, filled: false, stepped }));
+    const ys = curves.map(({ y }) => y);
+    const names = legend(entries);
+    const note = el('p', { class: 'plain' });
+    let data = [[]];
+
+    const view = chart({
+        lines: [...before, ...entries],
+        height,
+        points: curves.some(({ x }) => x),
+        range: () => padded(stepped ? [0, rangeOf(ys)[1]] : rangeOf(ys)),
+        xRange: () => extent(data[0]),
+        onHover(i) {
+            if (i === null) return names.read(null);
+            const at = data[0][i];
+            names.read(
+                entries.map((_, line) => `${at}: ${data[1 + curves.length + line]?.[i] ?? '–'}`),
+            );
+        },
+    });
+
+    function draw({ n, a }) {
+        const compared = a !== null && curves.some(({ x, y }) => x?.varies || y.varies);
+        let tables = [...tableOf(curves, compared ? a : n), ...tableOf(curves, n)];
+        const broken = tables.find(([x]) => !ascends(x));
+        setText(note, broken ? 'x does not ascend: drawn over the index' : '');
+        if (broken) tables = tables.map(([, y]) => [y.map((_, i) => i), y]);
+        data = uPlot.join(tables);
+        const empty = data[0].length === 0;
+        view.element.hidden = empty;
+        if (empty) return setText(note, 'no numbers');
+        view.show(data, [...before.map(() => compared), ...entries.map(() => true)]);
+    }
+    return { elements: [view.element, names.element, note], draw };
+}

@@ -1,0 +1,76 @@
+// Pictures the size of a word: a list or the course of a value as a line, a grid as a map.
+import { canvas } from '../canvas.js';
+import { cssOf, sequential } from '../colours.js';
+import { svg } from '../dom.js';
+import { extent } from '../model.js';
+
+const WIDTH = 96;
+const HEIGHT = 22;
+const round = (x) => Math.round(x * 10) / 10;
+
+/**
+ * Lines over their index on one scale.
+ * @param {number[][]} lists one a line
+ * @returns {{element: SVGElement, mark(n, a)}} `mark` puts a line at point n and, where a is not
+ *     null, another one at point a
+ */
+export function spark(lists) {
+    const length = Math.max(...lists.map((list) => list.length));
+    const [low, high] = extent(lists.flat());
+    const x = (i) => round(length > 1 ? 1 + (i / (length - 1)) * (WIDTH - 2) : WIDTH / 2);
+    const y = (value) =>
+        round(high > low ? HEIGHT - 2 - ((value - low) / (high - low)) * (HEIGHT - 4) : HEIGHT / 2);
+    const paths = lists.map((list, line) => {
+        let pen = 'M';
+        const d = list.map((value, i) => {
+            if (!Number.isFinite(value)) {
+                pen = 'M';
+                return '';
+            }
+            const piece = `${pen}${x(i)} ${y(value)}`;
+            pen = 'L';
+            return piece;
+        });
+        return svg('path', { d: d.join(''), class: `spark-line spark-${line % 4}` });
+    });
+    const cursors = ['spark-b', 'spark-a'].map((name) => svg('path', { class: name }));
+    return {
+        element: svg(
+            'svg',
+            {
+                viewBox: `0 0 ${WIDTH} ${HEIGHT}`,
+                class: 'spark',
+                'aria-hidden': 'true',
+                preserveAspectRatio: 'none',
+            },
+            ...cursors,
+            ...paths,
+        ),
+        mark(n, a) {
+            cursors[0].setAttribute('d', `M${x(n)} 0V${HEIGHT}`);
+            cursors[1].setAttribute('d', a === null ? '' : `M${x(a)} 0V${HEIGHT}`);
+        },
+    };
+}
+
+/** A grid of numbers as a map the size of a word. */
+export function patch(rows) {
+    const [low, high] = extent(rows.flat());
+    const columns = Math.max(...rows.map((row) => row.length));
+    const view = canvas(
+        (context, width, height) => {
+            rows.forEach((row, y) => {
+                row.forEach((value, x) => {
+                    context.fillStyle = cssOf(
+                        sequential(high > low ? (value - low) / (high - low) : 0.5),
+                    );
+                    const [w, h] = [width / columns, height / rows.length];
+                    if (!Number.isNaN(value)) context.fillRect(x * w, y * h, w + 0.3, h + 0.3);
+                });
+            });
+        },
+        { height: HEIGHT, label: `${rows.length} by ${columns} values`, className: 'patch' },
+    );
+    requestAnimationFrame(view.repaint);
+    return view.element;
+}

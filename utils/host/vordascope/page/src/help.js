@@ -1,0 +1,87 @@
+// The keys, and the card that explains them.
+import { el } from './dom.js';
+
+const KEYS = [
+    ['← →', 'one snapshot back or on, with Shift ten'],
+    ['Home End', 'the first or the last snapshot'],
+    ['Space', 'play and stop'],
+    ['C', 'compare with the snapshot that shows; again: no more'],
+    ['X', 'exchange the two compared snapshots'],
+    ['O', 'only what changed'],
+    ['/', 'find a field: words that all occur, or =8000 for a value'],
+    ['P', 'the next path, where several were captured'],
+    ['T', 'light or dark'],
+    ['?', 'this help'],
+    ['Esc', 'close, clear the search, end a measurement'],
+];
+
+/** A dialog, to be opened with showModal(). */
+export function helpCard() {
+    const dialog = el(
+        'dialog',
+        { class: 'help', 'aria-labelledby': 'help-title' },
+        el('h2', { id: 'help-title' }, 'Keys'),
+        el(
+            'dl',
+            {},
+            KEYS.flatMap(([key, text]) => [
+                el(
+                    'dt',
+                    {},
+                    key.split(' ').map((part) => el('kbd', {}, part)),
+                ),
+                el('dd', {}, text),
+            ]),
+        ),
+        el(
+            'p',
+            {},
+            'Values stand as vorda printed them. Drag across a chart over time to measure a step, click it to go to a snapshot. The address of this page leads back to what it shows now.',
+        ),
+        el('form', { method: 'dialog' }, el('button', {}, 'Close')),
+    );
+    return dialog;
+}
+
+const editing = (target) => target.closest?.('input[type="search"], select, textarea, dialog');
+
+/**
+ * Calls an action for each key of the card.
+ * @param {object} actions by name: step(by), first, last, play, compare, swap, only, find, path,
+ *     theme, help, escape
+ * @param {AbortSignal} signal ends it
+ */
+export function listenToKeys(actions, signal) {
+    const byKey = {
+        Home: actions.first,
+        End: actions.last,
+        ' ': actions.play,
+        c: actions.compare,
+        x: actions.swap,
+        o: actions.only,
+        '/': actions.find,
+        p: actions.path,
+        t: actions.theme,
+        '?': actions.help,
+        Escape: actions.escape,
+        ArrowLeft: () => actions.step(-1),
+        ArrowRight: () => actions.step(1),
+    };
+    window.addEventListener(
+        'keydown',
+        (event) => {
+            if (event.ctrlKey || event.metaKey || event.altKey) return;
+            if (editing(event.target) && event.key !== 'Escape') return;
+            // A button or a summary takes the space bar itself.
+            if (event.key === ' ' && event.target.closest?.('button, summary')) return;
+            const arrow = event.shiftKey && { ArrowLeft: -10, ArrowRight: 10 }[event.key];
+            const action = arrow
+                ? () => actions.step(arrow)
+                : byKey[event.key.length === 1 ? event.key.toLowerCase() : event.key];
+            if (!action) return;
+            action();
+            if (event.key !== 'Escape') event.preventDefault();
+        },
+        { signal },
+    );
+}

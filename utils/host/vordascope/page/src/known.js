@@ -1,0 +1,307 @@
+// What the page knows of particular fields: the only place that names them. What does not stand here
+// is listed under "All fields" all the same.
+
+/** The key figures: a title and the field. A list shows all its numbers. */
+export const FIGURES = [
+    ['Exposure time', 'share.inttime'],
+    ['Total gain', 'share.sys_gain'],
+    ['Sensor gain', 'share.sensor_gain'],
+    ['ISP gain', 'share.isp_gain'],
+    ['Exposure ratio', 'share.ratio'],
+    ['Frame rate', 'share.fps'],
+    ['ISO', 'share.noise_level.noise_level.level_iso'],
+    ['Luma average', 'stat.lum.gamma_domain_avg_16b'],
+    ['Colour temperature', 'share.color_temp'],
+    ['Flicker-free confidence', 'share.flicker_free_conf'],
+    ['White balance gains', 'cfg.awb.gain[0].gain.val'],
+];
+
+/** The charts over time: a title and, by name, the fields of their lines. */
+export const COURSES = [
+    ['Exposure time', { inttime: 'share.inttime' }],
+    ['Gains', { sensor: 'share.sensor_gain', isp: 'share.isp_gain', total: 'share.sys_gain' }],
+    ['Exposure ratio', { ratio: 'share.ratio' }],
+    ['Luma average', { luma: 'stat.lum.gamma_domain_avg_16b' }],
+    ['Colour temperature', { color_temp: 'share.color_temp' }],
+    ['White balance gains', { val: 'cfg.awb.gain[0].gain.val' }],
+];
+
+const card = (draw) => (title, item, keys, more) => ({ draw, title, item, keys, ...more });
+
+/** Curves: {name: key} over the index, or {name: curve(y, x)}. */
+const lines = card('lines');
+/** A curve for each text that the first group of a pattern captures. */
+const family = card('family');
+/** Maps on one scale, or `apart` on one each; `text` writes the numbers into them. */
+const maps = card('maps');
+/** A row each. */
+const table = card('table');
+const shading = card('shading');
+const chromaticity = card('chromaticity');
+const positions = card('positions');
+const vectors = card('vectors');
+
+const curve = (y, x) => ({ y, x });
+const each = (names, key) => Object.fromEntries(names.map((name) => [name, key(name)]));
+const rows = (name) => new RegExp(`^${name}-\\d+$`);
+const points = (name) => curve(new RegExp(`^${name}_y_\\d+$`), new RegExp(`^${name}_x_\\d+$`));
+const matrix = (names) =>
+    each(names, (row) => new RegExp(`^${row}_(r_coeff|g_coeff|b_coeff|offset)_2s$`));
+
+const CHANNELS = ['g0', 'r', 'b', 'g1'];
+const ROIS = ['ROI0', 'ROI1', 'ROI2', 'ROI3'];
+const GAINS = ['gain[0]', 'gain[1]'];
+/** The blocks of one sensor or, where two are stitched, of each: LSC; LSC0 and LSC1. */
+const SENSORS = /^(?:[A-Z]+\d*)?$/;
+
+const averages = { r: 'r channel', g: 'g channel', b: 'b channel' };
+const noise = each(['ma_y', 'mc_y', 'ma_c'], (name) => curve(`${name}.lut_o`, `${name}.lut_i`));
+const levels = each(['ma_y', 'mc_y', 'ma_c'], (name) => rows(`lut_${name}_lut_i`));
+const sharpness = each(['gain_curve', 'luma_ctrl_gain'], points);
+const manualSharpness = each(['gain_curve', 'luma_ctrl_gain'], (name) =>
+    curve(`manual_cfg.${name}.y`, `manual_cfg.${name}.x`),
+);
+const gain = { gain_curve: curve('cfg.gain_curve.y', 'cfg.gain_curve.x') };
+const blend = { blend_curve: curve('cfg.luma.blend_curve.y', 'cfg.luma.blend_curve.x') };
+const lut = { state: ['is_lut_i_en', 'lut_i_cnt'] };
+const mode = { state: ['mode'] };
+
+/**
+ * The cards by section. Each has its title in the field's terms; vorda's item, or a pattern of items;
+ * the keys that it draws, each a string or a pattern whose matches make one list or the rows of one
+ * grid; and where it needs them `block`, the heading or block of the keys or a pattern of them, of
+ * which each gets a card; `state`, scalars that say whether the module is on; `wide` for a card of
+ * the page's width.
+ */
+export const SECTIONS = [
+    {
+        id: 'statistics',
+        title: 'Statistics',
+        cards: [
+            lines(
+                'Luminance histogram',
+                'stat.lum',
+                { bins: 'Luminance histogram' },
+                {
+                    state: ['Overflow'],
+                    stepped: true,
+                },
+            ),
+            maps(
+                'Luminance by region',
+                'stat.lum',
+                { average: 'Regional Luminance average' },
+                {
+                    text: true,
+                    tall: 0.62,
+                },
+            ),
+            chromaticity('Chromaticity by region', 'stat.awb', averages, { block: 'Gwd RGL' }),
+            maps('White balance averages', 'stat.awb', averages, { block: 'Gwd RGL' }),
+            table(
+                'White balance energies',
+                'stat.awb',
+                each(ROIS, (roi) => `${roi} energy`),
+                {
+                    block: 'Gwd ROI',
+                },
+            ),
+            table(
+                'Norms of the energies',
+                'stat.awb',
+                each(ROIS, (roi) => `${roi} energy norm`),
+                {
+                    block: 'Gwd ROI',
+                },
+            ),
+            maps(
+                'White balance peaks',
+                'stat.awb',
+                each(CHANNELS, (name) => `${name} channel`),
+                {
+                    block: 'Rtx RGL',
+                },
+            ),
+            maps(
+                'Weights of the peaks',
+                'stat.awb',
+                each(CHANNELS, (name) => `${name} norm`),
+                {
+                    block: 'Rtx RGL',
+                },
+            ),
+            positions(
+                'Positions of the peaks',
+                'stat.awb',
+                each(CHANNELS, (name) => name),
+                {
+                    block: /^Rtx ROI\b/,
+                },
+            ),
+            table(
+                'Sums of the peaks',
+                'stat.awb',
+                {
+                    peak: 'White balance peak',
+                    norm: 'White balance peak norm',
+                },
+                { block: 'Rtx ROI' },
+            ),
+            maps(
+                'Contrast by region',
+                'stat.var',
+                {
+                    h1: 'h1_avg',
+                    h2: 'h2_avg',
+                    v1: 'v1_avg',
+                    v2: 'v2_avg',
+                },
+                { block: 'RGL var' },
+            ),
+            table(
+                'Contrast',
+                'stat.var',
+                each(ROIS, (roi) => new RegExp(`^${roi} [hv][12]_avg$`)),
+                {
+                    block: 'ROI var',
+                    columns: ['h1', 'h2', 'v1', 'v2'],
+                },
+            ),
+            maps('Low-pass luma by region', 'stat.shp', {
+                average: 'RGL lpf_luma_avg',
+                minimum: 'RGL lpf_luma_min',
+            }),
+            vectors('Motion vectors', 'stat.mv', { bins: 'mv histogram' }),
+        ],
+    },
+    {
+        id: 'tone',
+        title: 'Tone',
+        cards: [
+            lines(
+                'Gamma',
+                'cfg.gamma',
+                { curve: /^GMA curve/ },
+                {
+                    state: ['GMA mode', 'FGMA mode', 'FAGMA mode'],
+                },
+            ),
+            lines('Tone enhancement', 'cfg.te', { curve: /^TE Curve/ }, { state: ['TE enable'] }),
+            lines(
+                'HDR tone enhancement',
+                'cfg.hte',
+                { curve: /^HTE curve/ },
+                {
+                    state: ['HTE enable'],
+                },
+            ),
+            lines('Post tone', 'cfg.pta', { curve: /^PTA Curve/ }),
+            family('Post tone: scene curves', 'intl.pta', /^scene_curve\.val_(\d+)-\d+$/, {
+                state: ['enable', 'scene_curve_cnt'],
+            }),
+            maps(
+                'Dehaze by region',
+                'cfg.dhz',
+                { gain: 'rgl.gain', offset: 'rgl.offset' },
+                {
+                    apart: true,
+                },
+            ),
+            maps(
+                'Dehaze by region, settings',
+                'intl.dhz',
+                {
+                    'lce.rgl_weight': rows('lce\\.rgl_weight'),
+                    'manual_cfg.rgl_gain': rows('manual_cfg\\.rgl_gain'),
+                    'manual_cfg.rgl_offset': rows('manual_cfg\\.rgl_offset'),
+                },
+                { apart: true, state: ['lce_en', 'manual_cfg_enable'] },
+            ),
+        ],
+    },
+    {
+        id: 'colour',
+        title: 'Colour',
+        cards: [
+            table(
+                'Colour correction matrix',
+                'share',
+                { '': 'colormatrix' },
+                {
+                    coloured: true,
+                    sums: true,
+                },
+            ),
+            table(
+                'White balance gains',
+                'cfg.awb',
+                each(GAINS, (name) => `${name}.gain.val`),
+                {
+                    state: GAINS.map((name) => `${name}.enable`),
+                },
+            ),
+            table(
+                'HDR white balance gains',
+                'cfg.hawb',
+                each(GAINS, (name) => `${name}.gain.val`),
+                {
+                    state: ['enable'],
+                },
+            ),
+            table('Colour correction, registers', 'cfg.csm', matrix(['r', 'g', 'b']), {
+                block: 'CCM',
+                columns: ['r', 'g', 'b', 'offset'],
+            }),
+            table('Colour space, registers', 'cfg.csm', matrix(['y', 'u', 'v']), {
+                block: 'CST',
+                columns: ['r', 'g', 'b', 'offset'],
+            }),
+            lines(
+                'CRC curves',
+                /^cfg\.(cal|crc)$/,
+                each(
+                    [0, 1, 2, 3, 4].map((i) => `curve[${i}]`),
+                    (name) => curve(`${name}.y`, `${name}.x`),
+                ),
+                { block: SENSORS, ...mode },
+            ),
+        ],
+    },
+    {
+        id: 'shading',
+        title: 'Lens shading',
+        cards: [
+            shading(
+                'Lens shading',
+                /^cfg\.(cal|lsc)$/,
+                each(['ee', 'eo', 'oe', 'oo'], (name) => `table.coeff.${name}`),
+                { block: SENSORS, state: ['table.enable', 'curve.enable'], wide: true },
+            ),
+        ],
+    },
+    {
+        id: 'noise',
+        title: 'Noise',
+        cards: [
+            lines('Noise reduction', 'cfg.nr', noise, mode),
+            lines('Front noise reduction', 'cfg.front_nr', noise, mode),
+            maps('Noise reduction: lut_i by level', 'intl.nr', levels, lut),
+            maps('Front noise reduction: lut_i by level', 'intl.front_nr', levels, lut),
+        ],
+    },
+    {
+        id: 'sharpness',
+        title: 'Sharpness',
+        cards: [
+            lines('Sharpness', 'cfg.shp', sharpness, mode),
+            lines('Sharpness, weak', 'cfg.weak_win_shp', sharpness, mode),
+            lines('Sharpness, manual', 'intl.shp', manualSharpness, {
+                state: ['manual_cfg_enable'],
+            }),
+            lines('Enhancement: gain', 'cfg.enh', gain),
+            lines('Enhancement: blending', 'cfg.enh', blend),
+            lines('Front enhancement: gain', 'cfg.front_enh', gain),
+            lines('Front enhancement: blending', 'cfg.front_enh', blend),
+        ],
+    },
+];

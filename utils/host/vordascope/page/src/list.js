@@ -1,0 +1,195 @@
+// Every field, by item, as printed: nothing of a capture stays out of the page.
+import { differenceText } from './compare.js';
+import { el, setText } from './dom.js';
+import { patch, spark } from './draw/spark.js';
+import { flat, number, printed, same } from './model.js';
+import { courses } from './now.js';
+
+const MANY = 24;
+
+/** A picture beside a value: its course over the series, or its list or grid now. */
+function picture(field, length, n) {
+    if (!field.numeric) return null;
+    if (field.shape === 'scalar')
+        return field.varies && length > 2 ? spark(courses(field, length)).element : null;
+    const value = field.at(n);
+    if (value === null) return null;
+    if (field.shape === 'grid') return patch(value.map((row) => flat(row).map(number)));
+    const list = flat(value).map(number);
+    return list.length > 2 ? spark([list]).element : null;
+}
+
+class Row {
+    constructor(series, store, field) {
+        this.series = series;
+        this.field = field;
+        this.value = el('td', { class: 'value' });
+        this.picture = el('td', { class: 'picture' });
+        const name = el(
+            'button',
+            {
+                type: 'button',
+                class: 'copy',
+                title: `copy ${field.name}`,
+                on: { click: () => copy(name, field.name) },
+            },
+            field.label,
+        );
+        const add = () => store.set({ added: [...new Set([...store.view.added, field.name])] });
+        const charted =
+            field.varies && field.numeric && field.shape !== 'grid' && series.length > 2;
+        const plot =
+            charted &&
+            el(
+                'button',
+                {
+                    type: 'button',
+                    class: 'quiet',
+                    title: 'add a chart over time',
+                    on: { click: add },
+                },
+                '+',
+            );
+        this.element = el(
+            'tr',
+            {},
+            el('th', { scope: 'row' }, name),
+            this.value,
+            this.picture,
+            el('td', { class: 'note' }, field.note, plot || null),
+        );
+    }
+
+    /** Writes the value of the snapshot, and in a comparison what it was. */
+    write({ n, a }) {
+        const { field } = this;
+        const value = field.at(n);
+        const before = a === null ? value : field.at(a);
+        const differs = !same(before, value);
+        const content =
+            Array.isArray(value) && field.shape === 'grid'
+                ? value.map((row) => printed(row)).join('\n')
+                : printed(value);
+        if (!differs) setText(this.value, content);
+        else if (Array.isArray(value) || Array.isArray(before))
+            this.value.replaceChildren(
+                content,
+                el('div', { class: 'difference' }, differenceText(before, value)),
+            );
+        else
+            this.value.replaceChildren(
+                el('span', { class: 'before' }, `${printed(before)} → `),
+                content,
+                el('span', { class: 'difference' }, ` ${differenceText(before, value)}`),
+            );
+        this.element.classList.toggle('changed', differs);
+        const shown = picture(field, this.series.length, n);
+        if (shown) this.picture.replaceChildren(shown);
+    }
+}
+
+async function copy(button, text) {
+    try {
+        await navigator.clipboard.writeText(text);
+        button.dataset.done = 'copied';
+    } catch {
+        // Without the right to copy, the name is at least selected.
+        window.getSelection().selectAllChildren(button);
+        button.dataset.done = 'selected';
+    }
+    setTimeout(() => delete button.dataset.done, 900);
+}
+
+/** The fields of one item, built when they are opened or found. */
+class Item {
+    #rows = null;
+    #stale = true;
+
+    constructor(series, store, item, fields) {
+        Object.assign(this, { series, store, item, fields });
+        this.count = el('span', { class: 'count' });
+        this.body = el('tbody');
+        this.element = el(
+            'details',
+            { class: 'item', on: { toggle: () => this.write() } },
+            el('summary', {}, el('code', {}, item), this.count),
+            el('div', { class: 'wide' }, el('table', { class: 'fields' }, this.body)),
+        );
+    }
+
+    update(view, changed) {
+        this.view = view;
+        if (changed.has('n') || changed.has('a') || changed.has('theme')) this.#stale = true;
+        const { n, a, only, find } = view;
+        const differs = (field) => field.varies && (a === null || !same(field.at(a), field.at(n)));
+        this.shown = this.fields.filter(
+            (field) => (!only || differs(field)) && find.field(field, n),
+        );
+        this.element.hidden = this.shown.length === 0;
+        const count = this.shown.length === this.fields.length ? '' : `${this.shown.length} of `;
+        setText(
+            this.count,
+            `${count}${this.fields.length} field${this.fields.length === 1 ? '' : 's'}`,
+        );
+        this.write();
+    }
+
+    /** Writes the rows that show. */
+    write() {
+        if (!this.element.open || this.element.hidden) return;
+        const fresh = this.#rows === null;
+        this.#rows ??= this.fields.map((field) => new Row(this.series, this.store, field));
+        const shown = new Set(this.shown);
+        for (const row of this.#rows) {
+            row.element.hidden = !shown.has(row.field);
+            if (fresh || (this.#stale && (row.field.varies || row.field.shape === 'grid')))
+                row.write(this.view);
+        }
+        this.#stale = false;
+        if (fresh) this.body.replaceChildren(...this.#rows.map((row) => row.element));
+    }
+}
+
+/** The section of all fields. */
+export function listSection(series, store) {
+    const byItem = new Map();
+    for (const field of series.fields) {
+        if (!byItem.has(field.item)) byItem.set(field.item, []);
+        byItem.get(field.item).push(field);
+    }
+    const items = [...byItem].map(([item, fields]) => new Item(series, store, item, fields));
+    const summary = el('p', { class: 'summary', role: 'status' });
+    let opened = false;
+
+    function update(view, changed) {
+        for (const item of items) item.update(view, changed);
+        const count = items.reduce((sum, item) => sum + item.shown.length, 0);
+        const narrowed = view.only || !view.find.empty;
+        setText(
+            summary,
+            narrowed
+                ? `${count} of ${series.fields.length} fields.`
+                : `${series.fields.length} fields of ${items.length} items.`,
+        );
+        // What was looked for opens by itself, and closes again with the search.
+        if (!changed.has('query') && !changed.has('only')) return;
+        const open =
+            narrowed &&
+            (!view.find.empty || items.filter((item) => item.shown.length).length <= MANY);
+        if (open || opened)
+            for (const item of items) item.element.open = open && item.shown.length > 0;
+        opened = open;
+    }
+    return {
+        id: 'fields',
+        title: 'All fields',
+        element: el(
+            'div',
+            { class: 'card list' },
+            summary,
+            items.map((item) => item.element),
+        ),
+        update,
+        empty: () => false,
+    };
+}

@@ -1,0 +1,31 @@
+// The search: every word has to occur; "=8000" looks for a value.
+import { flat } from './model.js';
+
+/** A query as a test of fields and of other texts; an empty one lets everything through. */
+export function finder(query) {
+    const words = query.toLowerCase().split(/\s+/).filter(Boolean);
+    const values = words
+        .filter((word) => word.length > 1 && word.startsWith('='))
+        .map((word) => word.slice(1));
+    const names = words.filter((word) => !word.startsWith('='));
+    const occur = (text) => names.every((word) => text.includes(word));
+    const hasValues = (field, n) => {
+        if (values.length === 0) return true;
+        const printed = flat(field.at(n)).map((value) => String(value).toLowerCase());
+        return values.every((value) => printed.includes(value));
+    };
+    return {
+        empty: words.length === 0,
+        /** Whether a field of snapshot n is looked for. */
+        field: (field, n) =>
+            occur(`${field.item}.${field.label} ${field.name}`.toLowerCase()) &&
+            hasValues(field, n),
+        /** Whether a card is: by its title, or by one of its fields. */
+        card: (title, fields, n) =>
+            fields.some(
+                (field) =>
+                    occur(`${title} ${field.item}.${field.label} ${field.name}`.toLowerCase()) &&
+                    hasValues(field, n),
+            ),
+    };
+}

@@ -1,0 +1,42 @@
+// What the page shows, in one place. Whoever changes it calls set(); the page then redraws once,
+// before the next frame, however many changes there were.
+
+/**
+ * The view:
+ *     path     which series, where captures of several paths were read together
+ *     n, a     the snapshot that shows and the one that it is compared with (null: none)
+ *     only     whether only what changed shows
+ *     query    what is looked for
+ *     step     [i, j], the measured selection of the time charts, or null
+ *     added    names of the fields that have a time chart of their own
+ *     theme    'light', 'dark' or '' for the system's
+ */
+export class Store {
+    #listeners = [];
+    #changed = new Set();
+
+    constructor(view) {
+        this.view = view;
+    }
+
+    set(patch) {
+        const changed = Object.keys(patch).filter((key) => this.view[key] !== patch[key]);
+        if (changed.length === 0) return;
+        this.view = { ...this.view, ...patch };
+        if (this.#changed.size === 0) requestAnimationFrame(() => this.flush());
+        for (const key of changed) this.#changed.add(key);
+    }
+
+    /** Tells the listeners at once what is due. */
+    flush() {
+        const changed = this.#changed;
+        if (changed.size === 0) return;
+        this.#changed = new Set();
+        for (const listener of this.#listeners) listener(this.view, changed);
+    }
+
+    /** `listener(view, changed)`: the new view and a set with the names of what is new in it. */
+    listen(listener) {
+        this.#listeners.push(listener);
+    }
+}

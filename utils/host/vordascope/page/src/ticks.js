@@ -1,0 +1,34 @@
+// Round numbers for axes, and how they are written there.
+
+const STEPS = [1, 2, 2.5, 5, 10];
+
+/** About `count` round numbers within [low, high]. */
+export function ticks(low, high, count) {
+    if (!(high > low)) return Number.isFinite(low) ? [low] : [];
+    const rough = (high - low) / count;
+    const power = 10 ** Math.floor(Math.log10(rough));
+    const step = STEPS.find((multiple) => multiple * power >= rough) * power;
+    const first = Math.ceil(low / step);
+    const last = Math.floor(high / step);
+    // Multiples, not sums: 0.1 + 0.2 is not a round number.
+    return Array.from({ length: last - first + 1 }, (_, i) =>
+        Number(((first + i) * step).toPrecision(12)),
+    );
+}
+
+const SUFFIXES = [
+    [1e12, 'T'],
+    [1e9, 'G'],
+    [1e6, 'M'],
+    [1e4, 'k'],
+];
+
+/** A number beside an axis or a scale, where there is room for five characters or so. */
+export function short(value) {
+    if (!Number.isFinite(value)) return '–';
+    for (const [from, suffix] of SUFFIXES) {
+        const unit = suffix === 'k' ? 1e3 : from;
+        if (Math.abs(value) >= from) return `${Number((value / unit).toPrecision(4))}${suffix}`;
+    }
+    return String(Number(value.toPrecision(4)));
+}
