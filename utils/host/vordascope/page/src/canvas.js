@@ -14,11 +14,18 @@ export function canvas(paint, { ratio, height, label, className = '' }) {
     if (height) element.style.height = `${height}px`;
     else element.style.aspectRatio = String(1 / ratio);
 
-    let painted = false;
+    // The size is read when it changes, not for each repaint, which would lay out the page anew.
+    let size = null;
+    function measure() {
+        size = [element.clientWidth, element.clientHeight];
+    }
     function repaint() {
-        const width = element.clientWidth;
-        const tall = element.clientHeight;
-        if (width === 0 || tall === 0) return;
+        if (!size) measure();
+        const [width, tall] = size;
+        if (width === 0 || tall === 0) {
+            size = null;
+            return;
+        }
         const scale = window.devicePixelRatio || 1;
         const pixels = [Math.round(width * scale), Math.round(tall * scale)];
         if (element.width !== pixels[0]) element.width = pixels[0];
@@ -27,10 +34,11 @@ export function canvas(paint, { ratio, height, label, className = '' }) {
         context.setTransform(scale, 0, 0, scale, 0, 0);
         context.clearRect(0, 0, width, tall);
         paint(context, width, tall);
-        painted = true;
     }
     new ResizeObserver(() => {
-        if (painted) repaint();
+        const before = size;
+        measure();
+        if (before && (before[0] !== size[0] || before[1] !== size[1])) repaint();
     }).observe(element);
     return { element, repaint };
 }

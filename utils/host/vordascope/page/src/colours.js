@@ -17,8 +17,10 @@ function along(stops, t) {
     return between(stops[i], stops[i + 1], position - i);
 }
 
+const RAMP = Array.from({ length: 256 }, (_, i) => along(SEQUENTIAL, i / 255));
+
 /** The colour, [red, green, blue], of a place between 0 and 1 on the scale of maps. */
-export const sequential = (t) => along(SEQUENTIAL, t);
+export const sequential = (t) => RAMP[Math.round(Math.min(Math.max(t, 0), 1) * 255)];
 
 /**
  * The scale of differences in the theme that shows now: a function from a place between -1 and 1 to

@@ -1,54 +1,93 @@
 // How a value differs from another, in the words of `vordascope diff`.
-import { flat, number, printed, same } from './model.js';
+import { flat, same } from './model.js';
 
-const signed = (value) => (value > 0 ? `+${value}` : String(value));
+const INTEGER = /^[-+]?\d+$/;
 
-/** "+31808, +388.3 %": the percentage where there is something to refer to. */
-function distance(from, to) {
-    const difference = Number((to - from).toPrecision(12));
-    if (!Number.isFinite(difference)) return '';
-    const percent =
-        from === 0 ? '' : `, ${signed(Number(((difference / Math.abs(from)) * 100).toFixed(1)))} %`;
-    return `${signed(difference)}${percent}`;
+/** A printed number as a double, as far as one can say; what is no number counts as 0. */
+function double(value) {
+    const text = String(value).toLowerCase();
+    if (/^[-+]?nan/.test(text)) return Number.NaN;
+    if (/^[-+]?inf/.test(text)) return text.startsWith('-') ? -Infinity : Infinity;
+    return Number.parseFloat(text) || 0;
 }
 
-/** The place of scalar i of a value, as [row][column]. */
+const decimals = (value) => String(value).split('.')[1]?.length ?? 0;
+const signed = (text) => (text.startsWith('-') ? text : `+${text}`);
+
+/** b - a with a sign: exact for integers, else with as many decimals as were printed. */
+function distance(a, b) {
+    if (INTEGER.test(a) && INTEGER.test(b)) return signed(String(BigInt(b) - BigInt(a)));
+    return signed(
+        (double(b) - double(a)).toFixed(Math.min(Math.max(decimals(a), decimals(b)), 20)),
+    );
+}
+
+/** Three significant digits, and no exponent where three digits do without. */
+function rounded(percent) {
+    if (Math.abs(percent) >= 1000) return percent.toFixed(0);
+    if (percent === 0 || Math.abs(percent) >= 1e-4) return String(Number(percent.toPrecision(3)));
+    const [digits, exponent] = percent.toPrecision(3).split('e-');
+    return `${Number(digits)}e-${exponent.padStart(2, '0')}`;
+}
+
+const shown = (value) => (value === '' ? '(nothing)' : String(value));
+
+/** "(+32000, +400 %)"; nothing where one of them is no number. */
+function apart(a, b, kind) {
+    const size = double(b) - double(a);
+    if (kind !== 'number' || !Number.isFinite(size)) return '';
+    const before = Math.abs(double(a));
+    const percent = before === 0 ? '' : `, ${signed(rounded((100 * size) / before))} %`;
+    return `(${distance(a, b)}${percent})`;
+}
+
+/** The place of scalar i of an array: [i], or [row][column] of a grid. */
 function placeOf(value, i) {
-    if (!value.some(Array.isArray)) return `[${i}]`;
-    let left = i;
-    for (const [row, part] of value.entries()) {
-        const size = flat(part).length;
-        if (left < size) return `[${row}]${Array.isArray(part) ? placeOf(part, left) : ''}`;
-        left -= size;
-    }
-    return '';
+    const columns = Array.isArray(value[0]) ? value[0].length : 0;
+    return columns ? `[${Math.floor(i / columns)}][${i % columns}]` : `[${i}]`;
 }
 
-/** What tells b from a: a scalar's distance, or how many values of an array differ and the largest. */
-export function differenceText(a, b) {
-    if (a === null) return 'only in B';
-    if (b === null) return 'only in A';
-    if (!Array.isArray(a) || !Array.isArray(b)) return distance(number(a), number(b));
+const values = (count) => `${count} value${count === 1 ? '' : 's'}`;
+
+/**
+ * What tells a field's value b from its value a, in parts: `about`, how many values of an array
+ * differ and where the largest difference is; `from` and `to`; `apart`, how far these are apart.
+ * What does not apply is ''.
+ */
+export function difference(a, b, kind) {
+    const alone = { from: '', to: '', apart: '' };
+    if (a === null || b === null) {
+        const value = a ?? b;
+        const what = Array.isArray(value)
+            ? ` (${values(flat(value).length)})`
+            : `: ${shown(value)}`;
+        return { about: `only in ${a === null ? 'B' : 'A'}${what}`, ...alone };
+    }
     const [before, after] = [flat(a), flat(b)];
-    if (before.length !== after.length) return `${before.length} → ${after.length} values`;
-    let count = 0;
-    let most = -1;
-    let largest = -1;
+    if (before.length !== after.length)
+        return { about: `${values(before.length)} -> ${values(after.length)}`, ...alone };
+    let [count, most, farthest] = [0, 0, -1];
     before.forEach((value, i) => {
         if (same(value, after[i])) return;
         count += 1;
-        const size = Math.abs(number(after[i]) - number(value)) || 0;
-        if (size > largest) [largest, most] = [size, i];
+        const size = Math.abs(double(after[i]) - double(value));
+        const far = Number.isNaN(size) ? Infinity : size;
+        if (far > farthest) [farthest, most] = [far, i];
     });
-    const where = placeOf(b, most);
-    return `${count} of ${before.length} values, most at ${where}: ${before[most]} → ${after[most]}`;
+    return {
+        about: Array.isArray(a)
+            ? `${count} of ${values(before.length)}, most ${placeOf(a, most)}: `
+            : '',
+        from: shown(before[most]),
+        to: shown(after[most]),
+        apart: apart(before[most], after[most], kind),
+    };
 }
 
-/** A value in a line of a table: a long array by its size. */
-export function brief(value) {
-    if (!Array.isArray(value)) return printed(value);
-    const count = flat(value).length;
-    return count > 8 ? `${count} values` : printed(value);
+/** A difference on one line. */
+export function differenceText({ about, from, to, apart }) {
+    if (!from) return about;
+    return `${about}${from} -> ${to}${apart ? `  ${apart}` : ''}`;
 }
 
 /** The fields that differ between snapshots a and b. */

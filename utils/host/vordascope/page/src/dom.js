@@ -44,6 +44,16 @@ export function setText(element, text) {
     if (element.textContent !== text) element.textContent = text;
 }
 
+const colours = new Map();
+
 /** The value of one of the style's colours in the theme that shows now. */
-export const colourOf = (name) =>
-    getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+export function colourOf(name) {
+    if (!colours.has(name)) {
+        const style = getComputedStyle(document.documentElement);
+        colours.set(name, style.getPropertyValue(name).trim());
+    }
+    return colours.get(name);
+}
+
+/** To be called when another theme shows. */
+export const forgetColours = () => colours.clear();

@@ -285,6 +285,14 @@ export const SECTIONS = [
         cards: [
             lines('Noise reduction', 'cfg.nr', noise, mode),
             lines('Front noise reduction', 'cfg.front_nr', noise, mode),
+            lines(
+                'Front noise reduction: ISO',
+                'intl.iso',
+                {
+                    fnr_iso_auto: curve('fnr_iso.fnr_iso_auto.y', 'fnr_iso.fnr_iso_auto.x'),
+                },
+                { state: ['fnr_iso.enable', 'fnr_iso.mode'] },
+            ),
             maps('Noise reduction: lut_i by level', 'intl.nr', levels, lut),
             maps('Front noise reduction: lut_i by level', 'intl.front_nr', levels, lut),
         ],
@@ -304,4 +312,35 @@ export const SECTIONS = [
             lines('Front enhancement: blending', 'cfg.front_enh', blend),
         ],
     },
+];
+
+/**
+ * The lists and grids that no card draws: [item, pattern of the keys]. They are numbers to look up
+ * under "All fields", beside a picture the size of a word.
+ */
+export const PLAIN = [
+    ['cfg.cal', /^curve\[\d\]\.m$/],
+    ['cfg.crc', /^curve\[\d\]\.m$/],
+    ['cfg.enh', /^cfg\.(luma\.blend_curve\.m|gain_curve\.m_2s)$/],
+    ['cfg.front_enh', /^cfg\.(luma\.blend_curve\.m|gain_curve\.m_2s)$/],
+    ['cfg.nr', /^m[ac]_[yc]\.lut_slope$/],
+    ['cfg.front_nr', /^m[ac]_[yc]\.lut_slope$/],
+    ['intl.crc', /^(k_order|(g0|r|b|g1)\.[xym]_\d)$/],
+    ['intl.lsc', /^((lsc_csr\.)?curve\.(fit|d[xy])\w+|nl_adapt\.strength)$/],
+    ['intl.shp', /^manual_cfg\.\w+\.m_2s$/],
+    ['intl.te', /^(dark_enhance_range|iir_weight)$/],
+    ['intl.enh', /^(blend_[xm]|ma_blur_y_zone_\w+)$/],
+    ['intl.fcs', /^(\w+_level_bin|\w+_val)$/],
+    ['intl.dhz', /^lce\.([yc]_gain_max|strength|curve_\w+)$/],
+    ['intl.iso', /^iso_ver2_noise_level_bin$/],
+    ['intl.stat', /^(auto_rb_rgn_slope_\d|wb_csr\.awb_gwd_\w+)$/],
+    ['intl.nr', /^(lut_m\w+_lut_o|mc_y_\w+|manual_cfg\.m\w+_lut_[io])$/],
+    ['intl.front_nr', /^(lut_m\w+_lut_o|mc_y_\w+|manual_cfg\.m\w+_lut_[io]|attr\.nr_auto\.\w+)$/],
+    ['intl.me', /_(gain|gain_low|gain_slope|offset|th|weight)$/],
+    ['intl.front_me', /_(gain|gain_low|gain_slope|offset|th|weight)$/],
+    ['intl.dpc', /^dp[cd]_\w+_ratio$/],
+    ['intl.front_enh', /^attr\.enh_auto\.\w+$/],
+    ['intl.ts', /^nr_l(ut|p)_adj$/],
+    ['share', /^noise_level_bin$/],
+    ['vinfo', /^(bind|valid)_win$/],
 ];

@@ -1,5 +1,6 @@
 // Every field, by item, as printed: nothing of a capture stays out of the page.
-import { differenceText } from './compare.js';
+import { difference } from './compare.js';
+import { differenceOf } from './differences.js';
 import { el, setText } from './dom.js';
 import { patch, spark } from './draw/spark.js';
 import { flat, number, printed, same } from './model.js';
@@ -66,22 +67,13 @@ class Row {
         const value = field.at(n);
         const before = a === null ? value : field.at(a);
         const differs = !same(before, value);
-        const content =
-            Array.isArray(value) && field.shape === 'grid'
-                ? value.map((row) => printed(row)).join('\n')
-                : printed(value);
-        if (!differs) setText(this.value, content);
-        else if (Array.isArray(value) || Array.isArray(before))
-            this.value.replaceChildren(
-                content,
-                el('div', { class: 'difference' }, differenceText(before, value)),
-            );
-        else
-            this.value.replaceChildren(
-                el('span', { class: 'before' }, `${printed(before)} → `),
-                content,
-                el('span', { class: 'difference' }, ` ${differenceText(before, value)}`),
-            );
+        const rows =
+            field.shape === 'grid' && value !== null ? value.map(printed) : [printed(value)];
+        setText(this.value, rows.join('\n'));
+        if (differs) {
+            const parts = difference(before, value, field.kind);
+            this.value.append(el('div', { class: 'difference' }, differenceOf('span', parts)));
+        }
         this.element.classList.toggle('changed', differs);
         const shown = picture(field, this.series.length, n);
         if (shown) this.picture.replaceChildren(shown);

@@ -61,6 +61,8 @@ export class Field {
         this.label = block ? `${block} / ${key}` : key;
         /** The name by which vordascope's command line knows it. */
         this.name = [item, block, key].filter(Boolean).join('.');
+        /** What a search looks into. */
+        this.searched = `${item}.${this.label} ${this.name}`.toLowerCase();
     }
 
     /** Its value in snapshot n; null where the snapshot does not have it. */

@@ -24,11 +24,11 @@ function unreadNotice({ files, unread, unread_count: count }) {
 
 function cutNotice(series) {
     if (series.cut.size === 0) return null;
-    const which = [...series.cut].map((n) =>
-        series.length > 1 ? `#${n + 1} ${series.origin(n)}`.trim() : 'the snapshot',
-    );
+    const end = 'in the middle: what was printed up to there is shown.';
+    if (series.length === 1) return `${series.title}: the snapshot ends ${end}`;
+    const which = [...series.cut].map((n) => `#${n + 1} ${series.origin(n)}`.trim());
     const shown = which.length > 8 ? [...which.slice(0, 8), `${which.length - 8} more`] : which;
-    return `${series.title}: cut off in the middle: ${shown.join(', ')}. What was printed up to there is shown.`;
+    return `${series.title}: ${shown.join(', ')} ended ${end}`;
 }
 
 function thinnedNotice({ title, length, group }) {

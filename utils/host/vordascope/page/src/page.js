@@ -115,6 +115,17 @@ function showSeries(root, model, { open, theme, all, path, view: wanted, onPath 
         },
     };
 
+    // The address follows when the view rests: browsers refuse to change it at every step of a play.
+    let due = null;
+    function address(view) {
+        clearTimeout(due);
+        due = setTimeout(() => {
+            const fragment = toFragment(view, { ...defaults, path: 0 });
+            const { pathname, search } = window.location;
+            window.history.replaceState(null, '', fragment ? `#${fragment}` : pathname + search);
+        }, 250);
+    }
+
     const bar = toolbar(model, all, series, store, actions);
     const built = series
         ? [
@@ -152,12 +163,7 @@ function showSeries(root, model, { open, theme, all, path, view: wanted, onPath 
                     hidden: place.hidden,
                 })),
             );
-        const fragment = toFragment(view, { ...defaults, path: 0 });
-        window.history.replaceState(
-            null,
-            '',
-            fragment ? `#${fragment}` : window.location.pathname + window.location.search,
-        );
+        address(view);
     }
 
     const drawAll = () => {
@@ -200,6 +206,7 @@ function showSeries(root, model, { open, theme, all, path, view: wanted, onPath 
     idle(() => !signal.aborted && drawAll());
     return () => {
         clearInterval(timer);
+        clearTimeout(due);
         ending.abort();
     };
 }

@@ -17,15 +17,14 @@ export function finder(query) {
     return {
         empty: words.length === 0,
         /** Whether a field of snapshot n is looked for. */
-        field: (field, n) =>
-            occur(`${field.item}.${field.label} ${field.name}`.toLowerCase()) &&
-            hasValues(field, n),
+        field: (field, n) => occur(field.searched) && hasValues(field, n),
         /** Whether a card is: by its title, or by one of its fields. */
-        card: (title, fields, n) =>
-            fields.some(
-                (field) =>
-                    occur(`${title} ${field.item}.${field.label} ${field.name}`.toLowerCase()) &&
-                    hasValues(field, n),
-            ),
+        card(title, fields, n) {
+            if (words.length === 0) return true;
+            const start = title.toLowerCase();
+            return fields.some(
+                (field) => occur(`${start} ${field.searched}`) && hasValues(field, n),
+            );
+        },
     };
 }

@@ -1,4 +1,6 @@
 // Light, dark or as the system is.
+import { forgetColours } from './dom.js';
+
 const KEY = 'vordascope-theme';
 const system = window.matchMedia('(prefers-color-scheme: dark)');
 
@@ -14,6 +16,7 @@ let chosen = stored();
 
 const apply = (name) => {
     document.documentElement.dataset.theme = name;
+    forgetColours();
 };
 const current = () => chosen || (system.matches ? 'dark' : 'light');
 

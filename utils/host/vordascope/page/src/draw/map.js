@@ -9,9 +9,31 @@ import { short } from '../ticks.js';
 
 const place = (value, [low, high]) => (high > low ? (value - low) / (high - low) : 0.5);
 
-function paintCells(context, width, height, rows, colour, text) {
-    const columns = Math.max(...rows.map((row) => row.length));
-    const w = width / columns;
+/** The most columns of the rows, which may be ragged. */
+const widthOf = (rows) => Math.max(1, ...rows.map((row) => row.length));
+
+const easel = new OffscreenCanvas(1, 1);
+const brush = easel.getContext('2d', { willReadFrequently: true });
+
+/** Fills a canvas with a cell a value, in its colour; what is no number is left out. */
+export function paintCells(context, width, height, rows, colour) {
+    const columns = widthOf(rows);
+    const pixels = new ImageData(columns, Math.max(1, rows.length));
+    rows.forEach((row, y) => {
+        row.forEach((value, x) => {
+            if (!Number.isNaN(value))
+                pixels.data.set([...colour(value), 255], (y * columns + x) * 4);
+        });
+    });
+    easel.width = pixels.width;
+    easel.height = pixels.height;
+    brush.putImageData(pixels, 0, 0);
+    context.imageSmoothingEnabled = false;
+    context.drawImage(easel, 0, 0, width, height);
+}
+
+function paintTexts(context, width, height, rows, colour) {
+    const w = width / widthOf(rows);
     const h = height / rows.length;
     context.font = `${Math.min(12, Math.floor(w / 2.4))}px system-ui, sans-serif`;
     context.textAlign = 'center';
@@ -19,12 +41,7 @@ function paintCells(context, width, height, rows, colour, text) {
     rows.forEach((row, y) => {
         row.forEach((value, x) => {
             if (Number.isNaN(value)) return;
-            const rgb = colour(value);
-            // A little larger, so that no seam shows between two cells.
-            context.fillStyle = cssOf(rgb);
-            context.fillRect(x * w, y * h, w + 0.5, h + 0.5);
-            if (!text) return;
-            context.fillStyle = inkOn(rgb);
+            context.fillStyle = inkOn(colour(value));
             context.fillText(String(value), (x + 0.5) * w, (y + 0.5) * h);
         });
     });
@@ -43,16 +60,16 @@ export function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
     const caption = el('span', { class: 'caption-name' }, name);
     const reading = el('span', { class: 'reading' });
     const view = canvas(
-        (context, width, height) => paintCells(context, width, height, rows, colour, text),
-        {
-            ratio: tall,
-            label: name,
+        (context, width, height) => {
+            paintCells(context, width, height, rows, colour);
+            if (text) paintTexts(context, width, height, rows, colour);
         },
+        { ratio: tall, label: name },
     );
     const cellAt = (event) => {
         const [x, y, width, height] = pointerAt(event);
         const row = Math.min(Math.floor((y / height) * rows.length), rows.length - 1);
-        const columns = Math.max(...rows.map((r) => r.length));
+        const columns = widthOf(rows);
         return [row, Math.min(Math.floor((x / width) * columns), columns - 1)];
     };
     view.element.addEventListener('pointermove', (event) => {
@@ -95,11 +112,11 @@ export function scaleBar(rampNow) {
     const name = el('span', { class: 'scale-name' });
     const bar = canvas(
         (context, width, height) => {
+            const gradient = context.createLinearGradient(0, 0, width, 0);
             const ramp = rampNow();
-            for (let x = 0; x < width; ++x) {
-                context.fillStyle = cssOf(ramp(x / (width - 1)));
-                context.fillRect(x, 0, 1.5, height);
-            }
+            for (let t = 0; t <= 1; t += 1 / 16) gradient.addColorStop(t, cssOf(ramp(t)));
+            context.fillStyle = gradient;
+            context.fillRect(0, 0, width, height);
         },
         { height: 8, label: 'colour scale' },
     );

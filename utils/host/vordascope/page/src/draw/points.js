@@ -6,8 +6,8 @@ import { aired, plane } from './plane.js';
 
 const snapshots = (view) => (view.a === null ? [view.n] : [view.a, view.n]);
 
-/** Chromaticity r/g and b/g of each region; the reference of a comparison is drawn hollow. */
-export function chromaticity({ r, g, b }) {
+/** Chromaticity r/g and b/g of each region, from the maps of r, g and b; the reference of a comparison is drawn hollow. */
+export function chromaticity([r, g, b]) {
     const view = plane({ xName: 'r/g →', yName: 'b/g ↑', label: 'r/g and b/g of each region' });
     const varies = r.varies || g.varies || b.varies;
     const all = new Map();
@@ -57,7 +57,7 @@ export function chromaticity({ r, g, b }) {
 }
 
 /** The histogram of motion vectors: a disc a bin, its area the count. */
-export function vectors({ bins }) {
+export function vectors([bins]) {
     const view = plane({ xName: 'mv_x →', yName: 'mv_y ↑', label: 'motion vectors' });
     const varies = bins.varies;
     let ranges = null;
@@ -93,8 +93,7 @@ export function vectors({ bins }) {
 }
 
 /** Positions of peaks, a colour a channel, as they lie in the picture. */
-export function positions(channels) {
-    const sources = Object.entries(channels);
+export function positions(sources) {
     const view = plane({ xName: 'x →', yName: 'y ↓', down: true, label: 'positions of the peaks' });
 
     function of(source, n) {
@@ -108,14 +107,14 @@ export function positions(channels) {
     return {
         elements: view.elements,
         draw(now) {
-            const points = sources.flatMap(([name, source], channel) =>
+            const points = sources.flatMap((source, channel) =>
                 of(source, now.n).map(([x, y], i) => ({
                     x,
                     y,
                     radius: 3 + 2.5 * channel,
-                    colour: lineColour(name, channel),
+                    colour: lineColour(source.name, channel),
                     hollow: true,
-                    text: `${name} ${i}: (${x} ${y})`,
+                    text: `${source.name} ${i}: (${x} ${y})`,
                 })),
             );
             const known = points.filter(({ x, y }) => Number.isFinite(x + y));

@@ -1,8 +1,9 @@
 // Pictures the size of a word: a list or the course of a value as a line, a grid as a map.
 import { canvas } from '../canvas.js';
-import { cssOf, sequential } from '../colours.js';
+import { sequential } from '../colours.js';
 import { svg } from '../dom.js';
 import { extent } from '../model.js';
+import { paintCells } from './map.js';
 
 const WIDTH = 96;
 const HEIGHT = 22;
@@ -56,20 +57,15 @@ export function spark(lists) {
 /** A grid of numbers as a map the size of a word. */
 export function patch(rows) {
     const [low, high] = extent(rows.flat());
-    const columns = Math.max(...rows.map((row) => row.length));
+    const place = (value) => (high > low ? (value - low) / (high - low) : 0.5);
+    const colour = (value) => sequential(place(value));
     const view = canvas(
-        (context, width, height) => {
-            rows.forEach((row, y) => {
-                row.forEach((value, x) => {
-                    context.fillStyle = cssOf(
-                        sequential(high > low ? (value - low) / (high - low) : 0.5),
-                    );
-                    const [w, h] = [width / columns, height / rows.length];
-                    if (!Number.isNaN(value)) context.fillRect(x * w, y * h, w + 0.3, h + 0.3);
-                });
-            });
+        (context, width, height) => paintCells(context, width, height, rows, colour),
+        {
+            height: HEIGHT,
+            label: `${rows.length} rows of values`,
+            className: 'patch',
         },
-        { height: HEIGHT, label: `${rows.length} by ${columns} values`, className: 'patch' },
     );
     requestAnimationFrame(view.repaint);
     return view.element;
