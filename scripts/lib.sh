@@ -5,6 +5,10 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 step() { printf '== %s\n' "$*" >&2; }
 
+# What the presets need to configure and build vordascope and its tests.
+# shellcheck disable=SC2034 # used where this file is sourced
+HOST_PACKAGES=(libcli11-dev nlohmann-json3-dev zlib1g-dev)
+
 # Installs the Debian packages that are missing; says nothing when all are there.
 need() {
   local missing=() package

@@ -1,0 +1,285 @@
+// What is made of snapshots: JSON, comparison, series, and the choice of fields by name.
+#include "compare.h"
+#include "harness.h"
+#include "json.h"
+#include "reading.h"
+#include "select.h"
+#include "series.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <set>
+
+using namespace vordascope;
+using nlohmann::json;
+
+namespace
+{
+
+const std::string INDEX = "dev_idx = 0, path_idx = 1\n";
+
+// Parses a text and fails when an object has a member twice.
+json parse(const std::string &text)
+{
+    std::vector<std::set<std::string>> members;
+    return json::parse(text, [&members](int, json::parse_event_t event, json &value) {
+        if (event == json::parse_event_t::object_start) {
+            members.emplace_back();
+        } else if (event == json::parse_event_t::object_end) {
+            members.pop_back();
+        } else if (event == json::parse_event_t::key) {
+            EXPECT_TRUE(members.back().insert(value.get<std::string>()).second) << value;
+        }
+        return true;
+    });
+}
+
+json expected(const Value &value)
+{
+    switch (value.kind) {
+    case Kind::integer:
+        if (value.negative())
+            return static_cast<int64_t>(-value.magnitude);
+        return value.magnitude;
+    case Kind::decimal:
+        return strtod(std::string(value.text()).c_str(), nullptr);
+    case Kind::boolean:
+        return value.text() == "true";
+    case Kind::text: {
+        std::string text;
+        for (const char c : value.text()) {
+            const auto byte = static_cast<unsigned char>(c);
+            if (byte > 0x7F)
+                text += static_cast<char>(byte < 0xC0 ? 0xC2 : 0xC3);
+            text += static_cast<char>(byte > 0x7F ? 0x80 | (byte & 0x3F) : byte);
+        }
+        return text;
+    }
+    default:
+        return nullptr;
+    }
+}
+
+json expected(const Snapshot &snapshot)
+{
+    json object = {{"vorda_json", 1},
+                   {"dev_idx", snapshot.dev_idx},
+                   {"path_idx", snapshot.path_idx},
+                   {"time", snapshot.timed ? expected(snapshot.time) : json()},
+                   {"cut", snapshot.cut},
+                   {"unread", json::array()}};
+    for (const Unread &line : snapshot.unread)
+        object["unread"].push_back(line.line);
+    for (NodeIndex i = 1; i < snapshot.node_count(); i++) {
+        json *place = &object;
+        std::vector<std::string> names;
+        for (NodeIndex node = i; node != 0; node = snapshot.node(node).parent)
+            names.insert(names.begin(), std::string(snapshot.node(node).name()));
+        for (const std::string &name : names)
+            place = &(*place)[name];
+        if (place->is_null())
+            *place = json::object();
+        for (const Member &member : snapshot.node(i).members) {
+            if (member.is_node)
+                continue;
+            const Field &field = snapshot.fields[member.index];
+            json values = json::array();
+            for (uint32_t k = 0; k < field.count; k++) {
+                if (field.shape == Shape::rows && k % field.columns == 0)
+                    values.push_back(json::array());
+                (field.shape == Shape::rows ? values.back() : values)
+                    .push_back(expected(snapshot.begin(field)[k]));
+            }
+            (*place)[std::string(field.key)] = field.shape == Shape::scalar ? values[0] : values;
+        }
+    }
+    return object;
+}
+
+TEST(Json, HoldsWhatASnapshotHolds)
+{
+    std::string texts =
+        "time = 12.50\n" + INDEX +
+        "[LSC]\na[0] = 1\n[Some words]\nCCM:\nb = nan\nlist = 1, -2.50, inf\nvalid = \n"
+        "path = \x01\"\\\x7F\x80\xFF\n\xC3\n=== cfg.x ===\nbig = 18446744073709551615\n"
+        "low = -9223372036854775808\nhuge = 340282346638528859811704183484516925440.00\n"
+        "[AE]\nb = true\nnonsense\nshare.a = (1,2) (3,4)\nm:\n1, 2\n3, 4\n=== cfg.empty ===\n" +
+        INDEX + INDEX + "x\n";
+    for (const char *name : {"distinct", "ones", "zero"})
+        texts += INDEX + read_file(VORDA_SOURCE_DIR "/tests/golden/" + std::string(name) + ".txt");
+    texts += "share.cut = 1";
+    Reader reader{std::string_view(texts)};
+    int count = 0;
+    for (; const Snapshot *snapshot = reader.next(); count++) {
+        std::string text;
+        put_json(*snapshot, text);
+        EXPECT_EQ(text.find('\n'), std::string::npos);
+        EXPECT_TRUE(parse(text) == expected(*snapshot)) << snapshot->number;
+        // The largest integers stand there digit by digit.
+        if (count == 0) {
+            EXPECT_NE(text.find("\"big\":18446744073709551615,\"low\":-9223372036854775808,"
+                                "\"huge\":340282346638528859811704183484516925440.00"),
+                      std::string::npos);
+        }
+    }
+    EXPECT_EQ(count, 6);
+}
+
+TEST(Json, OneSnapshotInFull)
+{
+    const std::string text =
+        "time = 1.50\n" + INDEX + "=== cfg.x ===\na = 1\nDBC:\nm:\n1, 2\n3, 4\n?\n";
+    Reader reader{std::string_view(text)};
+    std::string out;
+    put_json(*reader.next(), out);
+    EXPECT_EQ(out, R"({"vorda_json":1,"dev_idx":0,"path_idx":1,"time":1.50,"cut":false,)"
+                   R"("cfg":{"x":{"a":1,"DBC":{"m":[[1,2],[3,4]]}}},"unread":[9]})");
+}
+
+struct Sides {
+    std::string a;
+    std::string b;
+    Rules rules;
+    std::string report;
+};
+
+TEST(Compare, ReportsByItem)
+{
+    const Sides rows[] = {
+        {"[A]\nx = 1\n", "[A]\nx = 1\n", {}, ""},
+        {"[A]\nx = 8000\nlong = -552\nf = 25.00\nz = 0\n",
+         "[A]\nx = 40000\nlong = -600\nf = 12.5\nz = 7\n",
+         {},
+         "intl.a\n  x     8000 -> 40000  (+32000, +400 %)\n  long  -552 -> -600  (-48, -8.7 %)\n"
+         "  f     25.00 -> 12.5  (-12.50, -50 %)\n  z     0 -> 7  (+7)\n"},
+        {"[A]\nu = 0\nv = 18446744073709551615\n",
+         "[A]\nu = 18446744073709551615\nv = -1\n",
+         {},
+         "intl.a\n  u  0 -> 18446744073709551615  (+18446744073709551615)\n"
+         "  v  18446744073709551615 -> -1  (-18446744073709551616, -100 %)\n"},
+        {"[A]\nu = 18446744073709551614\nw = -5\n",
+         "[A]\nu = 18446744073709551615\nw = -3\n",
+         {},
+         "intl.a\n  u  18446744073709551614 -> 18446744073709551615  (+1, +5.42e-18 %)\n"
+         "  w  -5 -> -3  (+2, +40 %)\n"},
+        {"[A]\nt = /a\nb = true\nn = nan\ne = \n",
+         "[A]\nt = /\x1b\nb = false\nn = 1\ne = 1\n",
+         {},
+         "intl.a\n  t  /a -> /\\x1b\n  b  true -> false\n  n  nan -> 1\n  e  (nothing) -> 1\n"},
+        {"[A]\nl = 1, 2, 3\nm:\n1, 2\n3, 4\ns = 1, 2\n",
+         "[A]\nl = 1, 4, 9\nm:\n1, 2\n3, 9\ns = 1, 2, 3\n",
+         {},
+         "intl.a\n  l  2 of 3 values, most [2]: 3 -> 9  (+6, +200 %)\n"
+         "  m  1 of 4 values, most [1][1]: 4 -> 9  (+5, +125 %)\n  s  2 values -> 3 values\n"},
+        {"[A]\n[H h]\nx = 1\ny = 2\nw = 1\n[B]\nx = 1\ny = 1\n[C]\nx = 1\n",
+         "[A]\n[H h]\ny = 3\nz:\n1, 2\nw = 1\n[D]\nx = 5\nl = 1, 2\n",
+         {},
+         "intl.a\n  H h / x  only in before: 1\n  H h / y  2 -> 3  (+1, +50 %)\n"
+         "  H h / z  only in after (2 values)\nintl.b: only in before (2 fields)\n"
+         "intl.c\n  x  only in before: 1\nintl.d: only in after (2 fields)\n"},
+        // Tolerances.
+        {"[A]\nx = 100\ny = 100\nz = nan\n",
+         "[A]\nx = 102\ny = 103\nz = 1\n",
+         {{}, {}, 2, 0},
+         "intl.a\n  y  100 -> 103  (+3, +3 %)\n  z  nan -> 1\n"},
+        {"[A]\nx = 100\ny = -100\n",
+         "[A]\nx = 98\ny = -97\n",
+         {{}, {}, 0, 0.02},
+         "intl.a\n  y  -100 -> -97  (+3, +3 %)\n"},
+        {"[A]\nx = 1.0\n", "[A]\nx = 1.00\n", {}, ""},
+        {"[A]\nx = 9007199254740993\n",
+         "[A]\nx = 9007199254740992\n",
+         {},
+         "intl.a\n  x  9007199254740993 -> 9007199254740992  (-1, -1.11e-14 %)\n"},
+        // Selections.
+        {"[A]\nx = 1\ny = 1\n[B]\nx = 1\nB0:\ny = 1\n",
+         "[A]\nx = 2\ny = 2\n[B]\nx = 2\nB0:\ny = 2\n",
+         {{"intl.a", "*.y"}, {"intl.b.B0", "intl.?.x"}},
+         "intl.a\n  y  1 -> 2  (+1, +100 %)\n"},
+    };
+    for (const Sides &row : rows) {
+        const std::string a = INDEX + row.a;
+        const std::string b = "dev_idx = 7, path_idx = 7\n" + row.b;
+        Reader reader_a{std::string_view(a)};
+        Reader reader_b{std::string_view(b)};
+        std::string report;
+        const Comparison result =
+            compare(*reader_a.next(), *reader_b.next(), row.rules, "before", "after", report);
+        EXPECT_EQ(report, row.report);
+        EXPECT_EQ(result.same(), row.report.empty()) << row.report;
+    }
+}
+
+TEST(Select, PatternsAndPaths)
+{
+    const std::tuple<const char *, const char *, bool> rows[] = {
+        {"share.fps", "share.fps", true},
+        {"share.fps", "share.fp", false},
+        {"share.fps", "share.*", true},
+        {"share.fps", "*fps", true},
+        {"share.fps", "*f*s*", true},
+        {"share.fps", "*f*x*", false},
+        {"share.fps", "sh?re.fps", true},
+        {"share.fps", "share.fps?", false},
+        {"a[0]", "a[0]", true},
+        {"a[0]", "a[?]", true},
+        {"a0", "a[0]", false},
+        {"", "*", true},
+        {"", "?", false},
+        {"aab", "*ab", true},
+    };
+    for (const auto &[text, pattern, match] : rows)
+        EXPECT_EQ(matches(text, pattern), match) << text << ' ' << pattern;
+    const std::string many(5000, 'a');
+    EXPECT_FALSE(matches(many, "*a*a*a*a*a*a*a*b"));
+
+    const std::string text = INDEX + "share.inttime = 1\nshare.sys_gain = 1\nshare.isp_gain = 1\n"
+                                     "=== cfg.nr ===\nmode = 1\n";
+    Reader reader{std::string_view(text)};
+    const Snapshot &snapshot = *reader.next();
+    const std::pair<const char *, const char *> names[] = {
+        {"inttime", "Near: share.inttime"},
+        {"share.intime", "Near: share.inttime"},
+        {"gain", "Near: share.sys_gain, share.isp_gain"},
+        {"sahre", "Near: share"},
+        {"xyzzy-plugh", "There is: share cfg.nr"},
+    };
+    for (const auto &[wanted, suggestion] : names)
+        EXPECT_EQ(suggest(snapshot, wanted), suggestion) << wanted;
+}
+
+TEST(Series, ColumnsAndRows)
+{
+    const std::string text = "time = 1.5\n" + INDEX +
+                             "share.a = 1\nshare.l = 5, 6\n[X]\nm:\n1, 2\n3, 4\np = /a,\"b\n" +
+                             INDEX + "[X]\nm:\n7, 8\nn = 1\nshare.l = 9, 10\nshare.a = nan\n" +
+                             INDEX + "share.a = 25.00\n";
+    const auto table = [&text](const std::vector<std::string> &names) {
+        Series series;
+        std::string out;
+        Reader reader{std::string_view(text)};
+        while (const Snapshot *snapshot = reader.next()) {
+            if (snapshot->number == 1) {
+                if (!series.begin(*snapshot, names, out))
+                    return out;
+                series.put_header(out);
+            }
+            series.put_row(*snapshot, out);
+        }
+        return out;
+    };
+    EXPECT_EQ(table({"share.a"}), "share.a\n1\nnan\n25.00\n");
+    EXPECT_EQ(
+        table({"time", "snapshot", "share.l", "path_idx", "dev_idx"}),
+        "time,snapshot,share.l[0],share.l[1],path_idx,dev_idx\n1.5,1,5,6,1,0\n,2,9,10,1,0\n,3,,,1,0\n");
+    EXPECT_EQ(table({"intl.x.m[1]", "intl.x.m[0][1]", "share.l[1]"}),
+              "intl.x.m[1][0],intl.x.m[1][1],intl.x.m[0][1],share.l[1]\n3,4,2,6\n,,8,10\n,,,\n");
+    EXPECT_EQ(table({"*.p", "intl.?.m*"}),
+              "intl.x.p,intl.x.m[0][0],intl.x.m[0][1],intl.x.m[1][0],intl.x.m[1][1]\n"
+              "\"/a,\"\"b\",1,2,3,4\n,7,8,,\n,,,,\n");
+    EXPECT_EQ(table({"share"}), table({"share.a", "share.l"}));
+    EXPECT_EQ(table({"share.a", "share.l[2]"}), "no field share.l[2]. Near: share.l");
+}
+
+} // namespace

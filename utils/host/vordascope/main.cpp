@@ -1,0 +1,415 @@
+// vordascope: reads what vorda prints and makes other forms of it.
+#include "compare.h"
+#include "json.h"
+#include "select.h"
+#include "series.h"
+#include "stream.h"
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <unistd.h>
+
+using namespace vordascope;
+
+namespace
+{
+
+// Exit statuses. `check` and `diff` answer a question with the first two.
+constexpr int YES = 0;
+constexpr int NO = 1;
+constexpr int TROUBLE = 2;
+
+std::string plural(uint64_t count, const char *what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
+// Says that a capture was not read in full, for verbs whose output has no place for it.
+void warn_of_unread(const Input &input, uint64_t unread)
+{
+    if (unread > 0)
+        complain(input.name() + ": " + plural(unread, "line") +
+                 " not understood; see vordascope check");
+}
+
+int no_snapshot(const Input &input)
+{
+    complain(input.name() + ": no snapshot; it would begin with a line "
+                            "\"dev_idx = ..., path_idx = ...\"");
+    return TROUBLE;
+}
+
+// ---- check
+
+int check(const std::vector<std::string> &files)
+{
+    Output output;
+    int status = YES;
+    for (const std::string &file : files) {
+        Input input(file, true);
+        uint64_t snapshots = 0;
+        uint64_t fields = 0;
+        uint64_t unread = 0;
+        std::string text;
+        while (const Snapshot *snapshot = input.next()) {
+            snapshots += snapshot->indexed;
+            fields += snapshot->fields.size();
+            unread += snapshot->unread.size();
+            for (const Unread &line : snapshot->unread) {
+                text += input.name() + ':' + std::to_string(line.line) + ": " + line.why + ": ";
+                put_shown(line.text, text);
+                text += '\n';
+            }
+            if (!output.write(text))
+                return output.failed() ? TROUBLE : NO;
+            text.clear();
+        }
+        if (input.failed()) {
+            status = TROUBLE;
+            continue;
+        }
+        if (snapshots == 0) {
+            no_snapshot(input);
+            status = std::max(status, NO);
+            continue;
+        }
+        text =
+            input.name() + ": " + plural(snapshots, "snapshot") + ", " + plural(fields, "field") +
+            ", " +
+            (unread == 0 ? "every line understood" : plural(unread, "line") + " not understood") +
+            '\n';
+        if (unread > 0)
+            status = std::max(status, NO);
+        if (!output.write(text))
+            return output.failed() ? TROUBLE : status;
+    }
+    return status;
+}
+
+// ---- json
+
+int json(const std::vector<std::string> &files)
+{
+    Output output;
+    std::string text;
+    for (const std::string &file : files) {
+        Input input(file, true);
+        uint64_t snapshots = 0;
+        uint64_t outside = 0;
+        while (const Snapshot *snapshot = input.next()) {
+            if (!snapshot->indexed) {
+                outside += snapshot->unread.size();
+                continue;
+            }
+            snapshots++;
+            text.clear();
+            put_json(*snapshot, text);
+            text += '\n';
+            if (!output.write(text))
+                return output.failed() ? TROUBLE : YES;
+        }
+        if (input.failed())
+            return TROUBLE;
+        if (snapshots == 0)
+            return no_snapshot(input);
+        warn_of_unread(input, outside);
+    }
+    return YES;
+}
+
+// ---- diff
+
+// One of the two snapshots: FILE, FILE#N or FILE#last.
+class Side
+{
+public:
+    explicit Side(const std::string &argument) : file_(argument)
+    {
+        const size_t hash = argument.rfind('#');
+        if (hash == std::string::npos || access(argument.c_str(), F_OK) == 0)
+            return;
+        const std::string after = argument.substr(hash + 1);
+        if (after == "last")
+            wanted_ = LAST;
+        else if (!after.empty() && after.find_first_not_of("0123456789") == std::string::npos)
+            wanted_ = strtoull(after.c_str(), nullptr, 10);
+        else
+            return;
+        file_ = argument.substr(0, hash);
+    }
+
+    // Reads the snapshot. Returns whether it is there; if not, a message has been printed.
+    bool read()
+    {
+        Input input(file_, true);
+        uint64_t number = 0;
+        while (const Snapshot *snapshot = input.next()) {
+            if (!snapshot->indexed || (wanted_ != LAST && snapshot->number != wanted_))
+                continue;
+            number = snapshot->number;
+            text_ = snapshot->text;
+            if (wanted_ != LAST)
+                break;
+        }
+        if (input.failed())
+            return false;
+        if (number == 0) {
+            if (wanted_ == 1 || wanted_ == LAST)
+                no_snapshot(input);
+            else
+                complain(input.name() + ": no snapshot " + std::to_string(wanted_));
+            return false;
+        }
+        name_ = input.name() + '#' + std::to_string(number);
+        reader_.emplace(std::string_view(text_));
+        snapshot_ = reader_->next();
+        warn_of_unread(input, snapshot_->unread.size());
+        return true;
+    }
+
+    const std::string &file() const { return file_; }
+    const std::string &name() const { return name_; }
+    const Snapshot &snapshot() const { return *snapshot_; }
+
+private:
+    static constexpr uint64_t LAST = UINT64_MAX;
+
+    std::string file_;
+    uint64_t wanted_ = 1;
+    std::string name_;
+    std::string text_;
+    std::optional<Reader> reader_;
+    const Snapshot *snapshot_ = nullptr;
+};
+
+void put_title(const char *mark, const Side &side, std::string &out)
+{
+    const Snapshot &snapshot = side.snapshot();
+    out += mark;
+    put_shown(side.name(), out);
+    out += ": dev_idx = " + std::to_string(snapshot.dev_idx) +
+           ", path_idx = " + std::to_string(snapshot.path_idx);
+    if (snapshot.timed)
+        out.append(", time = ").append(snapshot.time.text());
+    out += snapshot.cut ? ", cut off\n" : "\n";
+}
+
+// Appends the patterns of a file, one a line; blank lines and lines that begin with `#` are none.
+bool read_patterns(const std::string &file, std::vector<std::string> &patterns)
+{
+    std::ifstream lines(file);
+    if (!lines) {
+        complain(file + ": " + strerror(errno));
+        return false;
+    }
+    for (std::string line; std::getline(lines, line);) {
+        line.erase(line.find_last_not_of(" \t\r") + 1);
+        if (!line.empty() && line[0] != '#')
+            patterns.push_back(line);
+    }
+    return true;
+}
+
+// Whether each pattern selects something: one that does not is a slip that would make everything
+// the same.
+bool all_select(const std::vector<std::string> &patterns, const Side &a, const Side &b)
+{
+    for (const std::string &pattern : patterns) {
+        const auto selected = [&pattern](const Side &side) {
+            const Snapshot &snapshot = side.snapshot();
+            return std::any_of(
+                snapshot.fields.begin(), snapshot.fields.end(),
+                [&](const Field &field) { return selects(pattern, snapshot, field); });
+        };
+        if (!selected(a) && !selected(b)) {
+            complain("--only " + pattern + " selects nothing. " + suggest(a.snapshot(), pattern));
+            return false;
+        }
+    }
+    return true;
+}
+
+struct DiffOptions {
+    std::string a;
+    std::string b;
+    std::vector<std::string> ignore_from;
+    Rules rules;
+    bool quiet = false;
+};
+
+int diff(DiffOptions options)
+{
+    for (const std::string &file : options.ignore_from)
+        if (!read_patterns(file, options.rules.ignore))
+            return TROUBLE;
+    Side a(options.a);
+    Side b(options.b);
+    if (a.file() == "-" && b.file() == "-") {
+        complain("only one side can be standard input");
+        return TROUBLE;
+    }
+    if (!a.read() || !b.read() || !all_select(options.rules.only, a, b))
+        return TROUBLE;
+
+    std::string text;
+    const Comparison result =
+        compare(a.snapshot(), b.snapshot(), options.rules, a.name(), b.name(), text);
+    if (result.same())
+        return YES;
+    std::string out;
+    if (options.quiet) {
+        put_shown(a.name(), out);
+        out += " and ";
+        put_shown(b.name(), out);
+        out += " differ\n";
+    } else {
+        put_title("--- ", a, out);
+        put_title("+++ ", b, out);
+        out += text;
+        out += plural(result.different, "field") + " of " + std::to_string(result.compared) +
+               (result.different == 1 ? " differs" : " differ");
+        if (result.only_a + result.only_b > 0)
+            out += ", " + std::to_string(result.only_a) + " only in the first, " +
+                   std::to_string(result.only_b) + " only in the second";
+        out += '\n';
+    }
+    Output output;
+    output.write(out);
+    return output.failed() ? TROUBLE : NO;
+}
+
+// ---- series
+
+struct SeriesOptions {
+    std::string file;
+    std::vector<std::string> fields;
+    bool no_header = false;
+};
+
+int series(const SeriesOptions &options)
+{
+    Input input(options.file, true);
+    Output output;
+    Series table;
+    std::string text;
+    uint64_t snapshots = 0;
+    uint64_t unread = 0;
+    while (const Snapshot *snapshot = input.next()) {
+        unread += snapshot->unread.size();
+        if (!snapshot->indexed)
+            continue;
+        text.clear();
+        if (snapshots++ == 0) {
+            std::string error;
+            if (!table.begin(*snapshot, options.fields, error)) {
+                complain(input.name() + ": " + error);
+                return TROUBLE;
+            }
+            if (!options.no_header)
+                table.put_header(text);
+        }
+        table.put_row(*snapshot, text);
+        if (!output.write(text))
+            return output.failed() ? TROUBLE : YES;
+    }
+    if (input.failed())
+        return TROUBLE;
+    if (snapshots == 0)
+        return no_snapshot(input);
+    warn_of_unread(input, unread);
+    return YES;
+}
+
+constexpr char FIELDS[] =
+    "FIELD is the path of a field: its item, its blocks and its key as printed, with dots\n"
+    "between them, and for one value of an array its index or indexes:\n"
+    "  share.inttime   cfg.gamma.GMA curve[60]   stat.awb.Gwd RGL.r channel[3][4]\n"
+    "An array gives a column for each of its values. In a pattern * stands for any characters\n"
+    "and ? for one; a pattern that matches an item or a block stands for all of its fields.\n"
+    "Beside fields there are: time, snapshot (its number), dev_idx, path_idx.";
+
+constexpr char PATTERNS[] =
+    "GLOB matches the path of a field, or of its item or block: share.*gain, stat, cfg.nr,\n"
+    "\"stat.awb.Gwd RGL\". * stands for any characters, ? for one.\n"
+    "A and B are FILE, FILE#N for its Nth snapshot (the first when left out) or FILE#last.\n"
+    "Exit status: 0 the same, 1 different, 2 trouble.";
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // A reader that leaves early ends the output, not the program.
+    signal(SIGPIPE, SIG_IGN);
+
+    CLI::App app("Reads what vorda prints: checks it, makes JSON or CSV of it, compares it.\n"
+                 "FILE holds one snapshot or many; - is standard input.",
+                 "vordascope");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "vordascope " VORDASCOPE_VERSION);
+
+    int status = TROUBLE;
+    std::vector<std::string> files;
+    const auto add_verb = [&app](const char *name, const char *description, const char *footer) {
+        CLI::App *const verb = app.add_subcommand(name, description);
+        verb->footer(footer);
+        return verb;
+    };
+
+    CLI::App *const check_verb =
+        add_verb("check", "Say whether every line is understood",
+                 "Exit status: 0 every line, 1 not every line, 2 trouble.");
+    check_verb->add_option("FILE", files, "Captures")->required();
+    check_verb->callback([&] { status = check(files); });
+
+    CLI::App *const json_verb = add_verb("json", "Print JSON Lines: an object a snapshot", "");
+    json_verb->add_option("FILE", files, "Captures")->required();
+    json_verb->callback([&] { status = json(files); });
+
+    DiffOptions diff_options;
+    CLI::App *const diff_verb = add_verb("diff", "Compare two snapshots field by field", PATTERNS);
+    diff_verb->add_flag("-q,--quiet", diff_options.quiet, "Say only whether they differ");
+    diff_verb->add_option("--only", diff_options.rules.only, "Compare these fields alone")
+        ->type_name("GLOB")
+        ->expected(1)
+        ->take_all();
+    diff_verb->add_option("--ignore", diff_options.rules.ignore, "Leave these fields out")
+        ->type_name("GLOB")
+        ->expected(1)
+        ->take_all();
+    diff_verb
+        ->add_option("--ignore-from", diff_options.ignore_from,
+                     "Leave out the GLOBs in a file, one a line")
+        ->type_name("FILE")
+        ->expected(1)
+        ->take_all();
+    diff_verb
+        ->add_option("--abs", diff_options.rules.absolute, "Numbers at most N apart are the same")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
+    diff_verb
+        ->add_option("--rel", diff_options.rules.relative,
+                     "Numbers are the same when at most this part of the larger apart (0.01: 1 %)")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
+    diff_verb->add_option("A", diff_options.a, "The first snapshot")->required();
+    diff_verb->add_option("B", diff_options.b, "The second snapshot")->required();
+    diff_verb->callback([&] { status = diff(diff_options); });
+
+    SeriesOptions series_options;
+    CLI::App *const series_verb =
+        add_verb("series", "Print CSV: a row a snapshot, a column a field", FIELDS);
+    series_verb->add_flag("--no-header", series_options.no_header, "Leave the columns' names out");
+    series_verb->add_option("FILE", series_options.file, "A capture")->required();
+    series_verb->add_option("FIELD", series_options.fields, "Fields")->required();
+    series_verb->callback([&] { status = series(series_options); });
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? YES : TROUBLE;
+    }
+    return status;
+}

@@ -1,0 +1,41 @@
+// Fields over time, as CSV: a row a snapshot, a column a field.
+#pragma once
+
+#include "snapshot.h"
+
+namespace vordascope
+{
+
+// A column is one value: an array asked for by its name gives a column for each of its values. The
+// first snapshot settles the columns; where a later one lacks a field or a value, the row has an
+// empty cell.
+//
+// Besides fields, these names can be asked for: time, snapshot (its number in the input), dev_idx,
+// path_idx.
+class Series
+{
+public:
+    // Settles the columns: paths of fields, with an index perhaps, or patterns of fields. Returns
+    // whether all of them are there; otherwise `error` says which one is not and what is near.
+    bool begin(const Snapshot &snapshot, const std::vector<std::string> &names, std::string &error);
+
+    // Appends a line with the columns' names.
+    void put_header(std::string &out) const;
+
+    // Appends the row of a snapshot: its values as printed.
+    void put_row(const Snapshot &snapshot, std::string &out);
+
+private:
+    struct Column {
+        std::string name; // as it stands in the header
+        std::string path; // of the field; empty for what the snapshot says of itself
+        uint32_t value;   // place of the value within the field
+        FieldIndex field; // where the field stood last
+    };
+
+    void add(const Snapshot &snapshot, const Place &place);
+
+    std::vector<Column> columns_;
+};
+
+} // namespace vordascope

@@ -1,0 +1,69 @@
+// The ends of vordascope: captures in, text out.
+#pragma once
+
+#include "reader.h"
+
+#include <chrono>
+
+namespace vordascope
+{
+
+// Prints "vordascope: " and a message on standard error.
+void complain(const std::string &message);
+
+// The snapshots of a file, one after another, as they arrive.
+class Input
+{
+public:
+    // `file` is a path, or "-" for standard input. `progress` tells on standard error how far it
+    // has come, when that is a terminal and reading takes long.
+    Input(std::string file, bool progress);
+    ~Input();
+    Input(const Input &) = delete;
+    Input &operator=(const Input &) = delete;
+
+    // As people know it.
+    const std::string &name() const { return name_; }
+
+    // Returns the next snapshot, which stays valid until the next call, or nullptr: the input ends,
+    // or it has failed.
+    const Snapshot *next();
+
+    // Whether the file could not be opened or read; a message has been printed.
+    bool failed() const { return failed_; }
+
+private:
+    void fill();
+    void show_progress();
+    void clear_progress();
+    void fail();
+
+    std::string name_;
+    int fd_;
+    bool failed_ = false;
+    bool progress_ = false;
+    bool shown_ = false;
+    uint64_t size_ = 0; // of a regular file; 0 when that is not known
+    uint64_t read_ = 0;
+    uint64_t snapshots_ = 0;
+    std::chrono::steady_clock::time_point show_next_;
+    Reader reader_;
+};
+
+// Standard output.
+class Output
+{
+public:
+    // Writes all of `text` at once. Returns whether more can be written: not when the reader has
+    // left, nor after an error, which it prints.
+    bool write(std::string_view text);
+
+    // Whether an error has been printed. A reader that leaves early is none.
+    bool failed() const { return failed_; }
+
+private:
+    bool open_ = true;
+    bool failed_ = false;
+};
+
+} // namespace vordascope
