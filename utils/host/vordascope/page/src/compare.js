@@ -14,12 +14,15 @@ function double(value) {
 const decimals = (value) => String(value).split('.')[1]?.length ?? 0;
 const signed = (text) => (text.startsWith('-') ? text : `+${text}`);
 
-/** b - a with a sign: exact for integers, else with as many decimals as were printed. */
+const whole = (a, b) => INTEGER.test(a) && INTEGER.test(b);
+
+/** How far b is from a: exact for integers before it becomes a double. */
+const gap = (a, b) => (whole(a, b) ? Number(BigInt(b) - BigInt(a)) : double(b) - double(a));
+
+/** The same with a sign and all its digits, of a fraction as many as were printed. */
 function distance(a, b) {
-    if (INTEGER.test(a) && INTEGER.test(b)) return signed(String(BigInt(b) - BigInt(a)));
-    return signed(
-        (double(b) - double(a)).toFixed(Math.min(Math.max(decimals(a), decimals(b)), 20)),
-    );
+    if (whole(a, b)) return signed(String(BigInt(b) - BigInt(a)));
+    return signed(gap(a, b).toFixed(Math.min(Math.max(decimals(a), decimals(b)), 20)));
 }
 
 /** Three significant digits, and no exponent where three digits do without. */
@@ -34,7 +37,7 @@ const shown = (value) => (value === '' ? '(nothing)' : String(value));
 
 /** "(+32000, +400 %)"; nothing where one of them is no number. */
 function apart(a, b, kind) {
-    const size = double(b) - double(a);
+    const size = gap(a, b);
     if (kind !== 'number' || !Number.isFinite(size)) return '';
     const before = Math.abs(double(a));
     const percent = before === 0 ? '' : `, ${signed(rounded((100 * size) / before))} %`;
@@ -70,7 +73,7 @@ export function difference(a, b, kind) {
     before.forEach((value, i) => {
         if (same(value, after[i])) return;
         count += 1;
-        const size = Math.abs(double(after[i]) - double(value));
+        const size = Math.abs(gap(value, after[i]));
         const far = Number.isNaN(size) ? Infinity : size;
         if (far > farthest) [farthest, most] = [far, i];
     });

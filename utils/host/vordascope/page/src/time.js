@@ -34,6 +34,7 @@ class Course {
         this.chart = chart({
             lines: this.lines,
             height: 140,
+            label: `${title} over time`,
             range: () => padded(range),
             xRange: () => extent(series.axis),
             sync: 'time',

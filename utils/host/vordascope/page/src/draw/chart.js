@@ -24,7 +24,7 @@ export function padded([low, high]) {
 /**
  * @param {object} options
  *     lines: [{name, colour, dashed, stepped, filled}], `colour` by its name in the style;
- *     height; range(): [low, high] of y; xRange(): that of x;
+ *     label, what it shows; height; range(): [low, high] of y; xRange(): that of x;
  *     points: whether to mark each point; sync: charts of one key share the cursor;
  *     onSelect(i, j): the user selected points i to j; onPick(i, event): clicked on point i;
  *     onHover(i): the cursor is over point i, null where it left
@@ -42,7 +42,7 @@ export function chart(options) {
         onPick,
         onHover,
     } = options;
-    const element = el('div', { class: 'chart' });
+    const element = el('div', { class: 'chart', role: 'img', 'aria-label': options.label });
     element.style.height = `${height}px`;
     let plot = null;
     let pressedAt = 0;

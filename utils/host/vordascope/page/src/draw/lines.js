@@ -39,6 +39,7 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
     const view = chart({
         lines: [...before, ...entries],
         height,
+        label: `curves of ${curves.map(({ name }) => name).join(', ')}`,
         points: curves.some(({ x }) => x),
         range: () => padded(stepped ? [0, rangeOf(ys)[1]] : rangeOf(ys)),
         xRange: () => extent(data[0]),

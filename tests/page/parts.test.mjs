@@ -1,0 +1,191 @@
+// The parts of the page that need no browser: what is measured, said, found and planned.
+import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
+import { test } from 'node:test';
+import { inflateSync } from 'node:zlib';
+import { difference, differenceText } from '../../utils/host/vordascope/page/src/compare.js';
+import { fromFragment, toFragment } from '../../utils/host/vordascope/page/src/fragment.js';
+import { PLAIN, SECTIONS } from '../../utils/host/vordascope/page/src/known.js';
+import { number, Series } from '../../utils/host/vordascope/page/src/model.js';
+import { plan } from '../../utils/host/vordascope/page/src/plan.js';
+import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
+import { finder } from '../../utils/host/vordascope/page/src/search.js';
+import { measureStep, stepText } from '../../utils/host/vordascope/page/src/step.js';
+import { short, ticks } from '../../utils/host/vordascope/page/src/ticks.js';
+import { blockOf, capture, emptyPage, kept } from './harness.mjs';
+
+const reader = inflateSync(
+    Buffer.from(blockOf(readFileSync(emptyPage(), 'utf8'), 'reader'), 'base64'),
+);
+
+/** Every item of two stitched sensors. */
+const stitched = `dev_idx = 0, path_idx = 0\n${readFileSync(kept('tests/golden/distinct.txt'), 'latin1')}`;
+
+/** The series of the first path of a capture. */
+async function seriesOf(content) {
+    const captures = [{ name: 'capture.txt', content: new Blob([content]) }];
+    const model = JSON.parse(await readModel(reader, captures));
+    return new Series(model.groups[0], model.files);
+}
+
+const isPlain = ({ item, key }) =>
+    PLAIN.some(([plain, pattern]) => plain === item && pattern.test(key));
+
+test('every list and grid of every item is drawn, or listed as plain numbers', async () => {
+    // Two stitched sensors, and one by its items alone, whose blocks have other names.
+    const captures = [stitched, capture()];
+    for (const item of ['cfg.crc', 'cfg.lsc']) captures.push(capture({ vorda: [item] }));
+    const drawnCards = new Set();
+    const usedRows = new Set();
+    for (const content of captures) {
+        const series = await seriesOf(content);
+        const cards = plan(series);
+        const drawn = new Set(cards.flatMap(({ fields }) => fields));
+        const arrays = series.fields.filter(({ shape }) => shape !== 'scalar');
+        assert.ok(arrays.length > 3);
+        const unknown = arrays.filter((field) => !drawn.has(field) && !isPlain(field));
+        assert.deepEqual(
+            unknown.map(({ name }) => name),
+            [],
+        );
+        for (const { card, state } of cards) {
+            drawnCards.add(card);
+            assert.equal(state.length, card.state?.length ?? 0, `the state of ${card.title}`);
+        }
+        for (const row of PLAIN)
+            if (arrays.some(({ item, key }) => row[0] === item && row[1].test(key)))
+                usedRows.add(row);
+    }
+    const idle = SECTIONS.flatMap(({ cards }) => cards).filter((card) => !drawnCards.has(card));
+    assert.deepEqual(
+        idle.map(({ title }) => title),
+        [],
+    );
+    assert.deepEqual(
+        PLAIN.filter((row) => !usedRows.has(row)),
+        [],
+    );
+});
+
+test('cards of two sensors are told apart, and draw rows in their order', async () => {
+    const series = await seriesOf(stitched);
+    const titles = plan(series).map(({ title }) => title);
+    for (const title of ['Lens shading, LSC0', 'Lens shading, LSC1', 'CRC curves, CRC1'])
+        assert.ok(titles.includes(title), title);
+    const levels = plan(series).find(
+        ({ item, card }) => item === 'intl.nr' && card.draw === 'maps',
+    );
+    const rows = levels.parts[0].rows(0);
+    assert.deepEqual([rows.length, rows[0].length], [17, 9]);
+    assert.deepEqual(rows[16], series.field('intl.nr.lut_ma_y_lut_i-16').at(0));
+    const scenes = plan(series).find(({ card }) => card.draw === 'family');
+    assert.deepEqual(
+        scenes.parts.map(({ y }) => y.numbers(0).length),
+        Array(11).fill(33),
+    );
+});
+
+test('a step is measured from where it begins to where it stays', () => {
+    const step = (values, from = 0, to = values.length - 1) => measureStep(values, from, to);
+    const rise = [8192, 8192, 8192, 20000, 44000, 39000, 40100, 40000, 40000];
+    const measured = step(rise);
+    assert.deepEqual(
+        [measured.kind, measured.from, measured.to, measured.start, measured.settled],
+        ['step', 8192, 40000, 2, 4],
+    );
+    assert.equal(
+        stepText(
+            measured,
+            rise.map((_, i) => i * 0.04),
+            true,
+        ),
+        '8192 → 40000, within 2 % after 4 snapshots (0.16 s) from #3, overshoot 12.6 %',
+    );
+    const fall = step([0, 10, 10, 5, 0, 0, 0], 1, 5);
+    assert.deepEqual([fall.start, fall.settled, fall.overshoot], [2, 2, 0]);
+    assert.match(stepText(step([1, 1, 2]), [1, 2, 3], false), /after 1 snapshot from #2/);
+    assert.equal(stepText(step([7, 7, 7]), [], false), '7, steady');
+    assert.equal(stepText(step([10, 90, 4, 11]), [], false), '10 → 11, between 4 and 90');
+    assert.equal(step([1, 2, Number.NaN]), null);
+    assert.equal(step([1, Number.NaN, 2, 2]).to, 2);
+});
+
+test('differences are exact for integers, and say what is no number', () => {
+    const text = (a, b, kind = 'number') => differenceText(difference(a, b, kind));
+    assert.equal(text(8000, 40000), '8000 -> 40000  (+32000, +400 %)');
+    assert.equal(
+        text('18446744073709551615', '18446744073709551614'),
+        '18446744073709551615 -> 18446744073709551614  (-1, -5.42e-18 %)',
+    );
+    assert.equal(text('25.00', '20.50'), '25.00 -> 20.50  (-4.50, -18 %)');
+    assert.equal(text(0, 3), '0 -> 3  (+3)');
+    assert.equal(text(-4, 2), '-4 -> 2  (+6, +150 %)');
+    assert.equal(text(1, 1000), '1 -> 1000  (+999, +99900 %)');
+    assert.equal(text('nan', '1.00'), 'nan -> 1.00');
+    assert.equal(text('', '/a b', 'text'), '(nothing) -> /a b');
+    assert.equal(text(false, true, 'bool'), 'false -> true');
+    assert.equal(
+        text(
+            [
+                [1, 2],
+                [3, 4],
+            ],
+            [
+                [1, 5],
+                [3, 2],
+            ],
+        ),
+        '2 of 4 values, most [0][1]: 2 -> 5  (+3, +150 %)',
+    );
+    assert.equal(text([1, 2], [1]), '2 values -> 1 value');
+    assert.equal(text(null, 7), 'only in B: 7');
+    assert.equal(text([[1, 2]], null), 'only in A (2 values)');
+});
+
+test('a printed value is a number only where it is one', () => {
+    assert.deepEqual(['25.00', -3, true, '18446744073709551615'].map(number), [25, -3, 1, 2 ** 64]);
+    for (const value of ['', ' ', 'nan', 'inf', '0 (normal)', null, undefined])
+        assert.ok(Number.isNaN(number(value)), String(value));
+});
+
+test('axes get round numbers', () => {
+    assert.deepEqual(ticks(0, 4000, 4), [0, 1000, 2000, 3000, 4000]);
+    assert.deepEqual(ticks(0.05, 0.31, 3), [0.1, 0.2, 0.3]);
+    assert.deepEqual(ticks(-7, 7, 3), [-5, 0, 5]);
+    assert.deepEqual(ticks(5, 5, 3), [5]);
+    assert.deepEqual(ticks(Number.NaN, Number.NaN, 3), []);
+    const shown = [0, 999.96, 9999, 40000, -65536, 1234567, 4.2e9, 0.30000000000000004, 1 / 0];
+    assert.equal(shown.map(short).join(' '), '0 1000 9999 40k -65.54k 1.235M 4.2G 0.3 –');
+});
+
+test('a view survives as a fragment, and a wrong fragment does no harm', () => {
+    const defaults = { path: 0, n: 299, a: null, only: false, query: '', step: null, added: [] };
+    const view = {
+        path: 1,
+        n: 0,
+        a: 41,
+        only: true,
+        query: 'nr/ lut=1&2 #ü',
+        step: [29, 71],
+        added: ['share.ratio', 'stat.mv.mv_total_cnt'],
+    };
+    assert.deepEqual({ ...defaults, ...fromFragment(`#${toFragment(view, defaults)}`) }, view);
+    assert.equal(toFragment(defaults, defaults), '');
+    const compared = { ...defaults, a: 0 };
+    assert.equal(fromFragment(toFragment(defaults, compared)).a, null);
+    assert.deepEqual(fromFragment('#n=-1&a=x&step=9-3&path=1e9&only=<b>&%E0%A4%A'), {});
+});
+
+test('a search takes every word, and values', async () => {
+    const series = await seriesOf(
+        'dev_idx = 0, path_idx = 0\n=== cfg.nr ===\nfir.a = 12\nfir.b = 1\n',
+    );
+    const found = (query) =>
+        series.fields.filter((field) => finder(query).field(field, 0)).map(({ key }) => key);
+    assert.deepEqual(found(''), ['fir.a', 'fir.b']);
+    assert.deepEqual(found('FIR .A'), ['fir.a']);
+    assert.deepEqual(found('nr.fir.b'), ['fir.b']);
+    assert.deepEqual(found('=1'), ['fir.b']);
+    assert.deepEqual(found('fir =12'), ['fir.a']);
+    assert.deepEqual(found('fir sharp'), []);
+});

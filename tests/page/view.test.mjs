@@ -1,0 +1,353 @@
+// What one sees and does: the page in a browser, with captures dropped onto it.
+import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
+import { test } from 'node:test';
+import { capture, drop, emptyPage, kept, open, series } from './harness.mjs';
+
+const one = capture();
+const stitched = `dev_idx = 0, path_idx = 0\n${readFileSync(kept('tests/golden/distinct.txt'), 'latin1')}`;
+const SNAPSHOTS = 40;
+let recorded;
+const many = () => {
+    recorded ??= series(SNAPSHOTS);
+    return recorded;
+};
+
+/** Opens the page with captures, given by name. */
+async function show(t, captures, options = {}) {
+    const page = await open(t, emptyPage(), options);
+    if (options.fragment)
+        await page.evaluate((hash) => window.location.replace(hash), options.fragment);
+    const files = Object.entries(captures).map(([name, content]) => ({ name, content }));
+    await drop(page, ...files);
+    await page.waitForSelector('.bar');
+    return page;
+}
+
+const press = async (page, ...keys) => {
+    for (const key of keys) await page.keyboard.press(key);
+    await page.evaluate(
+        () => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))),
+    );
+};
+const texts = (page, selector) => page.$$eval(selector, (all) => all.map((one) => one.textContent));
+const place = (page) => page.$eval('.place', (output) => output.textContent);
+/** The value that a key figure shows. */
+const figure = (page, title) =>
+    page.$$eval(
+        '.figure',
+        (all, title) =>
+            all.find((one) => one.querySelector('dt').textContent === title)?.querySelector('dd')
+                .textContent,
+        title,
+    );
+const shownSections = (page) => texts(page, 'section:not([hidden]) > h2');
+/** The page as if somebody had scrolled through it: every card is drawn. */
+const drawAll = (page) => page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+
+test('every card is drawn, none fails and no canvas stays blank', async (t) => {
+    for (const content of [stitched, one]) {
+        const page = await show(t, { 'a.txt': content });
+        await drawAll(page);
+        assert.deepEqual(await texts(page, '.failed'), []);
+        const blank = await page.$$eval('.card', (cards) =>
+            cards.flatMap((card) =>
+                [...card.querySelectorAll('canvas')]
+                    .filter((canvas) => canvas.clientWidth > 0)
+                    .filter((canvas) => {
+                        const { width, height } = canvas;
+                        if (width * height === 0) return true;
+                        const { data } = canvas.getContext('2d').getImageData(0, 0, width, height);
+                        return !data.some((byte) => byte !== 0);
+                    })
+                    .map(() => card.dataset.title),
+            ),
+        );
+        assert.deepEqual(blank, []);
+        assert.ok((await page.$$('.cards .card')).length >= 38);
+    }
+});
+
+test('a card that fails says so, and the others stand', async (t) => {
+    const page = await open(t, emptyPage());
+    await page.evaluate(() => {
+        CanvasRenderingContext2D.prototype.arc = () => {
+            throw new Error('no discs today');
+        };
+    });
+    await drop(page, { name: 'a.txt', content: one });
+    await page.waitForSelector('.bar');
+    await drawAll(page);
+    const failed = await page.$$eval('.failed', (all) =>
+        all.map((one) => one.closest('.card').dataset.title),
+    );
+    assert.deepEqual(failed, [
+        'Chromaticity by region',
+        'Positions of the peaks',
+        'Motion vectors',
+    ]);
+    assert.match((await texts(page, '.failed'))[0], /no discs today/);
+    assert.ok(await page.$('[data-title="Gamma"] canvas'));
+});
+
+test('keys step through a series, compare and measure nothing twice', async (t) => {
+    const page = await show(t, { 'series.txt': many() });
+    const last = `${SNAPSHOTS} / ${SNAPSHOTS} · ${SNAPSHOTS} s`;
+    assert.equal(await place(page), last);
+    await press(page, 'ArrowLeft', 'ArrowLeft', 'Shift+ArrowLeft');
+    assert.equal(await place(page), `${SNAPSHOTS - 12} / ${SNAPSHOTS} · ${SNAPSHOTS - 12} s`);
+    await press(page, 'Home', 'ArrowLeft');
+    assert.equal(await place(page), `1 / ${SNAPSHOTS} · 1 s`);
+    await press(page, 'c', 'ArrowRight', 'ArrowRight', 'ArrowRight');
+    assert.equal(await place(page), 'A 1 · 1 s → B 4 · 4 s');
+    assert.ok((await shownSections(page)).includes('Differences'));
+    await press(page, 'x');
+    assert.equal(await place(page), 'A 4 · 4 s → B 1 · 1 s');
+    await press(page, 'c', 'End');
+    assert.equal(await place(page), last);
+    assert.ok(!(await shownSections(page)).includes('Differences'));
+    // Play from the end begins anew, and any step stops it.
+    await press(page, ' ');
+    await page.waitForFunction(() => /^[3-9] /.test(document.querySelector('.place').textContent));
+    await press(page, 'ArrowRight');
+    const stopped = await place(page);
+    await page.waitForTimeout(200);
+    assert.equal(await place(page), stopped);
+});
+
+test('keys belong to the field that has the focus', async (t) => {
+    const page = await show(t, { 'series.txt': many() });
+    await press(page, '/');
+    await page.keyboard.type('lut cx?');
+    assert.equal(await page.$eval('input[type=search]', (input) => input.value), 'lut cx?');
+    assert.equal(await page.$eval('dialog', (dialog) => dialog.open), false);
+    await press(page, 'Escape', '?');
+    assert.equal(await page.$eval('input[type=search]', (input) => input.value), '');
+    assert.equal(await page.$eval('dialog', (dialog) => dialog.open), true);
+    await press(page, 'Escape');
+    assert.equal(await page.$eval('dialog', (dialog) => dialog.open), false);
+    await page.focus('canvas.turn');
+    const before = await place(page);
+    await press(page, 'ArrowLeft');
+    assert.equal(await place(page), before);
+});
+
+test('two captures are compared: figures, cards and fields say what changed', async (t) => {
+    const after = one
+        .toString('latin1')
+        .replace('share.inttime = 8000', 'share.inttime = 40000')
+        .replace('level_g0 = 1024', 'level_g0 = 1000');
+    const page = await show(t, { 'before.txt': one, 'after.txt': after });
+    assert.equal(await figure(page, 'Exposure time'), '8000 → 40000');
+    assert.equal(await figure(page, 'Total gain'), '1024');
+    assert.equal(await place(page), 'A 1 · before.txt → B 2 · after.txt');
+    assert.deepEqual(await texts(page, '.differences tr'), [
+        'cfg.calDBC / level_g01024 -> 1000  (-24, -2.34 %)',
+        'shareinttime8000 -> 40000  (+32000, +400 %)',
+    ]);
+    await press(page, 'o');
+    assert.deepEqual(await shownSections(page), ['Now', 'Differences', 'All fields']);
+    assert.deepEqual(await texts(page, '.item:not([hidden]) tr:not([hidden]) th'), [
+        'DBC / level_g0',
+        'inttime',
+    ]);
+    await press(page, 'x');
+    assert.equal(await figure(page, 'Exposure time'), '40000 → 8000');
+    await press(page, 'c');
+    assert.equal(await figure(page, 'Exposure time'), '8000');
+});
+
+test('a search leaves the fields and cards that match, and opens them', async (t) => {
+    const page = await show(t, { 'a.txt': one });
+    await page.fill('input[type=search]', 'nr lut_o');
+    await page.waitForFunction(() =>
+        document.querySelector('.list .summary').textContent.startsWith('18 of'),
+    );
+    assert.deepEqual(await shownSections(page), ['Noise', 'All fields']);
+    const cards = await page.$$eval('.card[data-title]', (all) =>
+        all.filter((card) => card.offsetParent).map((card) => card.dataset.title),
+    );
+    assert.deepEqual(cards, ['Noise reduction', 'Front noise reduction']);
+    const [row] = await texts(page, '.item:not([hidden]) tr:not([hidden])');
+    assert.match(row, /^ma_y\.lut_o0, 3, 13, 29, 52, 81, 117, 159, 208/);
+    await page.fill('input[type=search]', '=28600');
+    await page.waitForFunction(() =>
+        document.querySelector('.list .summary').textContent.startsWith('1 of'),
+    );
+    assert.deepEqual(await texts(page, '.item:not([hidden]) tr:not([hidden]) th'), [
+        'gamma_domain_avg_16b',
+    ]);
+    await page.fill('input[type=search]', '');
+    await page.waitForFunction(() => !document.querySelector('details.item[open]'));
+});
+
+test('a drag across a chart measures, a click goes there', async (t) => {
+    const levels = [10, 10, 10, 10, 60, 130, 100, 100, 100, 100, 100];
+    const text = levels
+        .map(
+            (level) =>
+                `dev_idx = 0, path_idx = 0\nshare.inttime = ${level}\nshare.odd = ${level % 7}\n`,
+        )
+        .join('');
+    const page = await show(t, { 'step.txt': text });
+    const box = await (await page.$('[data-title="Exposure time"] .u-over')).boundingBox();
+    const x = (n) => box.x + (box.width * n) / (levels.length - 1);
+    await page.mouse.move(x(1), box.y + 20);
+    await page.mouse.down();
+    await page.mouse.move(x(5), box.y + 30);
+    await page.mouse.move(x(9), box.y + 20);
+    await page.mouse.up();
+    await page.waitForSelector('.measured li');
+    assert.deepEqual(await texts(page, '.measured li'), [
+        '10 → 100, within 2 % after 3 snapshots from #4, overshoot 33.3 %',
+    ]);
+    await page.mouse.click(x(2), box.y + 20);
+    await page.keyboard.down('Shift');
+    await page.mouse.click(x(6), box.y + 20);
+    await page.keyboard.up('Shift');
+    await page.waitForFunction(() =>
+        document.querySelector('.place').textContent.startsWith('A 7 → B 3'),
+    );
+    await page.selectOption('.below select', 'share.odd');
+    await page.waitForSelector('[data-title="share.odd"]');
+    assert.equal((await texts(page, '.measured li')).length, 2);
+    await page.click('[data-title="share.odd"] button');
+    await page.waitForFunction(() => !document.querySelector('[data-title="share.odd"]'));
+});
+
+test('an address leads back to the same view', async (t) => {
+    const page = await show(
+        t,
+        { 'series.txt': many() },
+        { fragment: '#n=7&a=3&only=changed&find=inttime&step=5-20' },
+    );
+    assert.equal(await place(page), 'A 3 · 3 s → B 7 · 7 s');
+    assert.equal(await page.$eval('input[type=search]', (input) => input.value), 'inttime');
+    assert.equal(await page.getAttribute('.tools button', 'aria-pressed'), 'true');
+    await press(page, 'ArrowRight', 'o');
+    await page.waitForFunction(() => window.location.hash === '#n=8&a=3&find=inttime&step=5-20');
+});
+
+test('paths are kept apart, and a switch leads from one to the other', async (t) => {
+    const text = (path, inttime) => `dev_idx = 0, path_idx = ${path}\nshare.inttime = ${inttime}\n`;
+    const page = await show(t, { 'both.txt': text(0, 11) + text(1, 22) + text(0, 11) });
+    const pressed = () => texts(page, '.bar [aria-label=path] [aria-pressed=true]');
+    assert.deepEqual(
+        [await figure(page, 'Exposure time'), await pressed()],
+        ['11', ['dev_idx 0, path_idx 0']],
+    );
+    await press(page, 'p');
+    assert.deepEqual(
+        [await figure(page, 'Exposure time'), await pressed()],
+        ['22', ['dev_idx 0, path_idx 1']],
+    );
+    await page.click('.bar [aria-label=path] button');
+    await page.waitForSelector('.place');
+    assert.equal(await figure(page, 'Exposure time'), '11');
+});
+
+test('what could not be read is said, and never takes the rest with it', async (t) => {
+    const text = 'dev_idx = 0, path_idx = 0\nshare.inttime = 5\n?? <b>what</b>\nshare.sys_gain = 7';
+    const page = await show(t, { 'bad.txt': text, 'none.txt': 'nothing\n' });
+    const notices = (await texts(page, '.notice')).join('\n');
+    assert.match(notices, /none\.txt: /);
+    assert.match(notices, /the snapshot ends in the middle/);
+    assert.match(notices, /3 lines could not be read/);
+    assert.match(notices, /bad\.txt:3.*\?\? <b>what<\/b>/);
+    assert.equal(await figure(page, 'Exposure time'), '5');
+    const empty = await show(t, { 'none.txt': '' });
+    assert.match(await empty.innerText('main'), /There is no snapshot/);
+});
+
+test('names and values of a capture are text, whatever they are', async (t) => {
+    const names = [
+        '__proto__',
+        'constructor',
+        'toString',
+        'hasOwnProperty',
+        '<img src=x onerror=hacked=1>',
+    ];
+    const snapshot = (n) =>
+        [
+            'dev_idx = 0, path_idx = 0',
+            ...names.map((name) => `share.${name} = ${n}`),
+            '=== cfg.__proto__ ===',
+            ...names.map((name) => `${name} = <script>hacked=${n}</script>`),
+            '',
+        ].join('\n');
+    const page = await show(t, { '<b>a</b>.txt': snapshot(1), ['__proto__']: snapshot(2) });
+    await page.fill('input[type=search]', 'cfg');
+    await page.waitForSelector('details.item[open]');
+    const shown = await page.innerText('.list');
+    for (const name of names) assert.ok(shown.includes(name), name);
+    assert.ok(shown.includes('<script>hacked=2</script>'));
+    assert.equal(await page.$eval('h1', (title) => title.textContent), '<b>a</b>.txt, __proto__');
+    assert.equal(await page.evaluate(() => window.hacked), undefined);
+});
+
+test('numbers of any size and curves that run backwards are drawn', async (t) => {
+    const text = [
+        'dev_idx = 0, path_idx = 0',
+        '=== stat.lum ===',
+        'Regional Luminance average:',
+        ' 1, 2, 3,',
+        ' nan, 18446744073709551615, -5,',
+        '=== cfg.nr ===',
+        ...[9, 5, 7].map((x, i) => `ma_y.lut_i[${i}] = ${x}`),
+        ...[1, 2, 3].map((y, i) => `ma_y.lut_o[${i}] = ${y}`),
+        '',
+    ].join('\n');
+    const page = await show(t, { 'odd.txt': text });
+    await drawAll(page);
+    assert.deepEqual(await texts(page, '.failed'), []);
+    assert.match(await page.innerText('[data-title="Noise reduction"]'), /x does not ascend/);
+});
+
+test('nothing is wider than the window, wide or narrow', async (t) => {
+    for (const width of [420, 800, 1920]) {
+        const page = await show(
+            t,
+            { 'series.txt': many() },
+            { width, fragment: '#n=9&a=2&step=3-8' },
+        );
+        await drawAll(page);
+        await page.fill('input[type=search]', 'cfg');
+        await page.waitForSelector('details.item[open]');
+        const widths = await page.evaluate(() => [
+            document.documentElement.scrollWidth,
+            document.documentElement.clientWidth,
+        ]);
+        assert.equal(widths[0], widths[1], `at ${width}`);
+        await page.close();
+    }
+});
+
+test('light and dark follow the system until one is chosen', async (t) => {
+    const page = await show(t, { 'a.txt': one }, { colorScheme: 'dark' });
+    const ground = () => page.evaluate(() => getComputedStyle(document.body).backgroundColor);
+    const dark = await ground();
+    await page.emulateMedia({ colorScheme: 'light' });
+    await page.waitForSelector('html[data-theme=light]');
+    const light = await ground();
+    assert.notEqual(light, dark);
+    await press(page, 't');
+    assert.equal(await ground(), dark);
+    await page.emulateMedia({ colorScheme: 'light', media: 'print' });
+    await drawAll(page);
+    assert.equal(await ground(), light);
+    assert.equal(await page.isVisible('.tools'), false);
+});
+
+test('every control has a name, and the keyboard reaches it', async (t) => {
+    const page = await show(t, { 'series.txt': many() });
+    const nameless = await page.$$eval(
+        'button, input, select, summary, [role=img], canvas:not([role=img] *)',
+        (all) =>
+            all
+                .filter((one) => !(one.getAttribute('aria-label') || one.textContent.trim()))
+                .map((one) => one.outerHTML.slice(0, 80)),
+    );
+    assert.deepEqual(nameless, []);
+    await press(page, 'Tab');
+    assert.equal(await page.evaluate(() => document.activeElement.type), 'search');
+});
