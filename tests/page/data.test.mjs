@@ -52,7 +52,7 @@ const captures = [
     ...readdirSync(kept('tests/golden')).map((name) => kept(`tests/golden/${name}`)),
     ...readdirSync(kept('tests/corpus')).map((name) => kept(`tests/corpus/${name}`)),
     ...['distinct', 'ones', 'zero'].map((name) =>
-        write(`${name}.txt`, `${INDEX}${read(kept(`tests/golden/${name}.txt`))}`),
+        write(`indexed-${name}.txt`, `${INDEX}${read(kept(`tests/golden/${name}.txt`))}`),
     ),
     write('one.txt', capture()),
     write('series.txt', series(20)),
@@ -206,12 +206,20 @@ test('what cannot be read is told', () => {
     assert.deepEqual(m.groups[0].cut, [0]);
 });
 
-test('a file that is not there does not take the others with it', () => {
-    const { status, stderr } = vordascope('report', '-o', 'gone.html', 'one.txt', 'gone.txt');
+test('a file that is not there or empty does not take the others with it', () => {
+    const files = ['gone.txt', 'one.txt', 'empty.txt'];
+    const { status, stderr } = vordascope('report', '-o', 'gone.html', ...files);
     assert.equal(status, 2);
-    assert.match(stderr, /gone\.txt/);
+    assert.match(stderr, /gone\.txt: No such file.*\n.*empty\.txt: no snapshot/);
     const m = modelOf(`${scratch}/gone.html`);
-    assert.deepEqual([m.groups.length, m.notes[0].file], [1, 1]);
+    assert.deepEqual([m.groups.length, m.groups[0].file], [1, [1]]);
+    assert.deepEqual(
+        m.notes.map(({ file, text }) => [file, /No such file|no snapshot/.exec(text)[0]]),
+        [
+            [0, 'No such file'],
+            [2, 'no snapshot'],
+        ],
+    );
 });
 
 test('a page is as small as promised', () => {
@@ -221,8 +229,8 @@ test('a page is as small as promised', () => {
 });
 
 test('a report goes to standard output, never over a capture', () => {
-    const { status, stdout } = vordascope('report', 'one.txt');
-    assert.equal(status, 0);
+    const { status, stdout, stderr: said } = vordascope('report', 'one.txt');
+    assert.deepEqual([status, said], [0, '']);
     assert.ok(stdout.equals(read(report('one.html', 'one.txt'))));
     const { status: refused, stderr } = vordascope('report', '-o', 'one.txt', 'one.txt');
     assert.equal(refused, 2);
@@ -231,17 +239,42 @@ test('a report goes to standard output, never over a capture', () => {
     assert.equal(vordascope('report', '-o', '/dev/full', 'one.txt').status, 2);
 });
 
-const shown = (page) => page.evaluate(() => document.body.innerText);
+/** The text of a page, once it has drawn everything. */
+async function shown(page) {
+    await page.waitForFunction(() => document.querySelector('#page').textContent);
+    for (let before = null; ; ) {
+        const text = await page.evaluate(() => document.querySelector('#page').textContent);
+        if (text === before) return text;
+        before = text;
+        await page.waitForTimeout(500);
+    }
+}
 
 test('dropped, chosen or pasted, a capture gives the page that report gives', async (t) => {
     const content = read(`${scratch}/one.txt`);
     const reported = await shown(await open(t, report('one.html', 'one.txt')));
-    assert.match(reported, /one\.txt/);
+    assert.ok(/one\.txt.* [0-9]{4} fields.*stat\.lum/.test(reported));
 
-    const page = await open(t, emptyPage());
-    await drop(page, { name: 'one.txt', content });
-    await page.waitForFunction(() => document.body.innerText.includes('one.txt'));
-    assert.equal(await shown(page), reported);
+    const dropped = await open(t, emptyPage());
+    await drop(dropped, { name: 'one.txt', content });
+    await dropped.waitForSelector('section');
+    assert.equal(await shown(dropped), reported);
+
+    const chosen = await open(t, emptyPage());
+    const chooser = chosen.waitForEvent('filechooser');
+    await chosen.getByRole('button').first().click();
+    await (await chooser).setFiles(`${scratch}/one.txt`);
+    await chosen.waitForSelector('section');
+    assert.equal(await shown(chosen), reported);
+
+    const pasted = await open(t, emptyPage());
+    await pasted.evaluate((text) => {
+        const clipboardData = new DataTransfer();
+        clipboardData.setData('text/plain', text);
+        document.body.dispatchEvent(new ClipboardEvent('paste', { clipboardData, bubbles: true }));
+    }, content.toString());
+    await pasted.waitForSelector('section');
+    assert.equal((await shown(pasted)).replaceAll('pasted text', 'one.txt'), reported);
 });
 
 test('hostile text is text', async (t) => {

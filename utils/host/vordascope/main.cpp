@@ -1,6 +1,8 @@
 // vordascope: reads what vorda prints and makes other forms of it.
 #include "compare.h"
 #include "json.h"
+#include "model.h"
+#include "report.h"
 #include "select.h"
 #include "series.h"
 #include "stream.h"
@@ -10,6 +12,7 @@
 #include <cstring>
 #include <fstream>
 #include <optional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace vordascope;
@@ -323,6 +326,87 @@ int series(const SeriesOptions &options)
     return YES;
 }
 
+// ---- report
+
+struct ReportOptions {
+    std::vector<std::string> files;
+    std::string out; // empty for standard output
+    size_t most = SNAPSHOTS_SHOWN;
+};
+
+// Whether two paths lead to one regular file. Devices may well be named twice.
+bool same_file(const std::string &a, const std::string &b)
+{
+    struct stat of_a;
+    struct stat of_b;
+    return stat(a.c_str(), &of_a) == 0 && stat(b.c_str(), &of_b) == 0 && S_ISREG(of_a.st_mode) &&
+           of_a.st_dev == of_b.st_dev && of_a.st_ino == of_b.st_ino;
+}
+
+// The name of a capture in the page, which is sent to others: without its folder, unless another
+// capture has the same name.
+std::string title_of(const std::string &file, const std::vector<std::string> &files)
+{
+    const auto base = [](const std::string &path) { return path.substr(path.rfind('/') + 1); };
+    const bool alone = std::count_if(files.begin(), files.end(), [&](const std::string &other) {
+                           return base(other) == base(file);
+                       }) == 1;
+    return file == "-" ? "standard input" : alone ? base(file) : file;
+}
+
+int report(const ReportOptions &options)
+{
+    if (empty_page().empty()) {
+        complain(
+            "this vordascope was built without the page; configuring it says what was missing");
+        return TROUBLE;
+    }
+    if (options.out.empty() && isatty(STDOUT_FILENO) != 0) {
+        complain("a page is nothing for a terminal; name a file with -o OUT.html");
+        return TROUBLE;
+    }
+    for (const std::string &file : options.files) {
+        if (!options.out.empty() && same_file(file, options.out)) {
+            complain(file + ": the page would overwrite this capture");
+            return TROUBLE;
+        }
+    }
+
+    Model model;
+    int status = YES;
+    for (const std::string &file : options.files) {
+        Input input(file, true);
+        model.begin_file(title_of(file, options.files));
+        uint64_t snapshots = 0;
+        uint64_t unread = 0;
+        while (const Snapshot *snapshot = input.next()) {
+            model.add(*snapshot);
+            snapshots += snapshot->indexed;
+            unread += snapshot->unread.size();
+        }
+        if (input.failed()) {
+            model.note("It could not be read: " + input.error() + ".");
+            status = TROUBLE;
+        } else if (snapshots == 0) {
+            status = no_snapshot(input);
+        } else {
+            warn_of_unread(input, unread);
+        }
+    }
+    const std::optional<std::string> page = page_with(empty_page(), model.json(options.most));
+    if (!page) {
+        complain("not enough memory for the page");
+        return TROUBLE;
+    }
+    std::optional<Output> file;
+    if (!options.out.empty())
+        file.emplace(options.out);
+    else
+        file.emplace();
+    file->write(*page);
+    return file->failed() ? TROUBLE : status;
+}
+
 constexpr char FIELDS[] =
     "FIELD is the path of a field: its item, its blocks and its key as printed, with dots\n"
     "between them, and for one value of an array its index or indexes:\n"
@@ -405,6 +489,23 @@ int main(int argc, char **argv)
     series_verb->add_option("FILE", series_options.file, "A capture")->required();
     series_verb->add_option("FIELD", series_options.fields, "Fields")->required();
     series_verb->callback([&] { status = series(series_options); });
+
+    ReportOptions report_options;
+    CLI::App *const report_verb = add_verb(
+        "report", "Write a page that shows captures",
+        "The page is one HTML file that needs no network. Two snapshots are compared, more "
+        "are\na series. Exit status: 0, or 2 when something could not be read or written.");
+    report_verb
+        ->add_option("-o,--output", report_options.out,
+                     "Where the page goes; standard output when left out")
+        ->type_name("OUT.html");
+    report_verb
+        ->add_option("--max", report_options.most,
+                     "Show at most N snapshots, evenly spread (1000 when left out)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000000));
+    report_verb->add_option("FILE", report_options.files, "Captures")->required();
+    report_verb->callback([&] { status = report(report_options); });
 
     try {
         app.parse(argc, argv);

@@ -1,6 +1,8 @@
 // Collects snapshots into the model of the page.
 #include "model.h"
 
+#include "json.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
@@ -16,28 +18,6 @@ void append_integer(std::string &out, uint64_t value)
 {
     char digits[20];
     out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
-}
-
-// A JSON string. Bytes above 0x7F become the code points of the same value, so that any bytes have
-// a place in it and each can be told from every other; or, `as_is`, they stay, as UTF-8.
-void append_string(std::string &out, std::string_view text, bool as_is = false)
-{
-    constexpr char HEX[] = "0123456789abcdef";
-    out += '"';
-    for (const char c : text) {
-        const auto byte = static_cast<uint8_t>(c);
-        if (c == '"' || c == '\\')
-            (out += '\\') += c;
-        else if (c == '\n')
-            out += "\\n";
-        else if (c == '\t')
-            out += "\\t";
-        else if (byte < 0x20 || (byte >= 0x7f && !as_is))
-            (((out += "\\u00") += HEX[byte >> 4])) += HEX[byte & 15];
-        else
-            out += c;
-    }
-    out += '"';
 }
 
 bool is_digit(char c)
@@ -74,7 +54,7 @@ void append_value(std::string &out, const Value &value)
     if (value.kind == Kind::boolean || (value.number() && survives_javascript(text)))
         out += text;
     else
-        append_string(out, text);
+        put_json_string(text, out);
 }
 
 void append_values(std::string &out, const Value *begin, const Value *end)
@@ -348,15 +328,15 @@ void Model::append_group(std::string &out, const Group &group, size_t most)
 
         out += first ? "{\"item\":" : ",\n{\"item\":";
         first = false;
-        append_string(out, column.item);
+        put_json_string(column.item, out);
         out += ",\"block\":";
-        append_string(out, column.block);
+        put_json_string(column.block, out);
         out += ",\"key\":";
-        append_string(out, column.key);
+        put_json_string(column.key, out);
         ((out += ",\"kind\":\"") += column.kind) += '"';
         if (column.note_stays && !column.note.empty()) {
             out += ",\"note\":";
-            append_string(out, column.note);
+            put_json_string(column.note, out);
         }
         out += ",\"v\":";
         append_list(out, stays ? 1 : values.size(), [&](size_t i) { out += values[i]; });
@@ -368,7 +348,7 @@ void Model::append_group(std::string &out, const Group &group, size_t most)
 std::string Model::json(size_t most) const
 {
     std::string out = "{\"vorda_page\":1,\"files\":";
-    append_list(out, files_.size(), [&](size_t i) { append_string(out, files_[i].name, true); });
+    append_list(out, files_.size(), [&](size_t i) { put_json_string(files_[i].name, out); });
 
     out += ",\n\"unread_count\":";
     append_integer(out, unread_count_);
@@ -379,9 +359,9 @@ std::string Model::json(size_t most) const
         out += ",\"line\":";
         append_integer(out, unread_[i].line);
         out += ",\"text\":";
-        append_string(out, unread_[i].text);
+        put_json_string(unread_[i].text, out);
         out += ",\"why\":";
-        append_string(out, unread_[i].why);
+        put_json_string(unread_[i].why, out);
         out += '}';
     });
 
@@ -396,7 +376,7 @@ std::string Model::json(size_t most) const
         out += "{\"file\":";
         append_integer(out, notes[i].file);
         out += ",\"text\":";
-        append_string(out, notes[i].text, true);
+        put_json_string(notes[i].text, out);
         out += '}';
     });
 

@@ -15,6 +15,7 @@
 //         "fields":[{"item":"stat.awb","block":"Gwd RGL","key":"r channel","kind":"number",
 //                    "note":"…", "v":[…]}, …]}]}
 //
+// - Bytes above 0x7F become the code points of the same value, in `files` too.
 // - `v` holds one entry where the value is the same in every snapshot, else one a snapshot, null
 //   where a snapshot lacks the field: a scalar, a list, or a list of rows.
 // - `kind` is number, bool or text. A number is a JSON number where JavaScript prints it as vorda
@@ -46,10 +47,10 @@ constexpr size_t SNAPSHOTS_SHOWN = 1000;
 class Model
 {
 public:
-    // What follows belongs to this capture. `name` is UTF-8.
+    // What follows belongs to this capture. `name` is any bytes.
     void begin_file(std::string_view name);
 
-    // Says something of this capture, as a sentence in UTF-8.
+    // Says something of this capture, as a sentence.
     void note(std::string_view text);
 
     // Adds a snapshot of this capture, or text of it that belongs to none.

@@ -49,7 +49,7 @@ Input::~Input()
 
 const Snapshot *Input::next()
 {
-    while (!failed_) {
+    while (!failed()) {
         const Snapshot *const snapshot = reader_.next();
         if (snapshot != nullptr) {
             snapshots_ += snapshot->indexed;
@@ -106,24 +106,40 @@ void Input::clear_progress()
 
 void Input::fail()
 {
-    const int error = errno;
+    error_ = strerror(errno);
     clear_progress();
-    failed_ = true;
-    complain(name_ + ": " + strerror(error));
+    complain(name_ + ": " + error_);
+}
+
+Output::Output(const std::string &file)
+    : name_(file), fd_(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
+{
+    if (fd_ < 0)
+        fail();
+}
+
+Output::~Output()
+{
+    if (fd_ > STDERR_FILENO)
+        close(fd_);
+}
+
+void Output::fail()
+{
+    open_ = false;
+    failed_ = errno != EPIPE;
+    if (failed_)
+        complain(name_ + ": " + strerror(errno));
 }
 
 bool Output::write(std::string_view text)
 {
     while (open_ && !text.empty()) {
-        const ssize_t size = ::write(STDOUT_FILENO, text.data(), text.size());
-        if (size >= 0) {
+        const ssize_t size = ::write(fd_, text.data(), text.size());
+        if (size >= 0)
             text.remove_prefix(static_cast<size_t>(size));
-        } else if (errno != EINTR) {
-            open_ = false;
-            failed_ = errno != EPIPE;
-            if (failed_)
-                complain(std::string("standard output: ") + strerror(errno));
-        }
+        else if (errno != EINTR)
+            fail();
     }
     return open_;
 }

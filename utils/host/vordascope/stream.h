@@ -29,8 +29,10 @@ public:
     // or it has failed.
     const Snapshot *next();
 
-    // Whether the file could not be opened or read; a message has been printed.
-    bool failed() const { return failed_; }
+    // Whether the file could not be opened or read; a message has been printed, which ends in
+    // error().
+    bool failed() const { return !error_.empty(); }
+    const std::string &error() const { return error_; }
 
 private:
     void fill();
@@ -40,7 +42,7 @@ private:
 
     std::string name_;
     int fd_;
-    bool failed_ = false;
+    std::string error_;
     bool progress_ = false;
     bool shown_ = false;
     uint64_t size_ = 0; // of a regular file; 0 when that is not known
@@ -50,10 +52,18 @@ private:
     Reader reader_;
 };
 
-// Standard output.
+// Standard output, or a file.
 class Output
 {
 public:
+    Output() = default;
+
+    // Writes `file` anew. A message is printed when that cannot be done.
+    explicit Output(const std::string &file);
+    ~Output();
+    Output(const Output &) = delete;
+    Output &operator=(const Output &) = delete;
+
     // Writes all of `text` at once. Returns whether more can be written: not when the reader has
     // left, nor after an error, which it prints.
     bool write(std::string_view text);
@@ -62,6 +72,10 @@ public:
     bool failed() const { return failed_; }
 
 private:
+    void fail();
+
+    std::string name_ = "standard output";
+    int fd_ = 1;
     bool open_ = true;
     bool failed_ = false;
 };

@@ -15,12 +15,20 @@ async function inflated(base64) {
 
 const contentOf = (id) => document.getElementById(id).textContent.trim();
 
+/** Takes in a model as JSON. The names of files come as bytes; people read UTF-8. */
+function understood(json) {
+    const model = JSON.parse(json);
+    const named = (bytes) =>
+        new TextDecoder().decode(Uint8Array.from(bytes, (c) => c.charCodeAt(0)));
+    return { ...model, files: model.files.map(named) };
+}
+
 /** The model that `vordascope report` baked in; null in the empty page. */
 export async function bakedModel() {
     const base64 = contentOf('captures');
     if (!base64) return null;
     try {
-        return JSON.parse(new TextDecoder().decode(await inflated(base64)));
+        return understood(new TextDecoder().decode(await inflated(base64)));
     } catch (error) {
         return failure([document.title], `This file is damaged: ${error.message}`);
     }
@@ -54,7 +62,7 @@ export async function readCaptures(files) {
     if (!canRead()) return failure(names, 'This page was built without a reader.');
     try {
         const captures = files.map((file) => ({ name: file.name, content: file }));
-        return JSON.parse(await readModel(await inflated(contentOf('reader')), captures));
+        return understood(await readModel(await inflated(contentOf('reader')), captures));
     } catch (error) {
         return failure(names, `Cannot be read: ${cause(error)}`);
     }
