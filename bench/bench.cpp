@@ -1,6 +1,6 @@
 // Times, as pairs of ours and a baseline in one run; scripts/bench makes ratios of them.
-#include "attr_text.h"
 #include "dip_intl_save_attr.h"
+#include "heap_text.h"
 #include "lock_probe.h"
 #include "scene.h"
 #include "sr_device.h"
@@ -80,46 +80,46 @@ void lock_window(benchmark::State &state)
     state.counters["ours"] = middle(ours);
 }
 
-struct Text {
+struct AttrText {
     const char *name;
     int32_t (*save)(const DipIntlCtx &intl, char **str);
 };
 
-#define TEXT(member, function)                                                                 \
-    {                                                                                          \
-#member, [](const DipIntlCtx &intl,                                                    \
-                    char **str) { return dip_intl_get_##function##_param(&intl.member, str); } \
-    }
+template <auto member, auto get_param>
+int32_t save(const DipIntlCtx &intl, char **str)
+{
+    return get_param(&(intl.*member), str);
+}
 
-const Text texts[] = {
-    TEXT(crc, crc),
-    TEXT(lsc, lsc),
-    TEXT(ae, ae),
-    TEXT(awb, awb),
-    TEXT(pta, pta),
-    TEXT(shp, shp),
-    TEXT(hdr, hdr),
-    TEXT(hdr_ae, hdr_ae),
-    TEXT(te, te),
-    TEXT(enh, enh),
-    TEXT(fcs, fcs),
-    TEXT(dhz, dhz),
-    TEXT(iso, iso),
-    TEXT(stat, stat),
-    TEXT(nr, nr),
-    TEXT(me, me),
-    TEXT(daa, daa),
-    TEXT(dms, dms),
-    TEXT(dpc, bsp_dpc),
-    TEXT(front_enh, front_enh),
-    TEXT(front_me, front_me),
-    TEXT(front_nr, front_nr),
-    TEXT(ctrl, ctrl),
-    TEXT(ts, trail_suppress),
-    TEXT(rgl_stat, regional_stat),
+const AttrText texts[] = {
+    {"crc", save<&DipIntlCtx::crc, dip_intl_get_crc_param>},
+    {"lsc", save<&DipIntlCtx::lsc, dip_intl_get_lsc_param>},
+    {"ae", save<&DipIntlCtx::ae, dip_intl_get_ae_param>},
+    {"awb", save<&DipIntlCtx::awb, dip_intl_get_awb_param>},
+    {"pta", save<&DipIntlCtx::pta, dip_intl_get_pta_param>},
+    {"shp", save<&DipIntlCtx::shp, dip_intl_get_shp_param>},
+    {"hdr", save<&DipIntlCtx::hdr, dip_intl_get_hdr_param>},
+    {"hdr_ae", save<&DipIntlCtx::hdr_ae, dip_intl_get_hdr_ae_param>},
+    {"te", save<&DipIntlCtx::te, dip_intl_get_te_param>},
+    {"enh", save<&DipIntlCtx::enh, dip_intl_get_enh_param>},
+    {"fcs", save<&DipIntlCtx::fcs, dip_intl_get_fcs_param>},
+    {"dhz", save<&DipIntlCtx::dhz, dip_intl_get_dhz_param>},
+    {"iso", save<&DipIntlCtx::iso, dip_intl_get_iso_param>},
+    {"stat", save<&DipIntlCtx::stat, dip_intl_get_stat_param>},
+    {"nr", save<&DipIntlCtx::nr, dip_intl_get_nr_param>},
+    {"me", save<&DipIntlCtx::me, dip_intl_get_me_param>},
+    {"daa", save<&DipIntlCtx::daa, dip_intl_get_daa_param>},
+    {"dms", save<&DipIntlCtx::dms, dip_intl_get_dms_param>},
+    {"dpc", save<&DipIntlCtx::dpc, dip_intl_get_bsp_dpc_param>},
+    {"front_enh", save<&DipIntlCtx::front_enh, dip_intl_get_front_enh_param>},
+    {"front_me", save<&DipIntlCtx::front_me, dip_intl_get_front_me_param>},
+    {"front_nr", save<&DipIntlCtx::front_nr, dip_intl_get_front_nr_param>},
+    {"ctrl", save<&DipIntlCtx::ctrl, dip_intl_get_ctrl_param>},
+    {"ts", save<&DipIntlCtx::ts, dip_intl_get_trail_suppress_param>},
+    {"rgl_stat", save<&DipIntlCtx::rgl_stat, dip_intl_get_regional_stat_param>},
 };
 
-std::string saved(const Text &text)
+std::string saved(const AttrText &text)
 {
     char *str = nullptr;
     text.save(scene_region()->path[0].dip.intl_ctx, &str);
@@ -128,7 +128,7 @@ std::string saved(const Text &text)
     return result;
 }
 
-void text_ours(benchmark::State &state, const Text &text)
+void text_ours(benchmark::State &state, const AttrText &text)
 {
     const DipIntlCtx &intl = scene_region()->path[0].dip.intl_ctx;
     for ([[maybe_unused]] const auto _ : state) {
@@ -154,7 +154,7 @@ std::vector<std::string> append_steps(const std::string &text)
     return steps;
 }
 
-void text_asprintf(benchmark::State &state, const Text &text)
+void text_asprintf(benchmark::State &state, const AttrText &text)
 {
     const std::string whole = saved(text);
     const std::vector<std::string> steps = append_steps(whole);
@@ -177,7 +177,7 @@ void text_asprintf(benchmark::State &state, const Text &text)
     }
 }
 
-void text_copy(benchmark::State &state, const Text &text)
+void text_copy(benchmark::State &state, const AttrText &text)
 {
     const std::string whole = saved(text);
     for ([[maybe_unused]] const auto _ : state) {
@@ -194,9 +194,9 @@ void text_growth(benchmark::State &state)
     for (int i = 0; i < 16; i++)
         values[i] = i * i * i;
     for ([[maybe_unused]] const auto _ : state) {
-        AttrText text;
+        HeapText text;
         for (int64_t i = 0; i < state.range(0); i++) {
-            text.put("scene_change = %d\n", values[7]);
+            text.value("scene_change", values[7]);
             text.open_run("search_texture_th = ", values);
         }
         char *str = nullptr;
@@ -210,10 +210,10 @@ void text_growth(benchmark::State &state)
 
 int main(int argc, char **argv)
 {
-    // The index lines of the snapshots are nobody's business here.
+    // The snapshots of lock_window print index lines; the report goes to a file.
     benchmark::Initialize(&argc, argv);
     benchmark::RegisterBenchmark("lock_window", lock_window)->Iterations(2000);
-    for (const Text &text : texts) {
+    for (const AttrText &text : texts) {
         const std::string name = text.name;
         benchmark::RegisterBenchmark((name + "/ours").c_str(), text_ours, text);
         benchmark::RegisterBenchmark((name + "/asprintf").c_str(), text_asprintf, text);

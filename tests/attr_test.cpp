@@ -1,5 +1,4 @@
-// The text builder and the serializers: run styles, ownership, exhausted memory, absent records.
-#include "attr_text.h"
+// The serializers: ownership, exhausted memory, absent records.
 #include "dip_intl_save_attr.h"
 #include "harness.h"
 #include "log.h"
@@ -8,7 +7,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <tuple>
 
 // The linker puts these between the product and the system allocator.
 extern "C" {
@@ -48,62 +46,6 @@ void __wrap_free(void *block)
 
 namespace
 {
-
-std::string text_of(const std::function<void(AttrText &)> &write)
-{
-    AttrText text;
-    write(text);
-    char *str = nullptr;
-    EXPECT_EQ(text.deliver(&str), 0);
-    std::string result = str;
-    __wrap_free(str);
-    return result;
-}
-
-TEST(AttrText, RunStyles)
-{
-    const int32_t three[] = {1, -22, 333};
-    const int32_t rows[2][2] = {{1, 2}, {3, 4}};
-    const std::tuple<std::function<void(AttrText &)>, std::string> cases[] = {
-        {[](AttrText &) {}, ""},
-        {[&](AttrText &text) { text.closed_run("k = ", three); }, "k = 1, -22, 333\n"},
-        {[&](AttrText &text) { text.open_run("k =", three); }, "k =1, -22, 333, \n"},
-        {[&](AttrText &text) { text.padded_run("k = ", three, 4, "; x\n"); },
-         "k =    1,  -22,  333, ; x\n"},
-        {[&](AttrText &text) { text.spaced_run("k =", three); }, "k = 1, -22, 333,\n"},
-        {[&](AttrText &text) { text.indexed_rows("k-", rows); }, "k-0 = 1, 2, \nk-1 = 3, 4, \n"},
-        {[&](AttrText &text) {
-             text.wrapped_run(three, 2, 5, [&](int row) { text.put("k_%d  =", row); });
-         },
-         "k_0  =    1,   -22, \nk_1  =  333, \n"},
-    };
-    for (const auto &[write, expected] : cases)
-        EXPECT_EQ(text_of(write), expected);
-}
-
-TEST(AttrText, ElementsOfEveryWidthAndSign)
-{
-    const uint8_t bytes[] = {0, 200, 255};
-    const int16_t halves[] = {-5, INT16_MIN, INT16_MAX};
-    const uint32_t words[] = {0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
-    EXPECT_EQ(text_of([&](AttrText &text) {
-                  text.closed_run("", bytes);
-                  text.closed_run("", halves);
-                  text.closed_run("", words);
-              }),
-              "0, 200, 255\n-5, -32768, 32767\n2147483647, -2147483648, -1\n");
-}
-
-TEST(AttrText, PiecesLongerThanAnyCapacity)
-{
-    const std::string a(5000, 'a');
-    const std::string b(100000, 'b');
-    EXPECT_EQ(text_of([&](AttrText &text) {
-                  for (const std::string &piece : {a, b, a})
-                      text.put("%s", piece.c_str());
-              }),
-              a + b + a);
-}
 
 TEST(Serializers, HandTheTextOverOrNothing)
 {

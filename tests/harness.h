@@ -114,6 +114,6 @@ std::string built(const std::string &name);
 // Waits until a condition holds, at most `ms` milliseconds; returns whether it does.
 bool eventually(int ms, const std::function<bool()> &condition);
 
-// Snapshots that reveal a wrong field, width or sign: "distinct" (every byte another than its
+// Snapshots that reveal a wrong field, width or sign: "distinct" (every byte differs from its
 // neighbours, the bound window in slot 5), "ones" (all bits set), "zero".
 std::unique_ptr<DipPathCtx> snapshot_of(const std::string &kind);

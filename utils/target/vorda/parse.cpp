@@ -1,6 +1,8 @@
 // The registry of categories: registration, dispatch of an entry, listings.
 #include "vorda.h"
 
+#include "stdout_text.h"
+
 #include <cstdio>
 #include <cstring>
 #include <span>
@@ -77,18 +79,11 @@ int parse_help(const char *pname, const char *title)
         return 0;
     }
 
-    puts("Available categories:");
+    StdoutText text;
+    text.put("Available categories:\n");
     for (const VordaCallback &cb : categories())
-        printf("- %s: %s.\n", cb.title, cb.comments != nullptr ? cb.comments : "");
-    printf("Use `%s list <category>' to list available entries in the specific category.\n", pname);
+        text.put("- ", cb.title, ": ", cb.comments != nullptr ? cb.comments : "", ".\n");
+    text.put("Use `", pname,
+             " list <category>' to list available entries in the specific category.\n");
     return 0;
-}
-
-void regCmd_all()
-{
-    regCmd_cfg();
-    regCmd_intl();
-    regCmd_share();
-    regCmd_stat();
-    regCmd_vinfo();
 }

@@ -2,6 +2,7 @@
 #include "vorda.h"
 
 #include "sr_ctrl.h"
+#include "stdout_text.h"
 #include "vplat_types.h"
 
 #include <atomic>
@@ -66,7 +67,8 @@ void copy_when_free(VplatPathConf *path, DipPathCtx *ctx)
 
 int get_dip_ctx(MPI_PATH idx, DipPathCtx *ctx)
 {
-    printf("dev_idx = %u, path_idx = %u\n", idx.dev, idx.path);
+    // Written before anything that may fail or wait.
+    StdoutText().put("dev_idx = ", idx.dev, ", path_idx = ", idx.path, "\n");
 
     if (SR_openShm() != 0) {
         fputs("Unable to initialize MPP.\n", stderr);

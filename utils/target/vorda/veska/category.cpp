@@ -1,27 +1,16 @@
 // Printing what is selected of a category.
 #include "category.h"
 
-#include "print.h"
+#include "stdout_text.h"
 
-int print_items(const char *title, std::span<const item> items, std::span<const uint8_t> order,
-                const DipPathCtx *ctx, const char *entry)
+int print_items(const char *title, item_form form, std::span<const item> items,
+                std::span<const uint8_t> order, const DipPathCtx *ctx, const char *entry)
 {
-    const int status = for_selected(title, items, order, ctx, entry, [ctx](const item &row) {
-        row.print(*ctx);
+    StdoutText text;
+    return for_selected(title, items, order, ctx, entry, [&](const item &row) {
+        if (form == item_form::section)
+            text.put("=== ", title, ".", row.name, " ===\n");
+        row.print(text, *ctx);
         return 0;
     });
-    print_flush();
-    return status;
-}
-
-int print_sections(const char *title, std::span<const item> items, std::span<const uint8_t> order,
-                   const DipPathCtx *ctx, const char *entry)
-{
-    const int status = for_selected(title, items, order, ctx, entry, [title, ctx](const item &row) {
-        print("=== %s.%s ===\n", title, row.name);
-        row.print(*ctx);
-        return 0;
-    });
-    print_flush();
-    return status;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dip_ctx_types.h"
+#include "text.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +17,7 @@
 struct item {
     const char *name;     // lower case, unique within the category
     const char *comments; // one line, without its full stop
-    void (*print)(const DipPathCtx &ctx);
+    void (*print)(Text &text, const DipPathCtx &ctx);
 };
 
 // The order in which a category prints all of its items: their places in the item table. A name
@@ -69,14 +70,13 @@ int for_selected(const char *title, std::span<const Row> items, std::span<const 
     return 1;
 }
 
+// Whether the items of a category print as they are or as sections, each under a header line.
+enum class item_form { plain, section };
+
 // Prints what `entry` selects of a category whose items cannot fail: print_entry of a
 // VordaCallback.
-int print_items(const char *title, std::span<const item> items, std::span<const uint8_t> order,
-                const DipPathCtx *ctx, const char *entry);
-
-// The same for a category whose items are sections, each under a header line of its own.
-int print_sections(const char *title, std::span<const item> items, std::span<const uint8_t> order,
-                   const DipPathCtx *ctx, const char *entry);
+int print_items(const char *title, item_form form, std::span<const item> items,
+                std::span<const uint8_t> order, const DipPathCtx *ctx, const char *entry);
 
 // Lists the items of a category on standard error: print_help of a VordaCallback.
 template <typename Row>

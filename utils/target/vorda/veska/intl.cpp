@@ -1,6 +1,7 @@
 // The category intl: the extension settings of the DIP's modules, as attribute texts.
 #include "category.h"
 #include "dip_intl_save_attr.h"
+#include "stdout_text.h"
 #include "vorda.h"
 
 #include <cstdio>
@@ -78,7 +79,7 @@ int print_entry(const DipPathCtx *ctx, const char *entry)
                 fprintf(stderr, "[%s] print variables error\n", row.tag);
                 return 1;
             }
-            fputs(str, stdout);
+            StdoutText().put(str);
             free(str);
             return 0;
         });

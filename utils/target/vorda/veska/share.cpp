@@ -1,7 +1,9 @@
 // The category share: what the DIP's modules publish for each other.
 #include "category.h"
-#include "print.h"
+#include "text.h"
 #include "vorda.h"
+
+#include <cstdio>
 
 namespace
 {
@@ -9,111 +11,114 @@ namespace
 constexpr char title[] = "share";
 constexpr char comments[] = "Cross-module data in DIP";
 
-void print_inttime(const DipPathCtx &ctx)
+void print_inttime(Text &text, const DipShareInfo &share)
 {
-    print_value("share.inttime", ctx.dip_ctx.share.inttime);
+    text.value("share.inttime", share.inttime);
 }
 
 // The gains are unsigned but print through the signed conversion.
 
-void print_sensor_gain(const DipPathCtx &ctx)
+void print_sensor_gain(Text &text, const DipShareInfo &share)
 {
-    print_value("share.sensor_gain", as_signed(ctx.dip_ctx.share.sensor_gain));
+    text.value("share.sensor_gain", as_signed(share.sensor_gain));
 }
 
-void print_isp_gain(const DipPathCtx &ctx)
+void print_isp_gain(Text &text, const DipShareInfo &share)
 {
-    print_value("share.isp_gain", as_signed(ctx.dip_ctx.share.isp_gain));
+    text.value("share.isp_gain", as_signed(share.isp_gain));
 }
 
-void print_sys_gain(const DipPathCtx &ctx)
+void print_sys_gain(Text &text, const DipShareInfo &share)
 {
-    print_value("share.sys_gain", as_signed(ctx.dip_ctx.share.sys_gain));
+    text.value("share.sys_gain", as_signed(share.sys_gain));
 }
 
-void print_frame_delay(const DipPathCtx &ctx)
+void print_frame_delay(Text &text, const DipShareInfo &share)
 {
-    print_value("share.frame_delay", ctx.dip_ctx.share.frame_delay);
+    text.value("share.frame_delay", share.frame_delay);
 }
 
-void print_flicker_free_conf(const DipPathCtx &ctx)
+void print_flicker_free_conf(Text &text, const DipShareInfo &share)
 {
-    print_value("share.flicker_free_conf", ctx.dip_ctx.share.flicker_free_conf);
+    text.value("share.flicker_free_conf", share.flicker_free_conf);
 }
 
-void print_fps(const DipPathCtx &ctx)
+void print_fps(Text &text, const DipShareInfo &share)
 {
-    print("share.fps = %.2f\n", static_cast<double>(ctx.dip_ctx.share.fps));
+    char fps[48]; // the longest float has 39 digits before the point
+    snprintf(fps, sizeof(fps), "%.2f", static_cast<double>(share.fps));
+    text.put("share.fps = ", fps, "\n");
 }
 
-void print_ratio(const DipPathCtx &ctx)
+void print_ratio(Text &text, const DipShareInfo &share)
 {
-    print_value("share.ratio", ctx.dip_ctx.share.ratio);
+    text.value("share.ratio", share.ratio);
 }
 
-void print_iso_type(const DipPathCtx &ctx)
+void print_iso_type(Text &text, const DipShareInfo &share)
 {
-    print_value("share.iso_type", ctx.dip_ctx.share.iso_type);
+    text.value("share.iso_type", share.iso_type);
 }
 
-void print_noise_level(const DipPathCtx &ctx)
+void print_noise_level(Text &text, const DipShareInfo &share)
 {
-    const DipShareInfo &share = ctx.dip_ctx.share;
-    print("share.noise_level:\n");
-    print_value("noise_level.level_iso", share.noise_level.level_iso);
-    print("noise_level_bin = ");
-    for (int i = 0; i < 15; i++)
-        print("%d, ", share.noise_level_bin[i]);
-    print("%d\n", share.noise_level_bin[15]);
+    text.put("share.noise_level:\n");
+    text.value("noise_level.level_iso", share.noise_level.level_iso);
+    text.closed_run("noise_level_bin = ", share.noise_level_bin);
 }
 
-void print_colormatrix(const DipPathCtx &ctx)
+void print_colormatrix(Text &text, const DipShareInfo &share)
 {
-    print("share.colormatrix:\n");
-    for (const int16_t *row = ctx.dip_ctx.share.colormatrix;
-         row != std::end(ctx.dip_ctx.share.colormatrix); row += 3)
-        print("%6d, %6d, %6d\n", row[0], row[1], row[2]);
+    text.put("share.colormatrix:\n");
+    for (size_t row = 0; row < 3; row++)
+        text.closed_run("", Values(share.colormatrix).part(row * 3, 3), 6);
 }
 
-void print_color_temp(const DipPathCtx &ctx)
+void print_color_temp(Text &text, const DipShareInfo &share)
 {
-    print_value("share.color_temp", ctx.dip_ctx.share.color_temp);
+    text.value("share.color_temp", share.color_temp);
 }
 
-void print_ccm_mult_split(const DipPathCtx &ctx)
+void print_ccm_mult_split(Text &text, const DipShareInfo &share)
 {
-    print_value("share.ccm_mult_split", ctx.dip_ctx.share.ccm_mult_split);
+    text.value("share.ccm_mult_split", share.ccm_mult_split);
 }
 
-void print_max_str_info(const DipPathCtx &ctx)
+void print_max_str_info(Text &text, const DipShareInfo &share)
 {
-    print_value("share.non_boost_lvl", ctx.dip_ctx.share.non_boost_lvl);
-    print_value("share.point_non_boost_thd", ctx.dip_ctx.share.point_non_boost_thd);
+    text.value("share.non_boost_lvl", share.non_boost_lvl);
+    text.value("share.point_non_boost_thd", share.point_non_boost_thd);
+}
+
+template <auto print>
+void from_share(Text &text, const DipPathCtx &ctx)
+{
+    print(text, ctx.dip_ctx.share);
 }
 
 constexpr item item_list[] = {
-    {"inttime", "Sensor integration/exposure time", print_inttime},
-    {"sensor_gain", "Sensor pixel gain", print_sensor_gain},
-    {"isp_gain", "Additional pixel gain in DCC", print_isp_gain},
-    {"sys_gain", "Total pixel gain", print_sys_gain},
-    {"frame_delay", "Skipped frames between AE executions", print_frame_delay},
+    {"inttime", "Sensor integration/exposure time", from_share<print_inttime>},
+    {"sensor_gain", "Sensor pixel gain", from_share<print_sensor_gain>},
+    {"isp_gain", "Additional pixel gain in DCC", from_share<print_isp_gain>},
+    {"sys_gain", "Total pixel gain", from_share<print_sys_gain>},
+    {"frame_delay", "Skipped frames between AE executions", from_share<print_frame_delay>},
     {"flicker_free_conf", "Confidence that no flicker appears in the scene",
-     print_flicker_free_conf},
-    {"fps", "Sensor frame rate", print_fps},
-    {"ratio", "Exposure changes compared to the previous change", print_ratio},
-    {"iso_type", "ISO type", print_iso_type},
-    {"noise_level", "Noise level (ISO type 1)", print_noise_level},
-    {"colormatrix", "CCM values", print_colormatrix},
-    {"color_temp", "Predicted color temperture of the current scene", print_color_temp},
+     from_share<print_flicker_free_conf>},
+    {"fps", "Sensor frame rate", from_share<print_fps>},
+    {"ratio", "Exposure changes compared to the previous change", from_share<print_ratio>},
+    {"iso_type", "ISO type", from_share<print_iso_type>},
+    {"noise_level", "Noise level (ISO type 1)", from_share<print_noise_level>},
+    {"colormatrix", "CCM values", from_share<print_colormatrix>},
+    {"color_temp", "Predicted color temperture of the current scene", from_share<print_color_temp>},
     {"ccm_mult_split", "Reduced ratio of CCM that should be compensated in GMA module",
-     print_ccm_mult_split},
-    {"max_str_info", "Tone enhancement max_str info", print_max_str_info},
+     from_share<print_ccm_mult_split>},
+    {"max_str_info", "Tone enhancement max_str info", from_share<print_max_str_info>},
 };
 constexpr auto order = table_order(item_list);
 
 int print_entry(const DipPathCtx *ctx, const char *entry)
 {
-    return print_items(title, item_list, order, ctx, entry);
+    return print_items(title, item_form::plain, item_list, order, ctx, entry);
 }
 
 void print_help()

@@ -1,7 +1,10 @@
 // The category stat: the image statistics of one input path.
 #include "category.h"
-#include "print.h"
+#include "text.h"
 #include "vorda.h"
+
+#include <cinttypes>
+#include <cstdio>
 
 namespace
 {
@@ -9,193 +12,197 @@ namespace
 constexpr char title[] = "stat";
 constexpr char comments[] = "Statistics data";
 
-void print_flag(const DipPathCtx &ctx)
+void print_flag(Text &text, const DipStatFlag &flag)
 {
-    const auto flag = ctx.dip_ctx.stat.flag.bit;
-    print_value("lum_valid", flag.lum_valid);
-    print_value("awb_valid", flag.awb_valid);
-    print_value("shp_valid", flag.shp_valid);
-    print_value("dhz_valid", flag.dhz_valid);
-    print_value("mv_valid", flag.mv_valid);
-    print_value("mcvp_var_valid", flag.mcvp_var_valid);
+    const auto bit = flag.bit;
+    text.value("lum_valid", bit.lum_valid);
+    text.value("awb_valid", bit.awb_valid);
+    text.value("shp_valid", bit.shp_valid);
+    text.value("dhz_valid", bit.dhz_valid);
+    text.value("mv_valid", bit.mv_valid);
+    text.value("mcvp_var_valid", bit.mcvp_var_valid);
 }
 
-void print_lum(const DipPathCtx &ctx)
+void print_lum(Text &text, const DipLumStat1 &lum)
 {
-    const DipLumStat1 &lum = ctx.dip_ctx.stat.lum;
-    print("Luminance histogram:\n");
-    print_grid(lum.hist.hist, 6, cell(5));
-    print("Overflow: %s\n", lum.hist.overflow != 0 ? "true" : "false");
+    text.put("Luminance histogram:\n");
+    text.grid(lum.hist.hist, 6, 5);
+    text.put("Overflow: ", lum.hist.overflow != 0 ? "true" : "false", "\n");
     for (int i = 0; i < 4; i++)
-        print("ROI%1d Luminance average: %7u\n", i, lum.avg_roi[i].avg);
-    print("Regional Luminance average:\n");
-    print_grid(lum.avg_rgl.avg, 8, cell(3));
-    print_value("gamma_domain_avg_16b", lum.gamma_domain_avg_16b);
-    print_value("gamma_domain_std_16b", lum.gamma_domain_std_16b);
-    print("gamma_domain_var_16b = %llu\n",
-          static_cast<unsigned long long>(lum.gamma_domain_var_16b));
-    print_value("gamma_domain_cv_1024", lum.gamma_domain_cv_1024);
-    print_value("dri_low_lv_ft", lum.dri_low_lv_ft);
+        text.put("ROI", i, " Luminance average: ", Padded(lum.avg_roi[i].avg, 7), "\n");
+    text.put("Regional Luminance average:\n");
+    text.grid(lum.avg_rgl.avg, 8, 3);
+    text.value("gamma_domain_avg_16b", lum.gamma_domain_avg_16b);
+    text.value("gamma_domain_std_16b", lum.gamma_domain_std_16b);
+    char var[24]; // a 64-bit number has at most 20 digits
+    snprintf(var, sizeof(var), "%" PRIu64, lum.gamma_domain_var_16b);
+    text.put("gamma_domain_var_16b = ", var, "\n");
+    text.value("gamma_domain_cv_1024", lum.gamma_domain_cv_1024);
+    text.value("dri_low_lv_ft", lum.dri_low_lv_ft);
 }
 
-void print_rtx_roi_channel(const char *label, const is_rtx_roi_param (&points)[15])
+void print_rtx_roi_channel(Text &text, const char *label, const is_rtx_roi_param (&points)[15])
 {
-    print("%s\n", label);
-    print_grid(points, 5, [](char *out, const is_rtx_roi_param &point) {
-        *out++ = '(';
-        out = put_decimal(out, +point.x, 3);
-        *out++ = ' ';
-        out = put_decimal(out, +point.y, 3);
-        *out++ = ')';
-        *out++ = ' ';
-        return out;
-    });
+    text.put(label, "\n");
+    for (int i = 0; i < 15; i++)
+        text.put("(", Padded(points[i].x, 3), " ", Padded(points[i].y, 3),
+                 i % 5 == 4 ? ") \n" : ") ");
 }
 
-void print_rtx_rgl_channel(const char *channel, const is_rtx_rgl_param (&regions)[64])
+// Prints one member of the records of all regions.
+template <typename Record, typename T>
+void print_regions(Text &text, const Record (&regions)[ISP_STAT_RGL_NUM], T Record::*member,
+                   uint8_t width)
 {
-    print("%s channel:\n", channel);
-    print_grid(regions, 8, cell(5, &is_rtx_rgl_param::max_pix));
-    print("%s norm:\n", channel);
-    print_grid(regions, 8, cell(5, &is_rtx_rgl_param::wgt));
+    T values[ISP_STAT_RGL_NUM];
+    for (size_t i = 0; i < ISP_STAT_RGL_NUM; i++)
+        values[i] = regions[i].*member;
+    text.grid(values, 8, width);
 }
 
-void print_gwd_rgl_channel(const char *channel, const is_gwd_rgl_param (&regions)[64])
+void print_rtx_rgl_channel(Text &text, const char *channel, const is_rtx_rgl_param (&regions)[64])
 {
-    print("%s channel:\n", channel);
-    print_grid(regions, 8, cell(3, &is_gwd_rgl_param::avg));
+    text.put(channel, " channel:\n");
+    print_regions(text, regions, &is_rtx_rgl_param::max_pix, 5);
+    text.put(channel, " norm:\n");
+    print_regions(text, regions, &is_rtx_rgl_param::wgt, 5);
 }
 
-void print_awb(const DipPathCtx &ctx)
+void print_gwd_rgl_channel(Text &text, const char *channel, const is_gwd_rgl_param (&regions)[64])
 {
-    const DipRtxStat &rtx = ctx.dip_ctx.stat.awb.rtx;
-    const DipGwdStat &gwd = ctx.dip_ctx.stat.awb.gwd;
+    text.put(channel, " channel:\n");
+    print_regions(text, regions, &is_gwd_rgl_param::avg, 3);
+}
 
-    print("[Rtx ROI]\n");
-    print("White balance peak:\n");
-    const uint32_t *sum = rtx.roi_stat.sum;
-    print("%7u, %7u, %7u, %7u,\n", sum[0], sum[1], sum[2], sum[3]);
-    print("White balance peak norm:\n");
-    const uint8_t *norm = rtx.roi_stat.norm;
-    print("%7u, %7u, %7u, %7u,\n", norm[0], norm[1], norm[2], norm[3]);
-    print("Channel information:\n");
-    print_rtx_roi_channel("g0:", rtx.roi_stat.g0);
-    print_rtx_roi_channel("r:", rtx.roi_stat.r);
-    print_rtx_roi_channel("b:", rtx.roi_stat.b);
-    print_rtx_roi_channel("g1:", rtx.roi_stat.g1);
+void print_awb(Text &text, const DipAwbStat &awb)
+{
+    const DipRtxStat &rtx = awb.rtx;
+    const DipGwdStat &gwd = awb.gwd;
 
-    print("[Rtx RGL]\n");
-    print_rtx_rgl_channel("g0", rtx.rgl_stat.g0);
-    print_rtx_rgl_channel("r", rtx.rgl_stat.r);
-    print_rtx_rgl_channel("b", rtx.rgl_stat.b);
-    print_rtx_rgl_channel("g1", rtx.rgl_stat.g1);
+    text.put("[Rtx ROI]\n"
+             "White balance peak:\n");
+    text.closed_run("", rtx.roi_stat.sum, 7, ",\n");
+    text.put("White balance peak norm:\n");
+    text.closed_run("", rtx.roi_stat.norm, 7, ",\n");
+    text.put("Channel information:\n");
+    print_rtx_roi_channel(text, "g0:", rtx.roi_stat.g0);
+    print_rtx_roi_channel(text, "r:", rtx.roi_stat.r);
+    print_rtx_roi_channel(text, "b:", rtx.roi_stat.b);
+    print_rtx_roi_channel(text, "g1:", rtx.roi_stat.g1);
 
-    print("[Gwd ROI]\n");
+    text.put("[Rtx RGL]\n");
+    print_rtx_rgl_channel(text, "g0", rtx.rgl_stat.g0);
+    print_rtx_rgl_channel(text, "r", rtx.rgl_stat.r);
+    print_rtx_rgl_channel(text, "b", rtx.rgl_stat.b);
+    print_rtx_rgl_channel(text, "g1", rtx.rgl_stat.g1);
+
+    text.put("[Gwd ROI]\n");
     for (int i = 0; i < 4; i++) {
         const IsBspGwdRoiStat &roi = gwd.roi_stat[i];
         // Energies are unsigned but print through the signed conversion.
-        const auto print_energies = [](const uint32_t(&e)[4]) {
-            print("%7d, %7d, %7d, %7d\n", as_signed(e[0]), as_signed(e[1]), as_signed(e[2]),
-                  as_signed(e[3]));
-        };
-        print("ROI%d energy:\n", i);
-        print_energies(roi.sum);
-        print("ROI%d energy norm:\n", i);
-        print_energies(roi.norm);
-        print("ROI%d pixel num: %u\n", i, gwd.roi_pix_num[i]);
+        text.put("ROI", i, " energy:\n");
+        text.closed_run("", as_signed(roi.sum), 7);
+        text.put("ROI", i, " energy norm:\n");
+        text.closed_run("", as_signed(roi.norm), 7);
+        text.put("ROI", i, " pixel num: ", gwd.roi_pix_num[i], "\n");
     }
 
-    print("[Gwd RGL]\n");
-    print_gwd_rgl_channel("g", gwd.rgl_stat.g);
-    print_gwd_rgl_channel("r", gwd.rgl_stat.r);
-    print_gwd_rgl_channel("b", gwd.rgl_stat.b);
+    text.put("[Gwd RGL]\n");
+    print_gwd_rgl_channel(text, "g", gwd.rgl_stat.g);
+    print_gwd_rgl_channel(text, "r", gwd.rgl_stat.r);
+    print_gwd_rgl_channel(text, "b", gwd.rgl_stat.b);
 }
 
-void print_var(const DipPathCtx &ctx)
+void print_var(Text &text, const DipAfStat &af)
 {
-    const DipAfStat &af = ctx.dip_ctx.stat.af;
-    print("[ROI var]\n");
+    text.put("[ROI var]\n");
     for (int i = 0; i < 4; i++) {
-        print("ROI%d h1_avg = %d\n", i, af.roi_stat[i].h1_avg);
-        print("ROI%d h2_avg = %d\n", i, af.roi_stat[i].h2_avg);
-        print("ROI%d v1_avg = %d\n", i, af.roi_stat[i].v1_avg);
-        print("ROI%d v2_avg = %d\n", i, af.roi_stat[i].v2_avg);
+        text.put("ROI", i, " h1_avg = ", af.roi_stat[i].h1_avg, "\n");
+        text.put("ROI", i, " h2_avg = ", af.roi_stat[i].h2_avg, "\n");
+        text.put("ROI", i, " v1_avg = ", af.roi_stat[i].v1_avg, "\n");
+        text.put("ROI", i, " v2_avg = ", af.roi_stat[i].v2_avg, "\n");
     }
-    print("[RGL var]\n");
-    print("h1_avg:\n");
-    print_grid(af.rgl_stat.h1_avg, 8, cell(5));
-    print("h2_avg:\n");
-    print_grid(af.rgl_stat.h2_avg, 8, cell(5));
-    print("v1_avg:\n");
-    print_grid(af.rgl_stat.v1_avg, 8, cell(5));
-    print("v2_avg:\n");
-    print_grid(af.rgl_stat.v2_avg, 8, cell(5));
+    text.put("[RGL var]\n"
+             "h1_avg:\n");
+    text.grid(af.rgl_stat.h1_avg, 8, 5);
+    text.put("h2_avg:\n");
+    text.grid(af.rgl_stat.h2_avg, 8, 5);
+    text.put("v1_avg:\n");
+    text.grid(af.rgl_stat.v1_avg, 8, 5);
+    text.put("v2_avg:\n");
+    text.grid(af.rgl_stat.v2_avg, 8, 5);
 }
 
-void print_shp(const DipPathCtx &ctx)
+void print_shp(Text &text, const DipShpStat &shp)
 {
-    const DipShpStat &shp = ctx.dip_ctx.stat.shp;
-    print("ROI lpf_luma_avg: %hu\n", shp.roi_stat.lpf_luma_avg);
-    print("RGL lpf_luma_avg:\n");
-    print_grid(shp.rgl_stat.lpf_luma_avg, 8, cell(4));
-    print("RGL lpf_luma_min:\n");
-    print_grid(shp.rgl_stat.lpf_luma_min, 8, cell(4));
+    text.put("ROI lpf_luma_avg: ", shp.roi_stat.lpf_luma_avg, "\n");
+    text.put("RGL lpf_luma_avg:\n");
+    text.grid(shp.rgl_stat.lpf_luma_avg, 8, 4);
+    text.put("RGL lpf_luma_min:\n");
+    text.grid(shp.rgl_stat.lpf_luma_min, 8, 4);
 }
 
-void print_dhz(const DipPathCtx &ctx)
+void print_dhz(Text &text, const DipDhzStat &dhz)
 {
-    print("ROI luma_avg: %u\n", ctx.dip_ctx.stat.dhz.stat.luma_avg);
+    text.put("ROI luma_avg: ", dhz.stat.luma_avg, "\n");
 }
 
-void print_roi(const char *owner, const MPI_RECT_POINT_S &roi)
+void print_roi(Text &text, const char *owner, const MPI_RECT_POINT_S &roi)
 {
-    print_value(owner, ".roi.sx", roi.sx);
-    print_value(owner, ".roi.sy", roi.sy);
-    print_value(owner, ".roi.ex", roi.ex);
-    print_value(owner, ".roi.ey", roi.ey);
+    text.value(owner, ".roi.sx", roi.sx);
+    text.value(owner, ".roi.sy", roi.sy);
+    text.value(owner, ".roi.ex", roi.ex);
+    text.value(owner, ".roi.ey", roi.ey);
 }
 
-void print_mv(const DipPathCtx &ctx)
+void print_mv(Text &text, const DipMvHist &mv)
 {
-    const DipMvHist &mv = ctx.dip_ctx.stat.mv;
-    print("mv ROI:\n");
-    print_roi("mv", mv.cfg.roi);
-    print("mv histogram:\n");
-    print("<#bin>(mv_x, mv_y, mv_cnt)\n");
-    print("----------------------------\n");
-    for (int i = 0; i < 32; i++)
-        print("<#%2d> (%4d, %4d, %6u)\n", i, mv.hist.bin_x[i], mv.hist.bin_y[i],
-              mv.hist.bin_count[i]);
-    print_value("mv_total_cnt", mv.hist.total_cnt);
+    text.put("mv ROI:\n");
+    print_roi(text, "mv", mv.cfg.roi);
+    text.put("mv histogram:\n"
+             "<#bin>(mv_x, mv_y, mv_cnt)\n"
+             "----------------------------\n");
+    for (int i = 0; i < 32; i++) {
+        text.put("<#", Padded(i, 2), "> (");
+        text.put(Padded(mv.hist.bin_x[i], 4), ", ");
+        text.put(Padded(mv.hist.bin_y[i], 4), ", ");
+        text.put(Padded(mv.hist.bin_count[i], 6), ")\n");
+    }
+    text.value("mv_total_cnt", mv.hist.total_cnt);
 }
 
-void print_mcvp_var(const DipPathCtx &ctx)
+void print_mcvp_var(Text &text, const DipMcvpVar &mcvp)
 {
-    const DipMcvpVar &mcvp = ctx.dip_ctx.stat.mcvp_var;
-    print("mcvp_var ROI:\n");
-    print_roi("mcvp", mcvp.cfg.roi);
-    print("mcvp_var stat:\n");
-    print("horizontal variance: %u\n", mcvp.var.hor_sum);
-    print("vertical variance: %u\n", mcvp.var.ver_sum);
+    text.put("mcvp_var ROI:\n");
+    print_roi(text, "mcvp", mcvp.cfg.roi);
+    text.put("mcvp_var stat:\n");
+    text.put("horizontal variance: ", mcvp.var.hor_sum, "\n");
+    text.put("vertical variance: ", mcvp.var.ver_sum, "\n");
     // The sum wraps; the hardware's own hor_ver_sum is another figure.
-    print("sum: %u\n", mcvp.var.hor_sum + mcvp.var.ver_sum);
+    text.put("sum: ", mcvp.var.hor_sum + mcvp.var.ver_sum, "\n");
+}
+
+template <auto member, auto print>
+void stat(Text &text, const DipPathCtx &ctx)
+{
+    print(text, ctx.dip_ctx.stat.*member);
 }
 
 constexpr item item_list[] = {
-    {"flag", "Statistics valid flags", print_flag},
-    {"lum", "Luminance histogram", print_lum},
-    {"awb", "Awb statistics", print_awb},
-    {"var", "Raw variance statistics", print_var},
-    {"shp", "Luma statistics in SHP", print_shp},
-    {"dhz", "Luma statistics in DHZ", print_dhz},
-    {"mv", "MV histogram", print_mv},
-    {"mcvp_var", "Variance statistics", print_mcvp_var},
+    {"flag", "Statistics valid flags", stat<&DipAllStat::flag, print_flag>},
+    {"lum", "Luminance histogram", stat<&DipAllStat::lum, print_lum>},
+    {"awb", "Awb statistics", stat<&DipAllStat::awb, print_awb>},
+    {"var", "Raw variance statistics", stat<&DipAllStat::af, print_var>},
+    {"shp", "Luma statistics in SHP", stat<&DipAllStat::shp, print_shp>},
+    {"dhz", "Luma statistics in DHZ", stat<&DipAllStat::dhz, print_dhz>},
+    {"mv", "MV histogram", stat<&DipAllStat::mv, print_mv>},
+    {"mcvp_var", "Variance statistics", stat<&DipAllStat::mcvp_var, print_mcvp_var>},
 };
 constexpr auto order = table_order(item_list);
 
 int print_entry(const DipPathCtx *ctx, const char *entry)
 {
-    return print_sections(title, item_list, order, ctx, entry);
+    return print_items(title, item_form::section, item_list, order, ctx, entry);
 }
 
 void print_help()

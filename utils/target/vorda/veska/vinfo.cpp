@@ -1,6 +1,6 @@
 // The category vinfo: the video system around one input path.
 #include "category.h"
-#include "print.h"
+#include "text.h"
 #include "vorda.h"
 
 #include <algorithm>
@@ -11,75 +11,86 @@ namespace
 constexpr char title[] = "vinfo";
 constexpr char comments[] = "Video system information";
 
-void print_type(const DipPathCtx &ctx)
+// How the video device combines its sensors.
+enum video_type : int32_t {
+    VTYPE_UNKNOWN = -1,
+    VTYPE_SINGLE_NORMAL = 0,
+    VTYPE_DUAL_NORMAL = 1,
+    VTYPE_SINGLE_STITCHING = 2,
+    VTYPE_SINGLE_HDR = 3,
+    VTYPE_TRIPLE_SENSOR = 4,
+    VTYPE_QUADRUPLE_SENSOR = 5,
+};
+
+void print_type(Text &text, const DipPathCtx &ctx)
 {
     const DipDevAttr &dev = ctx.dip_ctx.dev_attr;
     switch (dev.snp_link.bmp) {
     case 0b0011:
         if (dev.stitch_en != 0)
-            print("vinfo.type = 2 (Dual sensors, stitching)\n");
+            text.value("vinfo.type", VTYPE_SINGLE_STITCHING, " (Dual sensors, stitching)\n");
         else
-            print("vinfo.type = 1 (Dual sensors)\n");
+            text.value("vinfo.type", VTYPE_DUAL_NORMAL, " (Dual sensors)\n");
         break;
     case 0b0111:
-        print("vinfo.type = 4 (Triple sensors)\n");
+        text.value("vinfo.type", VTYPE_TRIPLE_SENSOR, " (Triple sensors)\n");
         break;
     case 0b1111:
-        print("vinfo.type = 5 (Quadruple sensors)\n");
+        text.value("vinfo.type", VTYPE_QUADRUPLE_SENSOR, " (Quadruple sensors)\n");
         break;
     case 0:
-        print("vinfo.type = -1 (Unknown)\n");
+        text.value("vinfo.type", VTYPE_UNKNOWN, " (Unknown)\n");
         break;
     default:
         if (dev.hdr_en != 0)
-            print("vinfo.type = 3 (Single HDR sensor)\n");
+            text.value("vinfo.type", VTYPE_SINGLE_HDR, " (Single HDR sensor)\n");
         else
-            print("vinfo.type = 0 (Single sensor)\n");
+            text.value("vinfo.type", VTYPE_SINGLE_NORMAL, " (Single sensor)\n");
         break;
     }
 }
 
-void print_bayer(const DipPathCtx &ctx)
+void print_bayer(Text &text, const DipPathCtx &ctx)
 {
     switch (ctx.dip_ctx.path_attr.bayer) {
     case MPI_BAYER_PHASE_G0:
-        print("vinfo.bayer = 0 (Phase Gr)\n");
+        text.value("vinfo.bayer", MPI_BAYER_PHASE_G0, " (Phase Gr)\n");
         break;
     case MPI_BAYER_PHASE_R:
-        print("vinfo.bayer = 1 (Phase R)\n");
+        text.value("vinfo.bayer", MPI_BAYER_PHASE_R, " (Phase R)\n");
         break;
     case MPI_BAYER_PHASE_B:
-        print("vinfo.bayer = 2 (Phase B)\n");
+        text.value("vinfo.bayer", MPI_BAYER_PHASE_B, " (Phase B)\n");
         break;
     case MPI_BAYER_PHASE_G1:
-        print("vinfo.bayer = 3 (Phase Gb)\n");
+        text.value("vinfo.bayer", MPI_BAYER_PHASE_G1, " (Phase Gb)\n");
         break;
     default:
-        print("vinfo.bayer = -1 (Unknown)\n");
+        text.value("vinfo.bayer", -1, " (Unknown)\n");
         break;
     }
 }
 
-void print_bind_win(const DipPathCtx &ctx)
+void print_bind_win(Text &text, const DipPathCtx &ctx)
 {
     const MPI_WIN &win = ctx.dip_ctx.win_info.win_idx;
-    print("vinfo.bind_win = (%d,%d)\n", win.chn, win.win);
+    text.put("vinfo.bind_win = (", win.chn, ",", win.win, ")\n");
 }
 
-void print_valid_win(const DipPathCtx &ctx)
+void print_valid_win(Text &text, const DipPathCtx &ctx)
 {
     const int count = std::min(ctx.dip_ctx.active_win_cnt, DIP_WIN_NUM);
-    print("vinfo.valid_win = ");
+    text.put("vinfo.valid_win = ");
     for (int i = 0; i < count; i++) {
         const int32_t win = ctx.dip_ctx.flat_win_list[i];
-        print("%s(%d,%d)", i > 0 ? " " : "", win / 4, win % 4);
+        text.put(i > 0 ? " (" : "(", win / 4, ",", win % 4, ")");
     }
-    print("\n");
+    text.put("\n");
 }
 
-void print_ispv2(const DipPathCtx &ctx)
+void print_ispv2(Text &text, const DipPathCtx &ctx)
 {
-    print_value("vinfo.ispv2", ctx.dip_ctx.is_ispv2_en);
+    text.value("vinfo.ispv2", ctx.dip_ctx.is_ispv2_en);
 }
 
 constexpr item item_list[] = {
@@ -93,7 +104,7 @@ constexpr auto order = table_order(item_list);
 
 int print_entry(const DipPathCtx *ctx, const char *entry)
 {
-    return print_items(title, item_list, order, ctx, entry);
+    return print_items(title, item_form::plain, item_list, order, ctx, entry);
 }
 
 void print_help()

@@ -54,36 +54,3 @@ inline char *put_decimal(char *out, int32_t value, int width = 0)
     const auto bits = static_cast<uint32_t>(value);
     return value < 0 ? put_decimal(out, 0 - bits, width, true) : put_decimal(out, bits, width);
 }
-
-// The element of grids and runs: a number and ", ".
-template <typename Value>
-char *put_element(char *out, Value value, int width)
-{
-    out = put_decimal(out, value, width);
-    *out++ = ',';
-    *out++ = ' ';
-    return out;
-}
-
-inline constexpr size_t VALUE_LINE_MAX = sizeof(" = \n") + DECIMAL_MAX; // without the key
-
-// The most common line: key " = " value "\n". `out` must have room for the key and VALUE_LINE_MAX
-// characters.
-template <typename Value>
-char *put_value_line(char *out, const char *key, size_t key_length, Value value)
-{
-    memcpy(out, key, key_length);
-    out += key_length;
-    *out++ = ' ';
-    *out++ = '=';
-    *out++ = ' ';
-    out = put_decimal(out, value);
-    *out++ = '\n';
-    return out;
-}
-
-// What a 32-bit field prints as where the signed conversion is used for it.
-constexpr int32_t as_signed(uint32_t value)
-{
-    return static_cast<int32_t>(value);
-}
