@@ -57,18 +57,35 @@ std::string from_environment(const char *name, const std::string &otherwise)
     return value != nullptr ? value : otherwise;
 }
 
+[[gnu::format(printf, 2, 0)]] void note(int priority, const char *format, va_list args)
+{
+    char text[256];
+    vsnprintf(text, sizeof(text), format, args);
+    logged.emplace_back(priority, text);
+}
+
 } // namespace
 
 Log logged;
 
 extern "C" [[gnu::format(printf, 2, 3)]] void syslog(int priority, const char *format, ...)
 {
-    char text[256];
     va_list args;
     va_start(args, format);
-    vsnprintf(text, sizeof(text), format, args);
+    note(priority, format, args);
     va_end(args);
-    logged.emplace_back(priority, text);
+}
+
+// What a fortified build calls in its place.
+extern "C" void syslog_checked(int priority, int flag, const char *format,
+                               ...) __asm__("__syslog_chk");
+extern "C" [[gnu::format(printf, 3, 4)]] void syslog_checked(int priority, int /*flag*/,
+                                                             const char *format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    note(priority, format, args);
+    va_end(args);
 }
 
 Result captured(const std::function<int()> &call)

@@ -109,7 +109,7 @@ TEST(Lock, AnySignalEndsTheWait)
          {SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGPIPE, SIGALRM, SIGTERM, SIGXCPU}) {
         const auto child = start_waiting(region);
         kill(child->pid(), signal);
-        EXPECT_TRUE(child->ends_within(10000)) << signal;
+        ASSERT_TRUE(child->ends_within(10000)) << signal;
         EXPECT_EQ(child->finish().status, -signal);
         EXPECT_EQ(bytes_of(*lock), held);
     }

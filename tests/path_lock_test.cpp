@@ -7,6 +7,7 @@
 #include "vorda.h"
 
 #include <array>
+#include <atomic>
 #include <bit>
 #include <csignal>
 #include <cstdlib>
@@ -65,17 +66,17 @@ TEST(PathLock, IsTakenWhenFreeAndUntouchedOtherwise)
 
 TEST(PathLock, ItsReleaseWakesACameraThatQueues)
 {
-    PathLock lock = lock_of({0, 0, 0, PROCESS_SHARED, 0, 0});
+    static PathLock lock = lock_of({0, 0, 0, PROCESS_SHARED, 0, 0});
+    static std::atomic<bool> taken = false;
     ASSERT_TRUE(path_trylock(&lock));
-    std::atomic<bool> taken = false;
-    std::thread camera([&] {
+    std::thread([] {
         camera_lock(&lock);
         taken = true;
-    });
-    EXPECT_TRUE(eventually(10000, [&] { return words(lock)[0] == 2; }));
+    }).detach();
+    EXPECT_TRUE(eventually(10000, [] { return words(lock)[0] == 2; }));
     EXPECT_FALSE(taken);
     path_unlock(&lock);
-    camera.join();
+    EXPECT_TRUE(eventually(10000, [] { return taken.load(); }));
     EXPECT_NE(words(lock)[0], 0U);
 }
 
