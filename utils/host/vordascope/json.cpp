@@ -2,6 +2,7 @@
 #include "json.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <iterator>
@@ -12,9 +13,17 @@ namespace vordascope
 namespace
 {
 
+// Whether a character stands for itself in a string.
+constexpr auto PLAIN = [] {
+    std::array<bool, 256> plain = {};
+    for (unsigned char c = ' '; c <= '~'; c++)
+        plain[c] = c != '"' && c != '\\';
+    return plain;
+}();
+
 bool plain(char c)
 {
-    return c >= ' ' && c <= '~' && c != '"' && c != '\\';
+    return PLAIN[static_cast<unsigned char>(c)];
 }
 
 void put_json_number(uint64_t number, std::string &out)
@@ -23,16 +32,22 @@ void put_json_number(uint64_t number, std::string &out)
     out.append(digits, std::to_chars(digits, std::end(digits), number).ptr);
 }
 
+constexpr size_t WORD = 8;
+
 // Writes a value that is no text, which takes at most its own length or that of "null". Returns the
-// end.
-char *put_short(char *out, const Value &value)
+// end. Beyond it a word of `out` may change; `text_end` is where the text of the value ends.
+char *put_short(char *out, const Value &value, const char *text_end)
 {
     if (value.kind == Kind::not_finite || value.kind == Kind::empty) {
         memcpy(out, "null", 4);
         return out + 4;
     }
-    memcpy(out, value.begin, value.size);
-    return out + value.size;
+    // Most numbers are short, and to copy a word costs less than to look how short.
+    if (value.size <= WORD && text_end - value.begin >= ptrdiff_t{WORD}) {
+        memcpy(out, value.begin, WORD);
+        return out + value.size;
+    }
+    return std::copy_n(value.begin, value.size, out);
 }
 
 } // namespace
@@ -75,10 +90,11 @@ void put_json(const Snapshot &snapshot, const Field &field, std::string &out)
     // The values stand one after another in the text, so that none takes more than its part of it.
     const auto span = static_cast<size_t>(end[-1].begin + end[-1].size - value->begin);
     const size_t before = out.size();
-    out.resize(before + span + field.count * sizeof("null],[") + sizeof("[[]]"));
+    out.resize(before + span + field.count * sizeof("null],[") + sizeof("[[]]") + WORD);
     char *p = out.data() + before;
+    const char *const text_end = snapshot.text.data() + snapshot.text.size();
     if (field.shape == Shape::scalar) {
-        p = put_short(p, *value);
+        p = put_short(p, *value, text_end);
     } else {
         const bool rows = field.shape == Shape::rows;
         *p++ = '[';
@@ -87,7 +103,7 @@ void put_json(const Snapshot &snapshot, const Field &field, std::string &out)
             if (rows)
                 *p++ = '[';
             for (; value != row_end; value++) {
-                p = put_short(p, *value);
+                p = put_short(p, *value, text_end);
                 *p++ = ',';
             }
             p[-1] = rows ? ']' : ',';

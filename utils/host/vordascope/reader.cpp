@@ -72,48 +72,51 @@ constexpr std::string_view PREFIXES[] = {"share.", "vinfo."};
 constexpr std::string_view RESERVED[] = {"vorda_json", "dev_idx", "path_idx",
                                          "time",       "cut",     "unread"};
 
-// Reads a number at `p`; what ends it must be readable. Returns its end, or nullptr when there is
-// none. Numbers with needless zeros are none, so that each can go into JSON as it stands.
-const char *read_number(const char *p, Value &value)
+// Reads what read_number() leaves: nan, inf, decimals, integers of many digits.
+const char *read_rare_number(const char *p, Value &value)
 {
-    value.begin = p;
-    value.magnitude = 0;
+    value = {p, 0, Kind::decimal, 0};
     p += *p == '-';
-
     const char *const digits = p;
     uint64_t magnitude = 0;
     bool exact = true;
-    while (static_cast<unsigned char>(*p - '0') < 10) {
-        const auto digit = static_cast<unsigned char>(*p++ - '0');
-        if (p - digits > 19)
-            exact = exact && !__builtin_mul_overflow(magnitude, 10, &magnitude) &&
-                    !__builtin_add_overflow(magnitude, digit, &magnitude);
-        else
-            magnitude = magnitude * 10 + digit;
-    }
+    for (; is(*p, DIGIT); p++)
+        exact = exact && !__builtin_mul_overflow(magnitude, 10, &magnitude) &&
+                !__builtin_add_overflow(magnitude, static_cast<unsigned>(*p - '0'), &magnitude);
     if (p == digits) {
         // Up to the end of the line at most: it differs from both.
         if (strncmp(p, "nan", 3) != 0 && strncmp(p, "inf", 3) != 0)
             return nullptr;
         value.kind = Kind::not_finite;
         p += 3;
-    } else {
-        if (*digits == '0' && p - digits > 1)
-            return nullptr;
-        const bool negative = digits != value.begin;
-        if (*p == '.' && is(p[1], DIGIT)) {
+    } else if (*digits == '0' && p - digits > 1) {
+        return nullptr;
+    } else if (*p == '.' && is(p[1], DIGIT)) {
+        p++;
+        while (is(*p, DIGIT))
             p++;
-            while (is(*p, DIGIT))
-                p++;
-            value.kind = Kind::decimal;
-        } else if (exact && (!negative || magnitude <= uint64_t{1} << 63)) {
-            value.kind = Kind::integer;
-            value.magnitude = magnitude;
-        } else {
-            value.kind = Kind::decimal;
-        }
+    } else if (exact && (digits == value.begin || magnitude <= uint64_t{1} << 63)) {
+        value.kind = Kind::integer;
+        value.magnitude = magnitude;
     }
     value.size = static_cast<uint32_t>(p - value.begin);
+    return p;
+}
+
+// Reads a number at `p`; what ends it must be readable. Returns its end, or nullptr when there is
+// none. Numbers with needless zeros are none, so that each can go into JSON as it stands.
+inline const char *read_number(const char *const begin, Value &value)
+{
+    constexpr size_t SAFE_DIGITS = 18; // cannot exceed 64 bits
+    const char *p = begin + (*begin == '-');
+    const char *const digits = p;
+    uint64_t magnitude = 0;
+    for (; is(*p, DIGIT); p++)
+        magnitude = magnitude * 10 + static_cast<unsigned>(*p - '0');
+    const auto length = static_cast<size_t>(p - digits);
+    if (length - 1 >= SAFE_DIGITS || *p == '.' || (*digits == '0' && length > 1))
+        return read_rare_number(begin, value);
+    value = {begin, static_cast<uint32_t>(p - begin), Kind::integer, magnitude};
     return p;
 }
 
