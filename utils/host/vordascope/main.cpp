@@ -431,7 +431,7 @@ int main(int argc, char **argv)
     CLI::App app("Reads what vorda prints: checks it, makes JSON or CSV of it, compares it.\n"
                  "FILE holds one snapshot or many; - is standard input.",
                  "vordascope");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1); // at the end, so that an unknown verb is told by its name
     app.set_version_flag("--version", "vordascope " VORDASCOPE_VERSION);
 
     int status = TROUBLE;
@@ -512,5 +512,7 @@ int main(int argc, char **argv)
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? YES : TROUBLE;
     }
+    if (app.get_subcommands().empty())
+        complain("a verb is missing; see vordascope --help");
     return status;
 }

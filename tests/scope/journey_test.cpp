@@ -1,0 +1,326 @@
+// vordascope and vorda-record as people run them.
+#include "harness.h"
+#include "reading.h"
+#include "sr_device.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace vordascope;
+
+namespace
+{
+
+const std::string SCOPE = built("utils/host/vordascope/vordascope");
+
+Result run(const std::vector<std::string> &argv, const std::string &out = "")
+{
+    return Child(argv, {}, out).finish();
+}
+
+Result scope(std::vector<std::string> args, const std::string &out = "")
+{
+    args.insert(args.begin(), SCOPE);
+    return run(args, out);
+}
+
+// Runs lines of bash, with $scope and the given names.
+Result bash(const std::string &lines, const Environment &names)
+{
+    Environment environment = names;
+    environment["scope"] = SCOPE;
+    return Child({"bash", "-c", lines}, environment).finish();
+}
+
+// A capture in a file of its own.
+class Capture
+{
+public:
+    explicit Capture(const std::string &text) { std::ofstream(file_.path()) << text; }
+    const std::string &path() const { return file_.path(); }
+
+private:
+    TempFile file_;
+};
+
+std::string snapshot(int inttime, const std::string &more = "")
+{
+    return "dev_idx = 0, path_idx = 1\nshare.inttime = " + std::to_string(inttime) + "\n" + more;
+}
+
+TEST(ScopeJourney, ChecksAndConverts)
+{
+    const Capture good(snapshot(1) + snapshot(2));
+    const Capture bad("\x1b[31m\n" + snapshot(1, "oops\n") + "share.fps = 2");
+    const Capture none("nothing\n");
+    const std::string named = none.path();
+
+    Result result = scope({"check", good.path()});
+    EXPECT_EQ(result.out, good.path() + ": 2 snapshots, 2 fields, every line understood\n");
+    EXPECT_EQ(result.status, 0);
+    result = scope({"check", good.path(), bad.path()});
+    EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
+              bad.path() + ":1: outside of any snapshot: \\x1b[31m\n" + bad.path() +
+                  ":4: neither a key nor a label: oops\n" + bad.path() +
+                  ":5: cut off: the line does not end: share.fps = 2\n" + bad.path() +
+                  ": 1 snapshot, 1 field, 3 lines not understood\n");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(scope({"check", none.path()}).status, 1);
+
+    result = scope({"json", good.path(), bad.path()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 3);
+    EXPECT_NE(result.out.find(R"("cut":true,"share":{"inttime":1},"unread":[1,4,5]})"),
+              std::string::npos);
+
+    // What goes wrong is said, with status 2.
+    const std::pair<std::vector<std::string>, std::string> rows[] = {
+        {{"json", none.path()}, none.path() + ": no snapshot;"},
+        {{"check", "/nowhere"}, "/nowhere: No such file or directory"},
+        {{"check", "/"}, "/: Is a directory"},
+        {{"series", good.path(), "share.intime"}, "no field share.intime. Near: share.inttime"},
+        {{"series", none.path(), "share.inttime"}, "no snapshot;"},
+        {{"series", good.path()}, "FIELD is required"},
+        {{"diff", good.path() + "#3", good.path()}, "no snapshot 3"},
+        {{"diff", good.path(), good.path() + "#0"}, "no snapshot 0"},
+        {{"diff", "-", "-"}, "only one side"},
+        {{"diff", "--only", "shar", good.path(), good.path()}, "selects nothing. Near: share"},
+        {{"diff", "--ignore-from", "/nowhere", good.path(), good.path()}, "/nowhere: No such file"},
+        {{"diff", "--abs", "-1", good.path(), good.path()}, "--abs"},
+        {{"frobnicate"}, "frobnicate"},
+        {{}, "a verb is missing"},
+    };
+    for (const auto &[args, message] : rows) {
+        result = scope(args);
+        EXPECT_EQ(result.status, 2) << message;
+        EXPECT_NE((result.out + result.err).find(message), std::string::npos) << result.err;
+    }
+}
+
+TEST(ScopeJourney, ComparesSnapshotsOfCaptures)
+{
+    const Capture a(snapshot(1) + "time = 7.25\n" + snapshot(2, "=== stat.lum ===\navg = 5\n"));
+    const Capture b(snapshot(2, "=== stat.lum ===\navg = 6\n"));
+    const Capture noisy("# what changes anyway\n\n stat \r\nstat\r\n");
+
+    EXPECT_EQ(scope({"diff", a.path() + "#1", a.path()}).status, 0);
+    EXPECT_EQ(scope({"diff", a.path() + "#1", a.path()}).out, "");
+    Result result = scope({"diff", a.path() + "#last", b.path()});
+    EXPECT_EQ(result.out, "--- " + a.path() + "#2: dev_idx = 0, path_idx = 1, time = 7.25\n+++ " +
+                              b.path() + "#1: dev_idx = 0, path_idx = 1\n" +
+                              "stat.lum\n  avg  5 -> 6  (+1, +20 %)\n1 field of 2 differs\n");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(scope({"diff", "--ignore", "stat", a.path() + "#2", b.path()}).status, 0);
+    EXPECT_EQ(scope({"diff", "--ignore-from", noisy.path(), a.path() + "#2", b.path()}).status, 0);
+    EXPECT_EQ(scope({"diff", "--only", "share", a.path() + "#2", b.path()}).status, 0);
+    EXPECT_EQ(scope({"diff", "--abs", "1", a.path() + "#2", b.path()}).status, 0);
+    EXPECT_EQ(scope({"diff", "--rel", "0.1", a.path() + "#2", b.path()}).status, 1);
+    result = scope({"diff", "-q", a.path(), b.path()});
+    EXPECT_EQ(result.out, a.path() + "#1 and " + b.path() + "#1 differ\n");
+    EXPECT_EQ(result.status, 1);
+
+    // A file whose name ends like that is itself.
+    const std::string odd = b.path() + "#2";
+    std::ofstream(odd) << snapshot(2, "=== stat.lum ===\navg = 6\n");
+    EXPECT_EQ(scope({"diff", odd, b.path()}).status, 0);
+    unlink(odd.c_str());
+}
+
+TEST(ScopeJourney, GivesValuesToScripts)
+{
+    const Capture capture(snapshot(8000, "share.fps = 25.00\n"));
+    const Result result =
+        bash("x=$(\"$scope\" series --no-header - share.inttime <\"$file\"); echo \"[$x]\"",
+             {{"file", capture.path()}});
+    EXPECT_EQ(result.out, "[8000]\n");
+    EXPECT_EQ(result.err, "");
+}
+
+TEST(ScopeJourney, WritesEachSnapshotWhenItIsComplete)
+{
+    const TempFile fifo;
+    unlink(fifo.path().c_str());
+    ASSERT_EQ(mkfifo(fifo.path().c_str(), 0600), 0);
+    const TempFile rows;
+    const TempFile objects;
+    for (const bool as_json : {false, true}) {
+        const TempFile &out = as_json ? objects : rows;
+        Child child(as_json
+                        ? std::vector<std::string>{SCOPE, "json", fifo.path()}
+                        : std::vector<std::string>{SCOPE, "series", fifo.path(), "share.inttime"},
+                    {}, out.path());
+        const int fd = open(fifo.path().c_str(), O_WRONLY);
+        ASSERT_GE(fd, 0);
+        const auto lines = [&out] {
+            const std::string text = read_file(out.path());
+            return std::count(text.begin(), text.end(), '\n') + 0;
+        };
+        const auto send = [fd](const std::string &text) {
+            return write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        };
+        const long header = as_json ? 0 : 1;
+        // By the next one's index line, and by a line that ends it.
+        ASSERT_TRUE(send(snapshot(1) + "dev_idx = 0, path_idx = 1\n"));
+        EXPECT_TRUE(eventually(5000, [&] { return lines() == header + 1; }));
+        ASSERT_TRUE(send("share.inttime = 2\n; end\n"));
+        EXPECT_TRUE(eventually(5000, [&] { return lines() == header + 2; }));
+        ASSERT_TRUE(send("time = 5\n" + snapshot(3)));
+        close(fd);
+        EXPECT_EQ(child.finish().status, 0);
+        EXPECT_EQ(lines(), header + 3);
+    }
+    EXPECT_EQ(read_file(rows.path()), "share.inttime\n1\n2\n3\n");
+}
+
+TEST(ScopeJourney, OutputThatCannotBeWritten)
+{
+    std::string text;
+    for (int i = 0; i < 20000; i++)
+        text += snapshot(i);
+    const Capture capture(text);
+    const Capture other(snapshot(-1));
+    const std::vector<std::vector<std::string>> verbs = {
+        {"check", capture.path()},
+        {"json", capture.path()},
+        {"diff", capture.path(), other.path()},
+        {"series", capture.path(), "share.inttime"},
+    };
+    for (const auto &verb : verbs) {
+        const Result result = scope(verb, "/dev/full");
+        EXPECT_EQ(result.status, 2) << verb[0];
+        EXPECT_EQ(result.err, "vordascope: standard output: No space left on device\n");
+    }
+    Result result = bash("\"$scope\" json \"$file\" >&-", {{"file", capture.path()}});
+    EXPECT_EQ(result.status, 2);
+    result = bash("\"$scope\" json \"$file\" | head -n 1 >/dev/null; echo ${PIPESTATUS[0]}",
+                  {{"file", capture.path()}});
+    EXPECT_EQ(result.out, "0\n");
+    EXPECT_EQ(result.err, "");
+}
+
+// BusyBox's shell, with commands from one folder before all others.
+Environment with_path(const std::string &folder)
+{
+    return {{"PATH", folder + ":" + getenv("PATH")}};
+}
+
+TEST(Record, WritesSnapshotsBelowTheirTimes)
+{
+    const Region region;
+    Environment environment = with_path(built("."));
+    environment["LD_PRELOAD"] = built("sim/libsr_device.so");
+    environment["ASAN_OPTIONS"] = "verify_asan_link_order=0:detect_leaks=0";
+    environment[SR_REGION_ENV] = region.file();
+    const std::string script = VORDA_SOURCE_DIR "/utils/target/vorda-record";
+    const auto record = [&](std::vector<std::string> args) {
+        args.insert(args.begin(), {"busybox", "sh", script});
+        return Child(args, environment).finish();
+    };
+    const Result result = record({"-n", "3", "-i", "0.02", "-p", "1", "share"});
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.status, 0);
+    Reader reader{std::string_view(result.out)};
+    double before = 0;
+    for (int i = 1; i <= 3; i++) {
+        const Snapshot *recorded = reader.next();
+        ASSERT_NE(recorded, nullptr);
+        EXPECT_TRUE(recorded->timed && recorded->unread.empty());
+        EXPECT_EQ(recorded->path_idx, 1U);
+        EXPECT_EQ(recorded->fields.size(), 16U);
+        const double now = std::stod(std::string(recorded->time.text()));
+        EXPECT_GE(now, before + (i > 1 ? 0.01 : 0));
+        before = now;
+    }
+    EXPECT_EQ(reader.next(), nullptr);
+
+    EXPECT_NE(record({"-n", "1"}).out.find("=== stat.mcvp_var ===\n"), std::string::npos);
+    EXPECT_EQ(record({"-n", "2", "share.nothing"}).status, 1);
+    for (const std::vector<std::string> &args :
+         {std::vector<std::string>{"-n", "0"}, {"-n", "x"}, {"-i"}, {"-i", "-1"}, {"-h"}}) {
+        const Result usage = record(args);
+        EXPECT_EQ(usage.status, 1);
+        EXPECT_EQ(usage.err.find("Usage: vorda-record [-n COUNT]"), 0U);
+        EXPECT_EQ(usage.out, "");
+    }
+}
+
+TEST(Record, StopsBetweenSnapshots)
+{
+    // A vorda that takes its time, and says when it is half way.
+    char folder[] = "/tmp/vorda-record-XXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    const std::string slow = std::string(folder) + "/vorda";
+    const std::string half = std::string(folder) + "/half";
+    std::ofstream(slow) << "#!/bin/sh\nprintf 'dev_idx = 0, path_idx = 0\\n'\n: >" << half
+                        << "\nsleep 0.3\nprintf 'share.a = 1\\n'\n";
+    chmod(slow.c_str(), 0700);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        unlink(half.c_str());
+        // Its own process group, as a terminal would have it.
+        Child child(
+            {"setsid", "busybox", "sh", VORDA_SOURCE_DIR "/utils/target/vorda-record", "-i", "9"},
+            with_path(folder));
+        ASSERT_TRUE(eventually(5000, [&half] { return access(half.c_str(), F_OK) == 0; }));
+        kill(-child.pid(), number);
+        ASSERT_TRUE(child.ends_within(5000));
+        const Result result = child.finish();
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
+                  "dev_idx = 0, path_idx = 0\nshare.a = 1\n; end\n");
+    }
+    // In the pause it need not wait.
+    unlink(half.c_str());
+    Child child(
+        {"setsid", "busybox", "sh", VORDA_SOURCE_DIR "/utils/target/vorda-record", "-i", "60"},
+        with_path(folder));
+    ASSERT_TRUE(eventually(5000, [&half] { return access(half.c_str(), F_OK) == 0; }));
+    usleep(600000);
+    kill(-child.pid(), SIGINT);
+    EXPECT_TRUE(child.ends_within(5000));
+    EXPECT_EQ(child.finish().status, 0);
+    unlink(half.c_str());
+    unlink(slow.c_str());
+    rmdir(folder);
+}
+
+TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
+{
+    const std::string manual = read_file(VORDA_BUILD_DIR "/vordascope.1");
+    const std::string help = scope({"--help"}).out;
+    size_t options = 0;
+    for (const std::string verb : {"check", "json", "diff", "series", "report"}) {
+        EXPECT_NE(help.find("\n  " + verb), std::string::npos) << verb;
+        EXPECT_NE(manual.find("\n.SS " + verb), std::string::npos) << verb;
+        const std::string text = scope({verb, "--help"}).out;
+        for (size_t at = text.find("--"); at != std::string::npos; at = text.find("--", at + 2)) {
+            const std::string option = text.substr(at, text.find_first_of(" :,", at) - at);
+            std::string escaped = option;
+            for (size_t dash = 0; (dash = escaped.find('-', dash)) != std::string::npos; dash += 2)
+                escaped.replace(dash, 1, "\\-");
+            EXPECT_NE(manual.find(escaped), std::string::npos) << option;
+            options++;
+        }
+    }
+    EXPECT_GT(options, 8U);
+
+    const auto completed = [](const std::string &words) {
+        const Result result =
+            bash("source " VORDA_SOURCE_DIR "/completion/vordascope.bash; COMP_WORDS=(\"$scope\" " +
+                     words +
+                     "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _vordascope; "
+                     "echo \"${COMPREPLY[*]}\"",
+                 {});
+        EXPECT_EQ(result.err, "");
+        return result.out;
+    };
+    EXPECT_EQ(completed("ch"), "check\n");
+    EXPECT_EQ(completed("diff --ig"), "--ignore --ignore-from\n");
+    const Capture capture(snapshot(1, "share.isp_gain = 1\nshare.fps = 25.00\n"));
+    EXPECT_EQ(completed("series " + capture.path() + " share.i"), "share.inttime share.isp_gain\n");
+}
+
+} // namespace
