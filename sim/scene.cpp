@@ -9,8 +9,7 @@ namespace
 {
 
 constexpr uint32_t GAIN_1X = 1024;
-constexpr float FPS = 25.0F;
-constexpr int32_t FRAME_US = 40000;
+constexpr float FPS = 25.0F; // what the sensor is set to
 
 // As the platform does, with the mutex free and shared between processes.
 void init_lock(PathLock *lock)
@@ -22,13 +21,12 @@ void init_lock(PathLock *lock)
     memcpy(lock, words, sizeof(words));
 }
 
-// Brightness swings, as if clouds passed: exposure time follows it up to one frame, gain does the
-// rest.
-void fill_exposure(DipShareInfo *share, uint32_t frame)
+// Exposure time follows what is wanted up to the time of a frame, gain does the rest.
+void fill_exposure(DipShareInfo *share, const Moment &moment)
 {
-    const int32_t wanted_us = wave(frame, 400, 8000, 160000);
-    const int32_t inttime = std::min(wanted_us, FRAME_US);
-    const auto gain = static_cast<uint32_t>(wanted_us * static_cast<int64_t>(GAIN_1X) / inttime);
+    const int32_t inttime = std::min(moment.exposure, moment.frame_us);
+    const auto gain =
+        static_cast<uint32_t>(moment.exposure * static_cast<int64_t>(GAIN_1X) / inttime);
 
     share->inttime = inttime;
     share->sensor_gain = std::min(gain, 3 * GAIN_1X);
@@ -36,8 +34,9 @@ void fill_exposure(DipShareInfo *share, uint32_t frame)
     share->sys_gain = share->sensor_gain * share->isp_gain / GAIN_1X;
     share->frame_delay = 2;
     share->flicker_free_conf = inttime >= 10000 ? 100 : 60;
-    share->fps = FPS;
-    share->ratio = wave(frame + 13, 400, 960, 1088);
+    share->fps = 1000000.0F / static_cast<float>(moment.frame_us);
+    share->ratio = static_cast<int32_t>(moment.exposure * static_cast<int64_t>(GAIN_1X) /
+                                        moment.last_exposure);
     share->exp_ratio = 256;
 
     MPI_EXPOSURE_INFO_S &info = share->exp_info;
@@ -48,29 +47,39 @@ void fill_exposure(DipShareInfo *share, uint32_t frame)
     info.iso = static_cast<int32_t>(share->sys_gain * 100 / GAIN_1X);
     info.frame_delay = share->frame_delay;
     info.flicker_free_conf = share->flicker_free_conf;
-    info.fps = FPS;
+    info.fps = share->fps;
     info.ratio = static_cast<uint32_t>(share->ratio);
-    info.luma_avg = static_cast<uint16_t>(wave(frame, 50, 110, 126));
+    info.luma_avg = static_cast<uint16_t>(std::min(moment.luma, 255));
 }
 
-void fill_noise(DipShareInfo *share)
+void fill_noise(DipShareInfo *share, const Moment &moment)
 {
     share->iso_type = MPI_ISO_VER_1;
     share->ev_idx = share->exp_info.iso / 100;
     share->noise_level.level_iso = share->exp_info.iso;
     for (int i = 0; i < 16; i++)
         share->noise_level_bin[i] = 100 << (i / 2);
-    share->non_boost_lvl = 96;
-    share->point_non_boost_thd = 180;
+    share->non_boost_lvl = 96 - moment.tone / 8;
+    share->point_non_boost_thd = 180 - moment.tone / 4;
 }
 
-void fill_colour(DipShareInfo *share, uint32_t frame)
+// Between what the sensor needs under a lamp and in daylight. Signed, 1024 is one; each row sums to
+// one, so that grey stays grey.
+void fill_colour(DipShareInfo *share, const Moment &moment)
 {
-    // Signed, 1024 is one; each row sums to one, so that grey stays grey.
-    constexpr int16_t matrix[9] = {1740, -552, -164, -298, 1581, -259, -31, -620, 1675};
-    std::copy(std::begin(matrix), std::end(matrix), share->colormatrix);
-    std::copy(std::begin(matrix), std::end(matrix), share->wb_info.matrix);
-    share->color_temp = static_cast<uint16_t>(wave(frame, 750, 4800, 5600));
+    constexpr int LAMP = 3000;
+    constexpr int DAYLIGHT = 4800;
+    constexpr int lamp[9] = {1610, -380, -206, -402, 1602, -176, -38, -905, 1967};
+    constexpr int daylight[9] = {1740, -552, -164, -298, 1581, -259, -31, -620, 1675};
+    int16_t *matrix = share->colormatrix;
+    for (int i = 0; i < 9; i++)
+        matrix[i] = static_cast<int16_t>(lamp[i] + (daylight[i] - lamp[i]) *
+                                                       (moment.kelvin - LAMP) / (DAYLIGHT - LAMP));
+    for (int i = 0; i < 9; i += 3)
+        matrix[i + i / 3] = static_cast<int16_t>(matrix[i + i / 3] + 1024 - matrix[i] -
+                                                 matrix[i + 1] - matrix[i + 2]);
+    std::copy_n(matrix, 9, share->wb_info.matrix);
+    share->color_temp = static_cast<uint16_t>(moment.kelvin);
     share->wb_info.color_temp = share->color_temp;
     share->ccm_mult_split = 1024;
 }
@@ -119,10 +128,11 @@ void fill_frame(DipPathCtx *ctx, int path, uint32_t frame)
 {
     DipCtx &dip = ctx->dip_ctx;
     fill_video_system(&dip, path, frame);
-    fill_exposure(&dip.share, frame);
-    fill_noise(&dip.share);
-    fill_colour(&dip.share, frame);
-    fill_stat(&dip.stat, dip.share, frame);
-    fill_cfg(&dip.cfg, dip.share, frame);
+    const Moment moment = moment_at(frame);
+    fill_exposure(&dip.share, moment);
+    fill_noise(&dip.share, moment);
+    fill_colour(&dip.share, moment);
+    fill_stat(&dip.stat, dip.share, moment);
+    fill_cfg(&dip.cfg, dip.share, moment);
     fill_intl(&ctx->intl_ctx);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sr_schema.h"
+#include "story.h"
 
 #include <cstdint>
 
@@ -10,12 +11,13 @@ inline constexpr int SCENE_PATH_NUM = 2; // paths 0 and 1 are present, the other
 // Makes an empty region one with the paths of the scene, their locks free, and default log levels.
 void init_region(VplatConf *conf);
 
-// Fills the context of one path (0 or 1) for a frame; the same frame always gives the same values.
+// Fills the context of one path (0 or 1) for a frame of the story; the same frame always gives the
+// same values.
 void fill_frame(DipPathCtx *ctx, int path, uint32_t frame);
 
 // The parts of fill_frame, each for the records of one category.
-void fill_stat(DipAllStat *stat, const DipShareInfo &share, uint32_t frame);
-void fill_cfg(DipAllCfg *cfg, const DipShareInfo &share, uint32_t frame);
+void fill_stat(DipAllStat *stat, const DipShareInfo &share, const Moment &moment);
+void fill_cfg(DipAllCfg *cfg, const DipShareInfo &share, const Moment &moment);
 void fill_intl(DipIntlCtx *intl);
 
 // A triangle wave between two values, from `low` and back once in `period` frames.

@@ -54,10 +54,10 @@ void fill_power_curve(Value (&curve)[n], double top, double exponent)
             std::lround(top * std::pow(static_cast<double>(i) / (n - 1), exponent)));
 }
 
-void fill_tone(DipAllCfg *cfg, uint32_t frame)
+void fill_tone(DipAllCfg *cfg, const Moment &moment)
 {
     cfg->te.tm.enable = 1;
-    fill_power_curve(cfg->te.tm.curve.val, 16383, 0.70 + 0.01 * wave(frame, 100, 0, 6));
+    fill_power_curve(cfg->te.tm.curve.val, 16383, 0.70 - 0.15 * moment.tone / 256);
     fill_power_curve(cfg->hte.hdr_tm.curve.val, 16383, 0.55);
     fill_power_curve(cfg->pte.pte.curve.val, 1023, 0.95);
     cfg->gamma.fagma.mode = ISP_FAGMA_MODE_DISABLE;
@@ -296,12 +296,12 @@ void fill_window(DipAllCfg *cfg, size_t slot, const DipShareInfo &share)
 
 } // namespace
 
-void fill_cfg(DipAllCfg *cfg, const DipShareInfo &share, uint32_t frame)
+void fill_cfg(DipAllCfg *cfg, const DipShareInfo &share, const Moment &moment)
 {
     cfg->flag.val = 0x1FFFFFF;
     fill_calibration(&cfg->cal[0]);
     fill_calibration(&cfg->cal[1]);
-    fill_tone(cfg, frame);
+    fill_tone(cfg, moment);
     fill_pixels(cfg);
     fill_colour(cfg, share);
     fill_motion(cfg);
