@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
-import { capture, drop, emptyPage, kept, open, series } from './harness.mjs';
+import { capture, drop, emptyPage, kept, open, series, vordascope, write } from './harness.mjs';
 
 const one = capture();
 const stitched = `dev_idx = 0, path_idx = 0\n${readFileSync(kept('tests/golden/distinct.txt'), 'latin1')}`;
@@ -155,6 +155,78 @@ test('two captures are compared: figures, cards and fields say what changed', as
     assert.equal(await figure(page, 'Exposure time'), '40000 → 8000');
     await press(page, 'c');
     assert.equal(await figure(page, 'Exposure time'), '8000');
+});
+
+/** What `vordascope diff` says of two snapshots of a file, [item, field, difference] each. */
+function diffOf(file, a, b) {
+    const { stdout } = vordascope('diff', `${file}#${a}`, `${file}#${b}`);
+    const named = stdout
+        .toString()
+        .replaceAll(`only in ${file}#${a}`, 'only in A')
+        .replaceAll(`only in ${file}#${b}`, 'only in B');
+    let item = '';
+    return named
+        .split('\n')
+        .slice(2, -2)
+        .flatMap((line) => {
+            const [, key, text] = /^ {2}(.+?) {2,}(.*)$/.exec(line) ?? [];
+            const [, whole, side] = /^(\S+): (only in .*)$/.exec(line) ?? [];
+            if (!key) item = line;
+            return key ? [[item, key, text]] : whole ? [[whole, side]] : [];
+        });
+}
+
+test('a comparison shows what diff prints', async (t) => {
+    const old = stitched
+        .replace(/=== cfg\.hdr ===\n[^]*?(?==== )/, '')
+        .replaceAll('bpf_gain_2s = 42', 'bpf = 1');
+    const file = write(
+        'compared.txt',
+        Buffer.concat([many(), Buffer.from(stitched + old, 'latin1')]),
+    );
+    const page = await show(t, { 'compared.txt': readFileSync(file) });
+    const shown = () =>
+        page.$$eval('.differences tr', (rows) => {
+            let item = '';
+            return rows.map((row) => {
+                item = row.querySelector('th')?.textContent ?? item;
+                return [item, ...[...row.querySelectorAll('td')].map((cell) => cell.textContent)];
+            });
+        });
+    await press(page, 'Home', 'c', 'ArrowRight', 'Shift+ArrowRight');
+    assert.ok((await shown()).length > 20);
+    assert.deepEqual(await shown(), diffOf(file, 1, 12));
+    // The other way round nearly everything differs, in 64 bits and in fields that one side lacks.
+    await press(page, 'c', 'End', 'ArrowLeft', 'c', 'Home');
+    const rows = (all) =>
+        all.map((row) => row.join(' | ')).filter((row) => !/_path|valid_win/.test(row));
+    const said = rows(await shown()).sort();
+    assert.ok(said.length > 1000);
+    assert.deepEqual(said, rows(diffOf(file, SNAPSHOTS + 1, 1)).sort());
+    await press(page, 'c', 'End', 'ArrowLeft', 'c', 'End');
+    assert.deepEqual(
+        rows(await shown()).sort(),
+        rows(diffOf(file, SNAPSHOTS + 1, SNAPSHOTS + 2)).sort(),
+    );
+    assert.ok(rows(await shown()).includes('cfg.hdr | only in A (24 fields)'));
+});
+
+test('a series shows what series prints', async (t) => {
+    const file = write('series.txt', many());
+    const page = await show(t, { 'series.txt': many() });
+    const names = ['inttime', 'sensor_gain', 'isp_gain', 'sys_gain'].map((name) => `share.${name}`);
+    const { stdout } = vordascope('series', file, 'time', ...names, 'cfg.awb.gain[0].gain.val');
+    const rows = stdout.toString().trim().split('\n').slice(1);
+    assert.equal(new Set(rows.map((row) => row.replace(/^\d+,/, ''))).size > 5, true);
+    await press(page, 'Home');
+    for (const row of rows) {
+        const time = (await place(page)).match(/· (\d+) s$/)[1];
+        const values = [];
+        for (const title of ['Exposure time', 'Gains', 'White balance gains'])
+            values.push(...(await texts(page, `#time [data-title="${title}"] .reading`)));
+        assert.equal([time, ...values].join(','), row);
+        await press(page, 'ArrowRight');
+    }
 });
 
 test('a search leaves the fields and cards that match, and opens them', async (t) => {

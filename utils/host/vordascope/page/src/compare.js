@@ -79,7 +79,7 @@ export function difference(a, b, kind) {
     });
     return {
         about: Array.isArray(a)
-            ? `${count} of ${values(before.length)}, most ${placeOf(a, most)}: `
+            ? `${count} of ${before.length} values, most ${placeOf(a, most)}: `
             : '',
         from: shown(before[most]),
         to: shown(after[most]),
