@@ -121,6 +121,9 @@ test('differences are exact for integers, and say what is no number', () => {
     assert.equal(text(0, 3), '0 -> 3  (+3)');
     assert.equal(text(-4, 2), '-4 -> 2  (+6, +150 %)');
     assert.equal(text(1, 1000), '1 -> 1000  (+999, +99900 %)');
+    assert.equal(text(80, 89), '80 -> 89  (+9, +11.2 %)');
+    assert.equal(text(-80, -93), '-80 -> -93  (-13, -16.2 %)');
+    assert.equal(text(200, 2201), '200 -> 2201  (+2001, +1000 %)');
     assert.equal(text('nan', '1.00'), 'nan -> 1.00');
     assert.equal(text('', '/a b', 'text'), '(nothing) -> /a b');
     assert.equal(text(false, true, 'bool'), 'false -> true');

@@ -43,7 +43,11 @@ const figure = (page, title) =>
     );
 const shownSections = (page) => texts(page, 'section:not([hidden]) > h2');
 /** The page as if somebody had scrolled through it: every card is drawn. */
-const drawAll = (page) => page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+const drawAll = (page) =>
+    page.evaluate(() => {
+        window.dispatchEvent(new Event('beforeprint'));
+        window.dispatchEvent(new Event('afterprint'));
+    });
 
 test('every card is drawn, none fails and no canvas stays blank', async (t) => {
     for (const content of [stitched, one]) {
@@ -178,7 +182,7 @@ function diffOf(file, a, b) {
 
 test('a comparison shows what diff prints', async (t) => {
     const old = stitched
-        .replace(/=== cfg\.hdr ===\n[^]*?(?==== )/, '')
+        .replace(/=== cfg\.hdr ===\n[\s\S]*?(?==== )/, '')
         .replaceAll('bpf_gain_2s = 42', 'bpf = 1');
     const file = write(
         'compared.txt',
@@ -404,10 +408,18 @@ test('light and dark follow the system until one is chosen', async (t) => {
     assert.notEqual(light, dark);
     await press(page, 't');
     assert.equal(await ground(), dark);
-    await page.emulateMedia({ colorScheme: 'light', media: 'print' });
-    await drawAll(page);
-    assert.equal(await ground(), light);
+    // Paper is light, without what only a screen can use, and the screen is as before afterwards.
+    await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+    assert.equal(await page.getAttribute('html', 'data-theme'), 'light');
     assert.equal(await page.isVisible('.tools'), false);
+    const overflow = await page.$$eval(
+        '.chart .uplot',
+        (all) => all.filter((plot) => plot.clientWidth > plot.closest('.card').clientWidth).length,
+    );
+    assert.equal(overflow, 0);
+    await page.evaluate(() => window.dispatchEvent(new Event('afterprint')));
+    assert.equal(await ground(), dark);
+    assert.equal(await page.isVisible('.tools'), true);
 });
 
 test('every control has a name, and the keyboard reaches it', async (t) => {

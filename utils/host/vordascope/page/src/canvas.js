@@ -1,39 +1,51 @@
-// A canvas that fills the width of its card, sharp on every screen.
+// A canvas that is sharp on every screen and draws itself again in another size.
 import { el } from './dom.js';
+
+let layout = 0;
+
+/** To be called when drawings have another size at once, before any observer is told. */
+export function measureAgain() {
+    layout += 1;
+}
+
+/** Which layout it is that sizes were measured in. */
+export const currentLayout = () => layout;
 
 /**
  * @param {(context: CanvasRenderingContext2D, width: number, height: number) => void} paint draws
  *     everything, in units of the page
- * @param {object} options `ratio`, the height for a width, or `height` itself; `label`, what it
- *     shows, for those who cannot see it; `className`
+ * @param {object} options `ratio`, the height for a width, or `height` itself; `width` where it is
+ *     not that of its place; `label`, what it shows, for those who cannot see it; `className`
  * @returns {{element: HTMLCanvasElement, repaint: () => void}}
  */
-export function canvas(paint, { ratio, height, label, className = '' }) {
+export function canvas(paint, { ratio, height, width, label, className = '' }) {
     const element = el('canvas', { role: 'img', 'aria-label': label, class: className });
-    element.style.width = '100%';
+    element.style.width = width ? `${width}px` : '100%';
     if (height) element.style.height = `${height}px`;
     else element.style.aspectRatio = String(1 / ratio);
 
     // The size is read when it changes, not for each repaint, which would lay out the page anew.
     let size = null;
+    let measuredIn = layout;
     function measure() {
         size = [element.clientWidth, element.clientHeight];
+        measuredIn = layout;
     }
     function repaint() {
-        if (!size) measure();
-        const [width, tall] = size;
-        if (width === 0 || tall === 0) {
+        if (!size || measuredIn !== layout) measure();
+        const [wide, tall] = size;
+        if (wide === 0 || tall === 0) {
             size = null;
             return;
         }
         const scale = window.devicePixelRatio || 1;
-        const pixels = [Math.round(width * scale), Math.round(tall * scale)];
+        const pixels = [Math.round(wide * scale), Math.round(tall * scale)];
         if (element.width !== pixels[0]) element.width = pixels[0];
         if (element.height !== pixels[1]) element.height = pixels[1];
         const context = element.getContext('2d');
         context.setTransform(scale, 0, 0, scale, 0, 0);
-        context.clearRect(0, 0, width, tall);
-        paint(context, width, tall);
+        context.clearRect(0, 0, wide, tall);
+        paint(context, wide, tall);
     }
     new ResizeObserver(() => {
         const before = size;

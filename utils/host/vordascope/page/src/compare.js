@@ -25,12 +25,23 @@ function distance(a, b) {
     return signed(gap(a, b).toFixed(Math.min(Math.max(decimals(a), decimals(b)), 20)));
 }
 
-/** Three significant digits, and no exponent where three digits do without. */
+/** A number to so many significant digits; halfway it goes to the even one, as C does. */
+function significant(value, digits) {
+    const [exact, exponent] = Math.abs(value).toExponential(60).split('e');
+    const kept = exact.slice(0, digits > 1 ? digits + 1 : 1);
+    const halfway = /^\.?50*$/.test(exact.slice(kept.length)) && Number(kept.at(-1)) % 2 === 0;
+    if (!halfway) return Number(value.toPrecision(digits));
+    return Math.sign(value) * Number(`${kept}e${exponent}`);
+}
+
+/** Three significant digits, or all those of a whole number. */
 function rounded(percent) {
-    if (Math.abs(percent) >= 1000) return percent.toFixed(0);
-    if (percent === 0 || Math.abs(percent) >= 1e-4) return String(Number(percent.toPrecision(3)));
-    const [digits, exponent] = percent.toPrecision(3).split('e-');
-    return `${Number(digits)}e-${exponent.padStart(2, '0')}`;
+    const size = Math.abs(percent);
+    if (size >= 1000) return String(significant(percent, Math.floor(Math.log10(size)) + 1));
+    const value = significant(percent, 3);
+    if (value === 0 || size >= 1e-4) return String(value);
+    const [digits, exponent] = value.toExponential().split('e-');
+    return `${digits}e-${exponent.padStart(2, '0')}`;
 }
 
 const shown = (value) => (value === '' ? '(nothing)' : String(value));

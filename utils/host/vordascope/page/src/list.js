@@ -8,56 +8,60 @@ import { courses } from './now.js';
 
 const MANY = 24;
 
-/** A picture beside a value: its course over the series, or its list or grid now. */
-function picture(field, length, n) {
-    if (!field.numeric) return null;
-    if (field.shape === 'scalar')
-        return field.varies && length > 2 ? spark(courses(field, length)).element : null;
-    const value = field.at(n);
-    if (value === null) return null;
-    if (field.shape === 'grid') return patch(value.map((row) => flat(row).map(number)));
+/** The list or grid of a value as a picture; null where numbers say as much. */
+function pictureOf(field, value) {
+    if (!field.numeric || value === null || field.shape === 'scalar') return null;
     const list = flat(value).map(number);
-    return list.length > 2 ? spark([list]).element : null;
+    if (field.shape === 'list') return list.length > 2 ? spark([list]).element : null;
+    // Pairs and tuples are no map.
+    return value[0].length > 3 ? patch(value.map((row) => flat(row).map(number))) : null;
 }
 
+/** A value as printed: a matrix in its rows, pairs one after another. */
+function valueText(field, value) {
+    if (field.shape !== 'grid' || value === null || value[0].length < 3) return printed(value);
+    return value.map(printed).join('\n');
+}
+
+const small = (text, title, click) =>
+    el(
+        'button',
+        { type: 'button', class: 'quiet', title, 'aria-label': title, on: { click } },
+        text,
+    );
+
+/** The line of a field: its name, value, picture, what vorda says of it, and what one can do. */
 class Row {
     constructor(series, store, field) {
-        this.series = series;
         this.field = field;
         this.value = el('td', { class: 'value' });
         this.picture = el('td', { class: 'picture' });
+        this.course =
+            field.charted && field.shape === 'scalar' ? spark(courses(field, series.length)) : null;
+        if (this.course) this.picture.append(this.course.element);
         const name = el(
             'button',
-            {
-                type: 'button',
-                class: 'copy',
-                title: `copy ${field.name}`,
-                on: { click: () => copy(name, field.name) },
-            },
+            { type: 'button', class: 'copy', title: `copy ${field.name}` },
             field.label,
         );
+        name.addEventListener('click', () => copy(name, field.name));
+        const value = small('copy', `copy the value of ${field.name}`, () =>
+            copy(value, valueText(field, field.at(store.view.n))),
+        );
         const add = () => store.set({ added: [...new Set([...store.view.added, field.name])] });
-        const charted =
-            field.varies && field.numeric && field.shape !== 'grid' && series.length > 2;
-        const plot =
-            charted &&
-            el(
-                'button',
-                {
-                    type: 'button',
-                    class: 'quiet',
-                    title: 'add a chart over time',
-                    on: { click: add },
-                },
-                '+',
-            );
         this.element = el(
             'tr',
             {},
             el('th', { scope: 'row' }, name),
             this.value,
             this.picture,
-            el('td', { class: 'note' }, field.note, plot || null),
+            el('td', { class: 'note' }, field.note),
+            el(
+                'td',
+                { class: 'acts' },
+                value,
+                field.charted ? small('+', `add a chart of ${field.name} over time`, add) : null,
+            ),
         );
     }
 
@@ -67,16 +71,15 @@ class Row {
         const value = field.at(n);
         const before = a === null ? value : field.at(a);
         const differs = !same(before, value);
-        const rows =
-            field.shape === 'grid' && value !== null ? value.map(printed) : [printed(value)];
-        setText(this.value, rows.join('\n'));
+        setText(this.value, valueText(field, value));
         if (differs) {
             const parts = difference(before, value, field.kind);
             this.value.append(el('div', { class: 'difference' }, differenceOf('span', parts)));
         }
         this.element.classList.toggle('changed', differs);
-        const shown = picture(field, this.series.length, n);
-        if (shown) this.picture.replaceChildren(shown);
+        this.course?.mark(n, a);
+        const picture = pictureOf(field, value);
+        if (picture) this.picture.replaceChildren(picture);
     }
 }
 

@@ -70,6 +70,11 @@ export class Field {
         return (this.varies ? this.values[n] : this.values[0]) ?? null;
     }
 
+    /** Whether it can have a chart over time: a number, or a few, that varies over a series. */
+    get charted() {
+        return this.values.length > 2 && this.numeric && this.shape !== 'grid';
+    }
+
     /** Whether it is drawn as numbers. */
     get numeric() {
         return (

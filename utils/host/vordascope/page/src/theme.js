@@ -1,4 +1,5 @@
 // Light, dark or as the system is.
+import { measureAgain } from './canvas.js';
 import { forgetColours } from './dom.js';
 
 const KEY = 'vordascope-theme';
@@ -34,8 +35,12 @@ export const theme = {
             // It then lasts as long as the page.
         }
     },
-    /** Whatever the theme, paper is white. */
-    paper: (printing) => apply(printing ? 'light' : current()),
+    /** Whatever the theme, paper is white, and as wide as the style says. */
+    paper(printing) {
+        apply(printing ? 'light' : current());
+        document.documentElement.toggleAttribute('data-paper', printing);
+        measureAgain();
+    },
     /** Calls the listener when the system's theme changes. */
     listen(listener, signal) {
         system.addEventListener(

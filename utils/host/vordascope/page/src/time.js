@@ -132,9 +132,7 @@ export function timeSection(series, store) {
 
     const shown = moving.map(([title, lines]) => new Course(series, store, title, lines));
     const added = new Map();
-    const candidates = series.fields.filter(
-        (field) => field.varies && field.numeric && field.shape !== 'grid',
-    );
+    const candidates = series.fields.filter((field) => field.charted);
     const choice = el(
         'select',
         { 'aria-label': 'add a chart of a field' },

@@ -1,5 +1,6 @@
 // A line chart in the page's style, drawn by uPlot.
 import uPlot from 'uplot';
+import { currentLayout } from '../canvas.js';
 import { colourOf, el, setText } from '../dom.js';
 import { short } from '../ticks.js';
 
@@ -45,6 +46,7 @@ export function chart(options) {
     const element = el('div', { class: 'chart', role: 'img', 'aria-label': options.label });
     element.style.height = `${height}px`;
     let plot = null;
+    let measuredIn = currentLayout();
     let pressedAt = 0;
 
     function create(data) {
@@ -90,14 +92,16 @@ export function chart(options) {
                     onPick(created.cursor.idx, event);
             });
         }
-        new ResizeObserver(() => {
-            const width = element.clientWidth;
-            if (width > 0 && width !== created.width) {
-                created.setSize({ width, height });
-                options.onResize?.();
-            }
-        }).observe(element);
+        new ResizeObserver(fit).observe(element);
         return created;
+    }
+
+    function fit() {
+        measuredIn = currentLayout();
+        const width = element.clientWidth;
+        if (width === 0 || width === plot.width) return;
+        plot.setSize({ width, height });
+        options.onResize?.();
     }
 
     const lineOptions = ({ colour, dashed, stepped, filled }) => ({
@@ -121,6 +125,7 @@ export function chart(options) {
         /** Draws [x, y of line 0, y of line 1, ...]; `visible` says which lines show. */
         show(data, visible = lines.map(() => true)) {
             plot ??= create(data);
+            if (measuredIn !== currentLayout()) fit();
             plot.batch(() => {
                 visible.forEach((show, i) => {
                     if (plot.series[i + 1].show !== show) plot.setSeries(i + 1, { show });

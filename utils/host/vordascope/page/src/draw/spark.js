@@ -62,7 +62,8 @@ export function patch(rows) {
     const view = canvas(
         (context, width, height) => paintCells(context, width, height, rows, colour),
         {
-            height: HEIGHT,
+            width: WIDTH,
+            ratio: 1,
             label: `${rows.length} rows of values`,
             className: 'patch',
         },
