@@ -138,6 +138,33 @@ std::string read_file(const std::string &path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+std::string difference_from_golden(const std::string &name, const std::string &text)
+{
+    const std::string path = VORDA_SOURCE_DIR "/tests/golden/" + name;
+    if (getenv("VORDA_GOLDEN") != nullptr)
+        std::ofstream(path, std::ios::binary) << text;
+    const std::string recorded = read_file(path);
+    if (text == recorded)
+        return "";
+    std::istringstream recorded_lines(recorded);
+    std::istringstream printed_lines(text);
+    for (int number = 1;; number++) {
+        std::string expected;
+        std::string printed;
+        const bool more = static_cast<bool>(std::getline(recorded_lines, expected));
+        const bool more_printed = static_cast<bool>(std::getline(printed_lines, printed));
+        if (!more && !more_printed)
+            return path + ": the end of its last line differs";
+        if (!more)
+            expected = "(the end)";
+        if (!more_printed)
+            printed = "(the end)";
+        if (expected != printed)
+            return path + ":" + std::to_string(number) + "\nrecorded: " + expected +
+                   "\nprinted:  " + printed;
+    }
+}
+
 TempFile::TempFile(size_t size) : path_(from_environment("TMPDIR", "/tmp") + "/vorda-test-XXXXXX")
 {
     const int fd = mkstemp(path_.data());
@@ -301,7 +328,7 @@ std::unique_ptr<DipPathCtx> snapshot_of(const std::string &kind)
         for (size_t i = 0; i < sizeof(*ctx); i++) {
             do {
                 state = state * 1664525 + 1013904223;
-                bytes[i] = static_cast<uint8_t>(state >> 24);
+                bytes[i] = static_cast<uint8_t>(state >> 24 | 0x80);
             } while (i > 0 && bytes[i] == bytes[i - 1]);
         }
         DipCtx &dip = ctx->dip_ctx;

@@ -38,6 +38,10 @@ std::vector<std::pair<std::string, std::string>> parse_listing(const std::string
 
 std::string read_file(const std::string &path);
 
+// Where a text differs from the one recorded in golden/: file, line, both lines; "" when it does
+// not. With VORDA_GOLDEN=write in the environment the text is recorded anew.
+std::string difference_from_golden(const std::string &name, const std::string &text);
+
 // A region in a file of its own, mapped here as well. It begins as the scene's first frame.
 class Region
 {
@@ -114,6 +118,6 @@ std::string built(const std::string &name);
 // Waits until a condition holds, at most `ms` milliseconds; returns whether it does.
 bool eventually(int ms, const std::function<bool()> &condition);
 
-// Snapshots that reveal a wrong field, width or sign: "distinct" (every byte differs from its
-// neighbours, the bound window in slot 5), "ones" (all bits set), "zero".
+// Snapshots that reveal a wrong field, width or sign: "distinct" (every byte differs from the one
+// before it and has its top bit set, the bound window is in slot 5), "ones" (all bits set), "zero".
 std::unique_ptr<DipPathCtx> snapshot_of(const std::string &kind);

@@ -123,12 +123,12 @@ TEST(Journey, PrintsTheSnapshotOfTheChosenPath)
 TEST(Journey, PrintsAllAsRecorded)
 {
     Region region;
-    for (const std::string kind : {"distinct", "ones", "zero"}) {
+    const std::string index = "dev_idx = 0, path_idx = 0\n";
+    for (const std::string kind : {"distinct", "zero"}) {
         region->path[0].dip = *snapshot_of(kind);
         const Result result = run_vorda({"all"}, region.file());
-        EXPECT_TRUE(result.out == "dev_idx = 0, path_idx = 0\n" +
-                                      read_file(VORDA_SOURCE_DIR "/tests/golden/" + kind + ".txt"))
-            << kind;
+        EXPECT_TRUE(result.out.starts_with(index));
+        EXPECT_EQ(difference_from_golden(kind + ".txt", result.out.substr(index.size())), "");
         EXPECT_EQ(result.err, "");
         EXPECT_EQ(result.status, 0);
     }
