@@ -6,6 +6,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # What the presets need to configure and build vordascope and its tests.
 # shellcheck disable=SC2034 # used where this file is sourced
 HOST_PACKAGES=(libcli11-dev nlohmann-json3-dev zlib1g-dev)
+# What makes the page of vordascope: its reader for WebAssembly, and node from wherever it came.
+# shellcheck disable=SC2034
+PAGE_PACKAGES=(clang lld libc++-dev-wasm32 libclang-rt-dev-wasm32)
+command -v node >/dev/null || PAGE_PACKAGES+=(nodejs)
+command -v npm >/dev/null || PAGE_PACKAGES+=(npm)
 
 scratch=$(mktemp -d) # gone when the script ends
 trap 'rm -rf "$scratch"' EXIT
