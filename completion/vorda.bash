@@ -3,8 +3,12 @@
 _vorda()
 {
     local vorda=${COMP_WORDS[0]} word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}
-    local categories
+    local categories i entry=
     COMPREPLY=()
+
+    # The command as it was typed, with its quotes; nothing in it is run to find out what it means.
+    vorda=${vorda//[\"\'\\]/}
+    [[ $vorda != '~/'* ]] || vorda=$HOME/${vorda#'~/'}
 
     [[ $before == -[dp] ]] && return
     if [[ $word == -* ]]; then
@@ -12,8 +16,18 @@ _vorda()
         return
     fi
 
+    # One entry is all that counts, or "list" and a category.
+    for ((i = 1; i < COMP_CWORD; i++)); do
+        case ${COMP_WORDS[i]} in
+        -[dp]) ((i++)) ;;
+        -*) ;;
+        *) entry+=${COMP_WORDS[i]}\  ;;
+        esac
+    done
+    [[ -z $entry || $entry == 'list ' ]] || return
+
     categories=$("$vorda" list 2>/dev/null | sed -n 's/^- \([a-z]*\):.*/\1/p')
-    if [[ $before == list ]]; then
+    if [[ $entry == 'list ' ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$categories" -- "$word")
     elif [[ $word == *.* ]]; then
         # The listing goes to standard error, " - category.item : description".

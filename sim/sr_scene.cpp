@@ -1,6 +1,7 @@
 // sr-scene: fills a region file with a plausible scene and, if asked, keeps it alive.
 #include "camera_lock.h"
 #include "scene.h"
+#include "usage.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -10,22 +11,26 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <string_view>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
 
 namespace
 {
 
-constexpr int BAD_USAGE = 2;
-
+constexpr char PROGRAM[] = "sr-scene";
 constexpr char USAGE[] =
-    "Usage: sr-scene [--live] [--fps N] [--stamp] [--no-lock] FILE\n"
+    "Usage: sr-scene [--live] [--fps N] [--stamp] [--no-lock] [--force] FILE\n"
     "Fills the region FILE, which is created when missing, with a scene of two sensors.\n"
-    "  --live     go on frame by frame until stopped, under each path's lock\n"
+    "  --live     go on frame by frame until stopped, under each path's lock: the lights go down at\n"
+    "             frame 30, change their colour at 120 and come back at 200; 300 begins anew\n"
     "  --fps N    frames a second with --live (default 25; 0: as fast as possible)\n"
     "  --stamp    fill every byte of a frame with the same value, another one each frame\n"
-    "  --no-lock  leave the locks out, to see torn frames\n";
+    "  --no-lock  leave the locks out, to see torn frames\n"
+    "  --force    overwrite FILE even if it is no region\n"
+    "  -h, --help print this help\n";
 
 struct Options {
     const char *file = nullptr;
@@ -33,44 +38,57 @@ struct Options {
     long fps = 25;
     bool stamp = false;
     bool lock = true;
+    bool force = false;
+    bool help = false;
 };
 
 volatile sig_atomic_t stopped;
 
-// Returns whether the command line makes sense.
-bool parse(int argc, char **argv, Options *options)
+// Returns 0, or the status to end with after a message.
+int parse(int argc, char **argv, Options *options)
 {
     for (int i = 1; i < argc; i++) {
-        const char *arg = argv[i];
-        if (strcmp(arg, "--live") == 0) {
+        const std::string_view arg = argv[i];
+        if (arg == "--live") {
             options->live = true;
-        } else if (strcmp(arg, "--fps") == 0 && i + 1 < argc) {
+        } else if (arg == "--fps") {
             char *end = nullptr;
-            options->fps = strtol(argv[++i], &end, 10);
-            if (*end != '\0' || options->fps < 0 || options->fps > 1000)
-                return false;
-        } else if (strcmp(arg, "--stamp") == 0) {
+            const char *number = i + 1 < argc ? argv[++i] : "nothing";
+            options->fps = strtol(number, &end, 10);
+            if (end == number || *end != '\0' || options->fps < 0 || options->fps > 1000)
+                return bad_usage(PROGRAM, "--fps takes a number from 0 to 1000, not ", number);
+        } else if (arg == "--stamp") {
             options->stamp = true;
-        } else if (strcmp(arg, "--no-lock") == 0) {
+        } else if (arg == "--no-lock") {
             options->lock = false;
-        } else if (arg[0] == '-' || options->file != nullptr) {
-            return false;
+        } else if (arg == "--force") {
+            options->force = true;
+        } else if (arg == "-h" || arg == "--help") {
+            options->help = true;
+        } else if (arg.starts_with('-')) {
+            return bad_usage(PROGRAM, "unknown option ", argv[i]);
+        } else if (options->file != nullptr) {
+            return bad_usage(PROGRAM, "one file is enough, not also ", argv[i]);
         } else {
-            options->file = arg;
+            options->file = argv[i];
         }
     }
-    return options->file != nullptr;
+    return options->file != nullptr || options->help ? 0 : bad_usage(PROGRAM, "missing file");
 }
 
 // Maps the region file, with its size set right; nullptr after a message.
-VplatConf *map_region(const char *file)
+VplatConf *map_region(const char *file, bool force)
 {
     void *region = MAP_FAILED;
     const int fd = open(file, O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-    if (fd >= 0 && ftruncate(fd, sizeof(VplatConf)) == 0)
-        region = mmap(nullptr, sizeof(VplatConf), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-    if (region == MAP_FAILED)
-        fprintf(stderr, "sr-scene: %s: %s\n", file, strerror(errno));
+    struct stat info = {};
+    if (fd >= 0 && fstat(fd, &info) == 0 && info.st_size != 0 &&
+        info.st_size != static_cast<off_t>(sizeof(VplatConf)) && !force)
+        bad_file(PROGRAM, file, "exists and is no region; --force overwrites it");
+    else if (fd < 0 || ftruncate(fd, sizeof(VplatConf)) != 0 ||
+             (region = mmap(nullptr, sizeof(VplatConf), PROT_READ | PROT_WRITE, MAP_SHARED, fd,
+                            0)) == MAP_FAILED)
+        bad_file(PROGRAM, file, strerror(errno));
     if (fd >= 0)
         close(fd);
     return region == MAP_FAILED ? nullptr : static_cast<VplatConf *>(region);
@@ -107,11 +125,13 @@ void stop(int)
 int main(int argc, char **argv)
 {
     Options options;
-    if (!parse(argc, argv, &options)) {
-        fputs(USAGE, stderr);
-        return BAD_USAGE;
+    if (const int status = parse(argc, argv, &options); status != 0)
+        return status;
+    if (options.help) {
+        fputs(USAGE, stdout);
+        return 0;
     }
-    VplatConf *conf = map_region(options.file);
+    VplatConf *conf = map_region(options.file, options.force);
     if (conf == nullptr)
         return BAD_USAGE;
 

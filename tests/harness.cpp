@@ -283,7 +283,7 @@ std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const s
                                    const Environment &added, const std::string &out,
                                    const std::set<int> &closed)
 {
-    const std::string library = built("sim/libsr_device.so");
+    static const std::string library = preloadable(built("sim/libsr_device.so"));
     Environment environment = added;
     environment[SR_REGION_ENV] = region;
 

@@ -224,85 +224,33 @@ TEST(Documents, TheManualDescribesTheItemsThatThereAre)
 
 TEST(Documents, CompletionOffersTheToolsOwnNames)
 {
-    const auto offered = [](const std::string &words) {
-        const std::string script = "source " VORDA_SOURCE_DIR "/completion/vorda.bash; "
-                                   "COMP_WORDS=(" VORDA_BUILD_DIR "/vorda " +
-                                   words +
-                                   "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _vorda; "
-                                   "echo \"${COMPREPLY[@]}\"";
-        return Child({"bash", "-c", script}, {}).finish().out;
+    // The command line ends in the word to complete; the tool is found by the name that is typed.
+    const auto offered = [](const std::string &words, const std::string &typed) {
+        const std::string script =
+            "source \"$source/completion/vorda.bash\"; COMP_WORDS=('" + typed + "' " + words +
+            "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); cd \"$build\"; _vorda; "
+            "echo \"${COMPREPLY[@]}\"";
+        return Child({"bash", "-c", script}, {{"source", VORDA_SOURCE_DIR},
+                                              {"build", VORDA_BUILD_DIR},
+                                              {"HOME", VORDA_BUILD_DIR}})
+            .finish()
+            .out;
     };
-    EXPECT_EQ(offered("''"), "cfg intl share stat vinfo all list help\n");
-    EXPECT_EQ(offered("s"), "share stat\n");
-    EXPECT_EQ(offered("list ''"), "cfg intl share stat vinfo\n");
-    EXPECT_EQ(offered("-p 1 vinfo.b"), "vinfo.bayer vinfo.bind_win\n");
-    EXPECT_EQ(offered("cfg.front_n"), "cfg.front_nr\n");
-    EXPECT_EQ(offered("-"), "-d -p -h\n");
-    EXPECT_EQ(offered("-d ''"), "\n");
-    EXPECT_EQ(offered("x.y"), "\n");
-}
-
-TEST(SrRun, GivesClearErrors)
-{
-    const std::string sr_run = VORDA_BUILD_DIR "/sim/sr-run";
-    const std::pair<std::vector<std::string>, std::string> rows[] = {
-        {{sr_run}, "sr-run: missing command\n"},
-        {{sr_run, "--region"}, "sr-run: missing file for --region\n"},
-        {{sr_run, "--fast", "true"}, "sr-run: unknown option --fast\n"},
-        {{sr_run, "--region", "/nonexistent/region", "true"},
-         "sr-run: /nonexistent/region: No such file or directory\n"},
-        {{sr_run, "--", "/nonexistent/program"},
-         "sr-run: /nonexistent/program: No such file or directory\n"},
-    };
-    for (const auto &[argv, message] : rows) {
-        const Result result = Child(argv, {}).finish();
-        EXPECT_TRUE(result.err.starts_with(message)) << result.err;
-        EXPECT_EQ(result.status, 2);
-    }
-}
-
-TEST(SrScene, FillsTheSameFrameAgainAndGoesOnWhenAsked)
-{
-    const std::string sr_scene = VORDA_BUILD_DIR "/sim/sr-scene";
-    const TempFile first;
-    const TempFile second(1000); // not a region yet
-    for (const TempFile *file : {&first, &second})
-        EXPECT_EQ(Child({sr_scene, file->path()}, {}).finish().status, 0);
-    EXPECT_EQ(std::filesystem::file_size(second.path()), sizeof(VplatConf));
-    const auto all = [](const TempFile &file) { return run_vorda({"all"}, file.path()).out; };
-    const std::string before = all(first);
-    EXPECT_TRUE(all(second) == before);
-
-    Child live({sr_scene, "--live", "--fps", "200", first.path()}, {});
-    EXPECT_TRUE(eventually(10000, [&] { return all(first) != before; }));
-    kill(live.pid(), SIGTERM);
-    EXPECT_EQ(live.finish().status, 0); // it ends after a whole frame
-
-    for (const std::vector<std::string> &arguments :
-         {std::vector<std::string>{}, {"--fps", "x", "f"}, {"--slow", "f"}, {"f", "g"}}) {
-        std::vector<std::string> argv = {sr_scene};
-        argv.insert(argv.end(), arguments.begin(), arguments.end());
-        const Result result = Child(argv, {}).finish();
-        EXPECT_TRUE(result.err.starts_with("Usage: sr-scene"));
-        EXPECT_EQ(result.status, 2);
-    }
-    const Result unwritable = Child({sr_scene, "/nonexistent/region"}, {}).finish();
-    EXPECT_EQ(unwritable.err, "sr-scene: /nonexistent/region: No such file or directory\n");
-    EXPECT_EQ(unwritable.status, 2);
-}
-
-TEST(SrRun, RunsACommandOverARegionOrAFreshOne)
-{
-    const Region region;
-    const Environment environment = {{"ASAN_OPTIONS", "verify_asan_link_order=0"}};
-    const std::string program = VORDA_BUILD_DIR "/vorda";
-    const std::string sr_run = VORDA_BUILD_DIR "/sim/sr-run";
-    EXPECT_EQ(Child({sr_run, "--region", region.file(), "--", program, "vinfo.bayer"}, environment)
-                  .finish()
-                  .out,
-              "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
-    EXPECT_EQ(Child({sr_run, program, "vinfo"}, environment).finish().err,
-              "Input path 0 is not enabled on video device 0.\n");
+    const std::string here = "./vorda";
+    EXPECT_EQ(offered("''", here), "cfg intl share stat vinfo all list help\n");
+    EXPECT_EQ(offered("s", here), "share stat\n");
+    EXPECT_EQ(offered("list ''", here), "cfg intl share stat vinfo\n");
+    EXPECT_EQ(offered("-p 1 vinfo.b", here), "vinfo.bayer vinfo.bind_win\n");
+    EXPECT_EQ(offered("cfg.front_n", here), "cfg.front_nr\n");
+    EXPECT_EQ(offered("-", here), "-d -p -h\n");
+    for (const char *nothing :
+         {"-d ''", "x.y", "share ''", "-p 1 cfg.nr c", "list cfg ''", "list -p 1 cfg ''", "help l"})
+        EXPECT_EQ(offered(nothing, here), "\n") << nothing;
+    EXPECT_EQ(offered("share -", here), "-d -p -h\n"); // options may follow
+    EXPECT_EQ(offered("li", "~/vorda"), "list\n");
+    EXPECT_EQ(offered("vin", "\"./vorda\""), "vinfo\n");
+    EXPECT_EQ(offered("vin", "$(touch ran)vorda"), "\n");
+    EXPECT_FALSE(std::filesystem::exists(VORDA_BUILD_DIR "/ran"));
 }
 
 } // namespace

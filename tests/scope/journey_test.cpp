@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -205,14 +206,15 @@ TEST(ScopeJourney, OutputThatCannotBeWritten)
 // BusyBox's shell, with commands from one folder before all others.
 Environment with_path(const std::string &folder)
 {
-    return {{"PATH", folder + ":" + getenv("PATH")}};
+    // Not by its full name, in which there may be a colon.
+    return {{"PATH", std::filesystem::relative(folder).string() + ":" + getenv("PATH")}};
 }
 
 TEST(Record, WritesSnapshotsBelowTheirTimes)
 {
     const Region region;
     Environment environment = with_path(built("."));
-    environment["LD_PRELOAD"] = built("sim/libsr_device.so");
+    environment["LD_PRELOAD"] = preloadable(built("sim/libsr_device.so"));
     environment["ASAN_OPTIONS"] = "verify_asan_link_order=0:detect_leaks=0";
     environment[SR_REGION_ENV] = region.file();
     const std::string script = VORDA_SOURCE_DIR "/utils/target/vorda-record";

@@ -1,0 +1,149 @@
+// The programs beside the stand-in device: what they do with regions, and what they refuse.
+#include "harness.h"
+#include "scene.h"
+
+#include <csignal>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+const std::string vorda = VORDA_BUILD_DIR "/vorda";
+const std::string sr_run = VORDA_BUILD_DIR "/sim/sr-run";
+const std::string sr_scene = VORDA_BUILD_DIR "/sim/sr-scene";
+const std::string sr_capture = VORDA_BUILD_DIR "/sim/sr-capture";
+const Environment environment = {{"ASAN_OPTIONS", "verify_asan_link_order=0"}};
+
+std::string all_of(const TempFile &file)
+{
+    return run_vorda({"all"}, file.path()).out;
+}
+
+TEST(Sim, ErrorsSayWhatIsWrongAndHelpIsNoError)
+{
+    const TempFile text(1000);
+    const std::pair<std::vector<std::string>, std::string> rows[] = {
+        {{sr_run}, "sr-run: missing command\nTry 'sr-run --help'.\n"},
+        {{sr_run, "--region"}, "sr-run: missing file for --region\nTry 'sr-run --help'.\n"},
+        {{sr_run, "--fast", "true"}, "sr-run: unknown option --fast\nTry 'sr-run --help'.\n"},
+        {{sr_run, "--unlock", "true"}, "sr-run: --unlock needs --region\nTry 'sr-run --help'.\n"},
+        {{sr_run, "--region", "/nonexistent/region", "true"},
+         "sr-run: /nonexistent/region: No such file or directory\n"},
+        {{sr_run, "--region", "/", "true"}, "sr-run: /: Is a directory\n"},
+        {{sr_run, "--region", text.path(), "true"},
+         "sr-run: " + text.path() + ": not a region, its size is another one\n"},
+        {{sr_run, "--", "/nonexistent/program"},
+         "sr-run: /nonexistent/program: No such file or directory\n"},
+        {{sr_scene}, "sr-scene: missing file\nTry 'sr-scene --help'.\n"},
+        {{sr_scene, "--fps", "x", "f"},
+         "sr-scene: --fps takes a number from 0 to 1000, not x\nTry 'sr-scene --help'.\n"},
+        {{sr_scene, "--slow", "f"}, "sr-scene: unknown option --slow\nTry 'sr-scene --help'.\n"},
+        {{sr_scene, "f", "g"},
+         "sr-scene: one file is enough, not also g\nTry 'sr-scene --help'.\n"},
+        {{sr_scene, "/nonexistent/region"},
+         "sr-scene: /nonexistent/region: No such file or directory\n"},
+        {{sr_scene, text.path()},
+         "sr-scene: " + text.path() + ": exists and is no region; --force overwrites it\n"},
+        {{sr_capture, "f"}, "sr-capture: unexpected word f\nTry 'sr-capture --help'.\n"},
+        {{sr_run, sr_capture}, "sr-capture: /dev/sr: there is no region yet\n"},
+    };
+    for (const auto &[argv, message] : rows) {
+        const Result result = Child(argv, environment).finish();
+        EXPECT_EQ(result.err, message);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.status, 2);
+    }
+    EXPECT_EQ(read_file(text.path()), std::string(1000, '\0'));
+
+    for (const std::string &program : {sr_run, sr_scene, sr_capture})
+        for (const char *help : {"-h", "--help"}) {
+            const Result result = Child({program, help}, {}).finish();
+            EXPECT_TRUE(result.out.starts_with("Usage: sr-")) << result.out;
+            EXPECT_EQ(result.err, "");
+            EXPECT_EQ(result.status, 0);
+        }
+}
+
+TEST(Sim, ASceneIsTheSameAgainAndGoesOnWhenAsked)
+{
+    const TempFile first;
+    const TempFile second(1000);
+    EXPECT_EQ(Child({sr_scene, first.path()}, {}).finish().status, 0);
+    EXPECT_EQ(Child({sr_scene, "--force", second.path()}, {}).finish().status, 0);
+    EXPECT_EQ(std::filesystem::file_size(second.path()), sizeof(VplatConf));
+    const std::string before = all_of(first);
+    EXPECT_TRUE(all_of(second) == before);
+
+    Child live({sr_scene, "--live", "--fps", "200", first.path()}, {});
+    EXPECT_TRUE(eventually(10000, [&] { return all_of(first) != before; }));
+    kill(live.pid(), SIGTERM);
+    EXPECT_EQ(live.finish().status, 0); // it ends after a whole frame
+}
+
+TEST(Sim, ACommandSeesARegionOrAFreshOne)
+{
+    const Region region;
+    EXPECT_EQ(Child({sr_run, "--region", region.file(), "--", vorda, "vinfo.bayer"}, environment)
+                  .finish()
+                  .out,
+              "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
+    EXPECT_EQ(Child({sr_run, vorda, "vinfo"}, environment).finish().err,
+              "Input path 0 is not enabled on video device 0.\n");
+}
+
+TEST(Sim, ABuildFolderMayHaveABlankAndAColonInItsName)
+{
+    const Region region;
+    TempFile folder;
+    const std::string moved = folder.path() + " a:b";
+    std::filesystem::create_directory(moved);
+    for (const char *name : {"sr-run", "libsr_device.so"})
+        std::filesystem::copy(VORDA_BUILD_DIR + std::string("/sim/") + name, moved + "/" + name);
+    const Result result =
+        Child({moved + "/sr-run", "--region", region.file(), vorda, "vinfo.bayer"}, environment)
+            .finish();
+    EXPECT_EQ(result.out, "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
+    EXPECT_EQ(result.err, "");
+    std::filesystem::remove_all(moved);
+}
+
+// A region whose lock was held when it was captured: nobody releases it.
+TEST(Sim, ACapturedLockIsNamedAndOpenedInACopy)
+{
+    const Region region;
+    region->path[1].lock.word = 1;
+    Child waiting({sr_run, "--region", region.file(), vorda, "-p", "1", "vinfo.bayer"},
+                  environment);
+    EXPECT_FALSE(waiting.ends_within(1000));
+    kill(waiting.pid(), SIGKILL);
+    EXPECT_EQ(waiting.finish().err,
+              "sr-run: " + region.file() +
+                  ": the lock of path 1 is taken. If nobody is left to release it, as in a\n"
+                  "captured region, run it with --unlock.\n");
+
+    const std::string before = read_file(region.file());
+    const std::string text = "dev_idx = 0, path_idx = 1\nvinfo.bayer = 0 (Phase Gr)\n";
+    const std::vector<std::string> unlocked = {sr_run, "--unlock", "--region", region.file(),
+                                               vorda,  "-p",       "1",        "vinfo.bayer"};
+    EXPECT_EQ(Child(unlocked, environment).finish().out, text);
+    EXPECT_TRUE(read_file(region.file()) == before);
+}
+
+TEST(Sim, ACaptureIsWholeAndItsLocksAreFree)
+{
+    const Region region;
+    region->path[0].lock.word = 1; // for longer than the capture waits
+    const TempFile file;
+    const Result result =
+        Child({sr_run, "--region", region.file(), sr_capture}, environment, file.path()).finish();
+    EXPECT_NE(result.err.find("path 0 stays locked"), std::string::npos) << result.err;
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(region->path[0].lock.word, 1U);
+    region->path[0].lock.word = 0;
+    EXPECT_TRUE(read_file(file.path()) == read_file(region.file()));
+}
+
+} // namespace
