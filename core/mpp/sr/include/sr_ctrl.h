@@ -1,7 +1,8 @@
 // Client of the shared region in which the media platform keeps its live configuration.
 //
-// One process maps the region at most once. SR_openShm and SR_getShmAddr may be called from several
-// threads; SR_closeShm must not run beside them.
+// One process maps the region at most once. Several threads may open it, and each may look items up
+// once its own SR_openShm has returned. A look-up beside the first opening of another thread is a
+// race, and so is SR_closeShm beside anything.
 #pragma once
 
 #include <cstdint>

@@ -153,11 +153,12 @@ public:
     void grid(const Values &values, size_t columns, uint8_t width);
 
 protected:
-    // Brings about at least ROOM characters between at_ and end_.
-    using MakeRoom = void (*)(Text &text);
-
-    // For the longest that is written at one go: a padded number and what stands around it.
+    // What is written at one go at most: a padded number and what stands around it.
     static constexpr size_t ROOM = UINT8_MAX + sizeof(" = \n");
+
+    // Moves what has been written out of the way, so that at_ has room for ROOM characters at
+    // least.
+    using MakeRoom = void (*)(Text &text);
 
     Text(char *begin, char *end, MakeRoom make_room) : at_(begin), end_(end), make_room_(make_room)
     {
@@ -165,7 +166,7 @@ protected:
     ~Text() = default;
 
     char *at_;  // where the next character goes
-    char *end_; // of the room for more
+    char *end_; // where the room ends
 
 private:
     char *room();

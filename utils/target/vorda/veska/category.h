@@ -16,9 +16,17 @@
 // another way has rows of its own type, with the same `name` and `comments`.
 struct item {
     const char *name;     // lower case, unique within the category
-    const char *comments; // one line, without its full stop
+    const char *comments; // one line, without its full stop; output, misspelt words too
     void (*print)(Text &text, const DipPathCtx &ctx);
 };
+
+// The `print` of an item that prints one part of the DIP's context: print(text, part). The members
+// lead to the part, from DipCtx on.
+template <auto print, auto... members>
+void part(Text &text, const DipPathCtx &ctx)
+{
+    print(text, (ctx.dip_ctx.*....*members));
+}
 
 // The order in which a category prints all of its items: their places in the item table. A name
 // that the table does not hold does not compile.

@@ -230,6 +230,7 @@ void print_fcs(Text &text, const DipFcsCfg &cfg)
     text.value("corr.target_rg_ratio", fcs.corr.target_rg_ratio);
 }
 
+// A coefficient of a colour matrix: key " = " value ",\n"
 void print_coeff(Text &text, const char *key, int32_t value)
 {
     text.put(key, " = ", Padded(value, 5), ",\n");
@@ -463,6 +464,7 @@ void print_nr_cfg(Text &text, const DipNrCfg &cfg)
     text.value("iir.alpha_c_gain", nr.iir.alpha_c_gain);
 }
 
+// A number of a curve whose numbers print one by one: key index " = " value "\n"
 void print_knot(Text &text, const char *key, int index, int32_t value)
 {
     text.put(key, index);
@@ -598,14 +600,8 @@ void sensors(Text &text, const DipPathCtx &ctx)
     print_sensors(text, ctx.dip_ctx, block, false);
 }
 
-template <auto member, auto print>
-void block(Text &text, const DipPathCtx &ctx)
-{
-    print(text, ctx.dip_ctx.cfg.*member);
-}
-
 // The slot of the bound window.
-template <auto slots, auto print>
+template <auto print, auto slots>
 void window(Text &text, const DipPathCtx &ctx)
 {
     const int slot = active_win_idx(ctx.dip_ctx);
@@ -615,49 +611,52 @@ void window(Text &text, const DipPathCtx &ctx)
         text.put("Unable to acquire corresponding window cfg.\n");
 }
 
-// The misspelt descriptions are output like the rest.
 constexpr item item_list[] = {
     {"cal", "Calibration(CAL) modules, including DBC, DCC, CRC, LSC", print_cal},
     {"dbc", "Device Black-level Correction(DBC) module", sensors<dbc>},
     {"dcc", "Device Color Correction(DCC) module", sensors<dcc>},
     {"crc", "CRC module", sensors<crc>},
     {"lsc", "Lens Shading Correction(LSC) module", sensors<lsc>},
-    {"awb", "Auto White Balance(AWB) module", block<&DipAllCfg::awb, print_awb>},
-    {"te", "Tone Enhancement(TE) module", block<&DipAllCfg::te, print_te>},
-    {"hte", "HDR tone enhacement(HTE) module", block<&DipAllCfg::hte, print_hte>},
-    {"gamma", "Gamma module", block<&DipAllCfg::gamma, print_gamma>},
-    {"dpc", "Defect Pixel Correction(DPC) module", block<&DipAllCfg::dpc, print_dpc>},
-    {"dpd", "DPD extension settings", block<&DipAllCfg::dpd, print_dpd>},
-    {"dms", "Demosaicking(DMS) module", block<&DipAllCfg::dms, print_dms>},
-    {"fcs", "False Color Suppression(FCS) module", block<&DipAllCfg::fcs, print_fcs>},
-    {"csm", "Color Saturation Modification(CSM) module", block<&DipAllCfg::csm, print_csm>},
-    {"front_enh", "Front Enhancement(ENH) module", block<&DipAllCfg::front_enh, print_enh_cfg>},
-    {"front_me", "Front Motion Estimation(ME) module", block<&DipAllCfg::front_me, print_front_me>},
+    {"awb", "Auto White Balance(AWB) module", part<print_awb, &DipCtx::cfg, &DipAllCfg::awb>},
+    {"te", "Tone Enhancement(TE) module", part<print_te, &DipCtx::cfg, &DipAllCfg::te>},
+    {"hte", "HDR tone enhacement(HTE) module", part<print_hte, &DipCtx::cfg, &DipAllCfg::hte>},
+    {"gamma", "Gamma module", part<print_gamma, &DipCtx::cfg, &DipAllCfg::gamma>},
+    {"dpc", "Defect Pixel Correction(DPC) module", part<print_dpc, &DipCtx::cfg, &DipAllCfg::dpc>},
+    {"dpd", "DPD extension settings", part<print_dpd, &DipCtx::cfg, &DipAllCfg::dpd>},
+    {"dms", "Demosaicking(DMS) module", part<print_dms, &DipCtx::cfg, &DipAllCfg::dms>},
+    {"fcs", "False Color Suppression(FCS) module", part<print_fcs, &DipCtx::cfg, &DipAllCfg::fcs>},
+    {"csm", "Color Saturation Modification(CSM) module",
+     part<print_csm, &DipCtx::cfg, &DipAllCfg::csm>},
+    {"front_enh", "Front Enhancement(ENH) module",
+     part<print_enh_cfg, &DipCtx::cfg, &DipAllCfg::front_enh>},
+    {"front_me", "Front Motion Estimation(ME) module",
+     part<print_front_me, &DipCtx::cfg, &DipAllCfg::front_me>},
     {"gluey_front_me", "Gluey Front Motion Estimation(ME) module",
-     block<&DipAllCfg::gluey_front_me, print_gluey_set>},
+     part<print_gluey_set, &DipCtx::cfg, &DipAllCfg::gluey_front_me>},
     {"active_front_me", "Active Front Motion Estimation(ME) module",
-     block<&DipAllCfg::active_front_me, print_active_set>},
+     part<print_active_set, &DipCtx::cfg, &DipAllCfg::active_front_me>},
     {"front_motion_status_cfg", "Front Motion status configuration for ME module",
-     block<&DipAllCfg::front_motion_status_cfg, print_motion_status>},
+     part<print_motion_status, &DipCtx::cfg, &DipAllCfg::front_motion_status_cfg>},
     {"front_nr", "Front Noise Reduction(NR) module",
-     window<&DipAllCfg::win_front_nr, print_nr_cfg>},
-    {"enh", "Enhancement(ENH) module", window<&DipAllCfg::win_enh, print_enh_cfg>},
-    {"shp", "Sharpness(SHP) module", window<&DipAllCfg::win_shp, print_shp_cfg>},
-    {"dhz", "Dehaze(DHZ) module", block<&DipAllCfg::dhz, print_dhz>},
-    {"pta", "Post Tone Enhancement(PTE) module", block<&DipAllCfg::pte, print_pta>},
-    {"me", "Motion Estimation(ME) module", block<&DipAllCfg::me, print_me>},
-    {"gluey_me", "Gluey Motion Estimation module", block<&DipAllCfg::gluey_me, print_gluey_set>},
+     window<print_nr_cfg, &DipAllCfg::win_front_nr>},
+    {"enh", "Enhancement(ENH) module", window<print_enh_cfg, &DipAllCfg::win_enh>},
+    {"shp", "Sharpness(SHP) module", window<print_shp_cfg, &DipAllCfg::win_shp>},
+    {"dhz", "Dehaze(DHZ) module", part<print_dhz, &DipCtx::cfg, &DipAllCfg::dhz>},
+    {"pta", "Post Tone Enhancement(PTE) module", part<print_pta, &DipCtx::cfg, &DipAllCfg::pte>},
+    {"me", "Motion Estimation(ME) module", part<print_me, &DipCtx::cfg, &DipAllCfg::me>},
+    {"gluey_me", "Gluey Motion Estimation module",
+     part<print_gluey_set, &DipCtx::cfg, &DipAllCfg::gluey_me>},
     {"active_me", "Acitve Motion Estimation module",
-     block<&DipAllCfg::active_me, print_active_set>},
+     part<print_active_set, &DipCtx::cfg, &DipAllCfg::active_me>},
     {"motion_status_cfg", "Motion status configuration for ME module",
-     block<&DipAllCfg::motion_status_cfg, print_motion_status>},
-    {"nr", "Noise Reduction(NR) module", window<&DipAllCfg::win_nr, print_nr_cfg>},
-    {"coring", "Coring module", block<&DipAllCfg::coring, print_coring>},
-    {"hdr", "High Dynamic Range (HDR) module", block<&DipAllCfg::hdr, print_hdr>},
-    {"hawb", "HDR AWB module", block<&DipAllCfg::hawb, print_hawb>},
-    {"isp_lm", "Large motion (LM) module", window<&DipAllCfg::isp_lm, print_lm_cfg>},
+     part<print_motion_status, &DipCtx::cfg, &DipAllCfg::motion_status_cfg>},
+    {"nr", "Noise Reduction(NR) module", window<print_nr_cfg, &DipAllCfg::win_nr>},
+    {"coring", "Coring module", part<print_coring, &DipCtx::cfg, &DipAllCfg::coring>},
+    {"hdr", "High Dynamic Range (HDR) module", part<print_hdr, &DipCtx::cfg, &DipAllCfg::hdr>},
+    {"hawb", "HDR AWB module", part<print_hawb, &DipCtx::cfg, &DipAllCfg::hawb>},
+    {"isp_lm", "Large motion (LM) module", window<print_lm_cfg, &DipAllCfg::isp_lm>},
     {"weak_win_shp", "Sharpness(SHP) module (weak setting)",
-     window<&DipAllCfg::weak_win_shp, print_shp_cfg>},
+     window<print_shp_cfg, &DipAllCfg::weak_win_shp>},
 };
 
 // dbc, dcc, crc and lsc are part of cal.

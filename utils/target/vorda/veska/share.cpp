@@ -90,29 +90,26 @@ void print_max_str_info(Text &text, const DipShareInfo &share)
     text.value("share.point_non_boost_thd", share.point_non_boost_thd);
 }
 
-template <auto print>
-void from_share(Text &text, const DipPathCtx &ctx)
-{
-    print(text, ctx.dip_ctx.share);
-}
-
 constexpr item item_list[] = {
-    {"inttime", "Sensor integration/exposure time", from_share<print_inttime>},
-    {"sensor_gain", "Sensor pixel gain", from_share<print_sensor_gain>},
-    {"isp_gain", "Additional pixel gain in DCC", from_share<print_isp_gain>},
-    {"sys_gain", "Total pixel gain", from_share<print_sys_gain>},
-    {"frame_delay", "Skipped frames between AE executions", from_share<print_frame_delay>},
+    {"inttime", "Sensor integration/exposure time", part<print_inttime, &DipCtx::share>},
+    {"sensor_gain", "Sensor pixel gain", part<print_sensor_gain, &DipCtx::share>},
+    {"isp_gain", "Additional pixel gain in DCC", part<print_isp_gain, &DipCtx::share>},
+    {"sys_gain", "Total pixel gain", part<print_sys_gain, &DipCtx::share>},
+    {"frame_delay", "Skipped frames between AE executions",
+     part<print_frame_delay, &DipCtx::share>},
     {"flicker_free_conf", "Confidence that no flicker appears in the scene",
-     from_share<print_flicker_free_conf>},
-    {"fps", "Sensor frame rate", from_share<print_fps>},
-    {"ratio", "Exposure changes compared to the previous change", from_share<print_ratio>},
-    {"iso_type", "ISO type", from_share<print_iso_type>},
-    {"noise_level", "Noise level (ISO type 1)", from_share<print_noise_level>},
-    {"colormatrix", "CCM values", from_share<print_colormatrix>},
-    {"color_temp", "Predicted color temperture of the current scene", from_share<print_color_temp>},
+     part<print_flicker_free_conf, &DipCtx::share>},
+    {"fps", "Sensor frame rate", part<print_fps, &DipCtx::share>},
+    {"ratio", "Exposure changes compared to the previous change",
+     part<print_ratio, &DipCtx::share>},
+    {"iso_type", "ISO type", part<print_iso_type, &DipCtx::share>},
+    {"noise_level", "Noise level (ISO type 1)", part<print_noise_level, &DipCtx::share>},
+    {"colormatrix", "CCM values", part<print_colormatrix, &DipCtx::share>},
+    {"color_temp", "Predicted color temperture of the current scene",
+     part<print_color_temp, &DipCtx::share>},
     {"ccm_mult_split", "Reduced ratio of CCM that should be compensated in GMA module",
-     from_share<print_ccm_mult_split>},
-    {"max_str_info", "Tone enhancement max_str info", from_share<print_max_str_info>},
+     part<print_ccm_mult_split, &DipCtx::share>},
+    {"max_str_info", "Tone enhancement max_str info", part<print_max_str_info, &DipCtx::share>},
 };
 constexpr auto order = table_order(item_list);
 

@@ -182,21 +182,15 @@ void print_mcvp_var(Text &text, const DipMcvpVar &mcvp)
     text.put("sum: ", mcvp.var.hor_sum + mcvp.var.ver_sum, "\n");
 }
 
-template <auto member, auto print>
-void stat(Text &text, const DipPathCtx &ctx)
-{
-    print(text, ctx.dip_ctx.stat.*member);
-}
-
 constexpr item item_list[] = {
-    {"flag", "Statistics valid flags", stat<&DipAllStat::flag, print_flag>},
-    {"lum", "Luminance histogram", stat<&DipAllStat::lum, print_lum>},
-    {"awb", "Awb statistics", stat<&DipAllStat::awb, print_awb>},
-    {"var", "Raw variance statistics", stat<&DipAllStat::af, print_var>},
-    {"shp", "Luma statistics in SHP", stat<&DipAllStat::shp, print_shp>},
-    {"dhz", "Luma statistics in DHZ", stat<&DipAllStat::dhz, print_dhz>},
-    {"mv", "MV histogram", stat<&DipAllStat::mv, print_mv>},
-    {"mcvp_var", "Variance statistics", stat<&DipAllStat::mcvp_var, print_mcvp_var>},
+    {"flag", "Statistics valid flags", part<print_flag, &DipCtx::stat, &DipAllStat::flag>},
+    {"lum", "Luminance histogram", part<print_lum, &DipCtx::stat, &DipAllStat::lum>},
+    {"awb", "Awb statistics", part<print_awb, &DipCtx::stat, &DipAllStat::awb>},
+    {"var", "Raw variance statistics", part<print_var, &DipCtx::stat, &DipAllStat::af>},
+    {"shp", "Luma statistics in SHP", part<print_shp, &DipCtx::stat, &DipAllStat::shp>},
+    {"dhz", "Luma statistics in DHZ", part<print_dhz, &DipCtx::stat, &DipAllStat::dhz>},
+    {"mv", "MV histogram", part<print_mv, &DipCtx::stat, &DipAllStat::mv>},
+    {"mcvp_var", "Variance statistics", part<print_mcvp_var, &DipCtx::stat, &DipAllStat::mcvp_var>},
 };
 constexpr auto order = table_order(item_list);
 

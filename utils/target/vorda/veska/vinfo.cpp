@@ -22,9 +22,8 @@ enum video_type : int32_t {
     VTYPE_QUADRUPLE_SENSOR = 5,
 };
 
-void print_type(Text &text, const DipPathCtx &ctx)
+void print_type(Text &text, const DipDevAttr &dev)
 {
-    const DipDevAttr &dev = ctx.dip_ctx.dev_attr;
     switch (dev.snp_link.bmp) {
     case 0b0011:
         if (dev.stitch_en != 0)
@@ -50,9 +49,9 @@ void print_type(Text &text, const DipPathCtx &ctx)
     }
 }
 
-void print_bayer(Text &text, const DipPathCtx &ctx)
+void print_bayer(Text &text, const DipPathAttr &path)
 {
-    switch (ctx.dip_ctx.path_attr.bayer) {
+    switch (path.bayer) {
     case MPI_BAYER_PHASE_G0:
         text.value("vinfo.bayer", MPI_BAYER_PHASE_G0, " (Phase Gr)\n");
         break;
@@ -71,34 +70,36 @@ void print_bayer(Text &text, const DipPathCtx &ctx)
     }
 }
 
-void print_bind_win(Text &text, const DipPathCtx &ctx)
+void print_bind_win(Text &text, const DipWinInfo &info)
 {
-    const MPI_WIN &win = ctx.dip_ctx.win_info.win_idx;
+    const MPI_WIN &win = info.win_idx;
     text.put("vinfo.bind_win = (", win.chn, ",", win.win, ")\n");
 }
 
-void print_valid_win(Text &text, const DipPathCtx &ctx)
+void print_valid_win(Text &text, const DipCtx &dip_ctx)
 {
-    const int count = std::min(ctx.dip_ctx.active_win_cnt, DIP_WIN_NUM);
+    const int count = std::min(dip_ctx.active_win_cnt, DIP_WIN_NUM);
     text.put("vinfo.valid_win = ");
     for (int i = 0; i < count; i++) {
-        const int32_t win = ctx.dip_ctx.flat_win_list[i];
+        const int32_t win = dip_ctx.flat_win_list[i];
         text.put(i > 0 ? " (" : "(", win / 4, ",", win % 4, ")");
     }
     text.put("\n");
 }
 
-void print_ispv2(Text &text, const DipPathCtx &ctx)
+void print_ispv2(Text &text, int32_t is_ispv2_en)
 {
-    text.value("vinfo.ispv2", ctx.dip_ctx.is_ispv2_en);
+    text.value("vinfo.ispv2", is_ispv2_en);
 }
 
 constexpr item item_list[] = {
-    {"type", "Type of video system, eg. dual sensor, stitching, HDR, etc", print_type},
-    {"bayer", "Bayer phase", print_bayer},
-    {"bind_win", "The id of the main video window DIP focus on", print_bind_win},
-    {"valid_win", "List of video windows binding to this input path", print_valid_win},
-    {"ispv2", "Either ISP V2 is enabled", print_ispv2},
+    {"type", "Type of video system, eg. dual sensor, stitching, HDR, etc",
+     part<print_type, &DipCtx::dev_attr>},
+    {"bayer", "Bayer phase", part<print_bayer, &DipCtx::path_attr>},
+    {"bind_win", "The id of the main video window DIP focus on",
+     part<print_bind_win, &DipCtx::win_info>},
+    {"valid_win", "List of video windows binding to this input path", part<print_valid_win>},
+    {"ispv2", "Either ISP V2 is enabled", part<print_ispv2, &DipCtx::is_ispv2_en>},
 };
 constexpr auto order = table_order(item_list);
 
