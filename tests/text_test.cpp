@@ -163,7 +163,7 @@ TEST(Text, IsTheSameInBothPlacesAndAnyWhereItsRoomEnds)
 std::string arrived(const Output &plan, std::vector<size_t> *sizes = nullptr)
 {
     register_categories();
-    const auto ctx = snapshot_of("distinct");
+    static const auto ctx = snapshot_of("distinct");
     const int file = memfd_create("arrived", MFD_CLOEXEC);
     const int notes = memfd_create("sizes", MFD_CLOEXEC);
     fflush(nullptr);

@@ -11,7 +11,7 @@ HeapText::~HeapText()
 
 int32_t HeapText::deliver(char **str)
 {
-    put(std::string_view("", 1)); // the terminating zero
+    put(std::string_view("\0", 1)); // the end of a C string
     *str = std::exchange(block_, nullptr);
     at_ = end_ = nowhere_;
     return failed_ ? -1 : 0;

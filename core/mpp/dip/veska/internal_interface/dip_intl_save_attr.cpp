@@ -161,9 +161,10 @@ void write_pta(Text &text, const DipIntlPtaParam &p)
              "; scene_curve with 33 control points, range is [0, 1024]\n"
              "; range for scene_curve.val_*-*: [0~10]\n");
     for (int i = 0; i < INTL_PTA_CURVE_NUM; i++)
-        for (uint8_t row = 0; row < 3; row++) {
+        for (int row = 0; row < 3; row++) {
             text.put("scene_curve.val_", i, "-", row, "  =");
-            text.open_run("", Values(p.scene_curve[i].val).part(row * 11, 11), 5);
+            text.open_run("", Values(p.scene_curve[i].val).part(static_cast<size_t>(row) * 11, 11),
+                          5);
         }
 }
 
