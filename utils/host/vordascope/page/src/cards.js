@@ -86,17 +86,26 @@ class Card {
                     .map((field) => stateText(field, field.at(this.view.n)))
                     .join(' · '),
             );
-            if (!this.#drawing) {
+            const first = !this.#drawing;
+            if (first) {
                 const { card, parts } = this.entry;
                 this.#drawing = DRAWINGS[card.draw](parts, card);
                 this.body.replaceChildren(...this.#drawing.elements.flat());
             }
             this.#drawing.draw(this.view);
+            if (first) this.#broaden();
         } catch (error) {
             this.#drawing = null;
             const text = `This card could not be drawn (${error.message}). Its numbers stand under “All fields”.`;
             this.body.replaceChildren(el('p', { class: 'failed', role: 'alert' }, text));
         }
+    }
+
+    /** Gives a table that is wider than the card the place of two. */
+    #broaden() {
+        const table = this.body.querySelector('.wide');
+        if (table && table.scrollWidth > table.clientWidth)
+            this.element.classList.add('broad-card');
     }
 }
 

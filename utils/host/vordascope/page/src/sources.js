@@ -3,7 +3,7 @@
 import { extent, flat, number } from './model.js';
 
 export class Source {
-    #range = null;
+    #extents = null;
 
     /** @param {string} name what the drawing calls it @param {Field[]} fields in order */
     constructor(name, fields) {
@@ -30,20 +30,49 @@ export class Source {
         });
     }
 
-    /**
-     * The least and the greatest number over the whole series, so that a scale stands still while
-     * one steps through it.
-     */
-    range() {
-        this.#range ??= extent(
-            this.fields.flatMap((field) => extent(flat(field.values).map(number))),
-        );
-        return this.#range;
+    /** The least and the greatest number of each snapshot; one pair where it never varies. */
+    extents() {
+        const length = Math.max(...this.fields.map(({ values }) => values.length));
+        this.#extents ??= Array.from({ length }, (_, n) => extent(this.numbers(n)));
+        return this.#extents;
     }
 }
 
-/** The range that several sources share. */
-export const rangeOf = (sources) => extent(sources.flatMap((source) => source.range()));
+/** The least and the greatest number of the sources in all snapshots. */
+export const wholeRange = (sources) => extent(sources.flatMap((source) => source.extents().flat()));
+
+/** The part of the snapshots, at either end, whose extremes do not make a scale. */
+const RARE = 0.1;
+
+/**
+ * A scale for snapshots: that of most of them, so that it stands still while one steps through a
+ * series; where one of the shown ones goes beyond, as far as that goes.
+ * @param {number[][]} extents the least and the greatest number of each snapshot
+ * @param {number[]} shown indexes of the snapshots that show
+ */
+export function steadyRange(extents, shown) {
+    const at = (n) => extents[extents.length > 1 ? n : 0];
+    const ordered = (end) =>
+        extents
+            .map((pair) => pair[end])
+            .filter(Number.isFinite)
+            .sort((p, q) => p - q);
+    const [lows, highs] = [ordered(0), ordered(1)];
+    const rare = Math.floor(lows.length * RARE);
+    return extent([lows[rare], highs[highs.length - 1 - rare], ...shown.flatMap(at)]);
+}
+
+/** The scale that several sources share. */
+export function rangeOf(sources, shown) {
+    const length = Math.max(...sources.map((source) => source.extents().length));
+    const extents = Array.from({ length }, (_, n) =>
+        extent(sources.flatMap((source) => source.extents()[source.varies ? n : 0])),
+    );
+    return steadyRange(extents, shown);
+}
+
+/** The snapshots that a view shows. */
+export const shownIn = ({ n, a }) => (a === null ? [n] : [a, n]);
 
 const hits = (pattern, text) =>
     pattern instanceof RegExp ? pattern.exec(text) : pattern === text && [text];

@@ -3,7 +3,7 @@ import uPlot from 'uplot';
 import { lineColour } from '../colours.js';
 import { el, setText } from '../dom.js';
 import { extent } from '../model.js';
-import { rangeOf } from '../sources.js';
+import { rangeOf, shownIn } from '../sources.js';
 import { chart, legend, padded } from './chart.js';
 
 const ascends = (list) => list.every((x, i) => Number.isFinite(x) && (i === 0 || x > list[i - 1]));
@@ -18,6 +18,12 @@ function tableOf(curves, n) {
     });
     return tables;
 }
+
+/** A histogram's shape says more than its size: its scale is that of what shows alone. */
+const histogramRange = (sources, shown) => {
+    const counts = sources.flatMap((source) => shown.flatMap((n) => source.numbers(n)));
+    return [0, extent(counts)[1]];
+};
 
 /**
  * @param {{name: string, x: Source|null, y: Source}[]} curves
@@ -35,13 +41,14 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
     const names = legend(entries);
     const note = el('p', { class: 'plain' });
     let data = [[]];
+    let range = [0, 1];
 
-    const view = chart({
+    const plot = chart({
         lines: [...before, ...entries],
         height,
         label: `curves of ${curves.map(({ name }) => name).join(', ')}`,
         points: curves.some(({ x }) => x),
-        range: () => padded(stepped ? [0, rangeOf(ys)[1]] : rangeOf(ys)),
+        range: () => padded(range),
         xRange: () => extent(data[0]),
         onHover(i) {
             if (i === null) return names.read(null);
@@ -52,7 +59,9 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
         },
     });
 
-    function draw({ n, a }) {
+    function draw(view) {
+        const { n, a } = view;
+        range = stepped ? histogramRange(ys, shownIn(view)) : rangeOf(ys, shownIn(view));
         const compared = a !== null && curves.some(({ x, y }) => x?.varies || y.varies);
         let tables = [...tableOf(curves, compared ? a : n), ...tableOf(curves, n)];
         const broken = tables.find(([x]) => !ascends(x));
@@ -60,9 +69,9 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
         if (broken) tables = tables.map(([, y]) => [y.map((_, i) => i), y]);
         data = uPlot.join(tables);
         const empty = data[0].length === 0;
-        view.element.hidden = empty;
+        plot.element.hidden = empty;
         if (empty) return setText(note, 'no numbers');
-        view.show(data, [...before.map(() => compared), ...entries.map(() => true)]);
+        plot.show(data, [...before.map(() => compared), ...entries.map(() => true)]);
     }
-    return { elements: [view.element, names.element, note], draw };
+    return { elements: [plot.element, names.element, note], draw };
 }

@@ -4,7 +4,7 @@ import { canvas, pointerAt } from '../canvas.js';
 import { cssOf, diverging, inkOn, sequential } from '../colours.js';
 import { el, setText } from '../dom.js';
 import { extent } from '../model.js';
-import { rangeOf } from '../sources.js';
+import { rangeOf, shownIn, wholeRange } from '../sources.js';
 import { short } from '../ticks.js';
 
 const place = (value, [low, high]) => (high > low ? (value - low) / (high - low) : 0.5);
@@ -185,17 +185,20 @@ function group(sources, options) {
         changeScale.show([-largest, largest], 'B − A');
     }
 
-    function draw({ n, a }) {
-        const range = rangeOf(sources);
-        now.hidden = !(range[1] > range[0]);
-        changes.hidden = true;
-        setText(plainChange, '');
-        const names = sources.map(({ name }) => name).join(', ');
-        const all = Number.isNaN(range[0]) ? 'no numbers' : `all ${range[0]}`;
-        setText(plain, now.hidden ? `${names}: ${all}` : '');
+    const [lowest, highest] = wholeRange(sources);
+    if (!(highest > lowest)) {
+        const all = Number.isNaN(lowest) ? 'no numbers' : `all ${lowest}`;
+        setText(plain, `${sources.map(({ name }) => name).join(', ')}: ${all}`);
+        now.hidden = changes.hidden = true;
+    }
+
+    function draw(view) {
         if (now.hidden) return;
-        drawNow(n, range);
-        if (a !== null && sources.some((source) => source.varies)) drawChanges(n, a);
+        drawNow(view.n, rangeOf(sources, shownIn(view)));
+        const compared = view.a !== null && sources.some((source) => source.varies);
+        setText(plainChange, '');
+        changes.hidden = true;
+        if (compared) drawChanges(view.n, view.a);
     }
     return { element: el('div', { class: 'map-group' }, plain, now, changes, plainChange), draw };
 }

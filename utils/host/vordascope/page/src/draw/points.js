@@ -1,10 +1,9 @@
 // The three drawings in a plane: chromaticities of the regions, motion vectors, peak positions.
 import { lineColour } from '../colours.js';
 import { extent } from '../model.js';
+import { shownIn, steadyRange } from '../sources.js';
 import { short } from '../ticks.js';
 import { aired, plane } from './plane.js';
-
-const snapshots = (view) => (view.a === null ? [view.n] : [view.a, view.n]);
 
 /** Chromaticity r/g and b/g of each region, from the maps of r, g and b; the reference of a comparison is drawn hollow. */
 export function chromaticity([r, g, b]) {
@@ -31,17 +30,20 @@ export function chromaticity([r, g, b]) {
         return all.get(n);
     }
 
-    let ranges = null;
-    function fixed(length) {
-        const points = Array.from({ length: varies ? length : 1 }, (_, n) => of(n)).flat();
-        ranges ??= ['x', 'y'].map((axis) => aired(extent(points.map((point) => point[axis]))));
-        return ranges;
+    let extents = null;
+    function ranges(now) {
+        extents ??= ['x', 'y'].map((axis) =>
+            Array.from({ length: varies ? now.series.length : 1 }, (_, n) =>
+                extent(of(n).map((point) => point[axis])),
+            ),
+        );
+        return extents.map((pairs) => aired(steadyRange(pairs, shownIn(now))));
     }
 
     return {
         elements: view.elements,
         draw(now) {
-            const points = snapshots(now).flatMap((n) => {
+            const points = shownIn(now).flatMap((n) => {
                 const hollow = n !== now.n;
                 return of(n).map((point) => ({
                     ...point,
@@ -51,7 +53,7 @@ export function chromaticity([r, g, b]) {
                     text: `${point.at} r/g ${short(point.x)}, b/g ${short(point.y)}`,
                 }));
             });
-            view.show(points, ...fixed(now.series.length));
+            view.show(points, ...ranges(now));
         },
     };
 }
@@ -73,7 +75,7 @@ export function vectors([bins]) {
         elements: view.elements,
         draw(now) {
             if (!ranges) fix(now.series.length);
-            const points = snapshots(now).flatMap((n) => {
+            const points = shownIn(now).flatMap((n) => {
                 const hollow = n !== now.n;
                 return bins.rows(n).map(([x, y, count], i) => ({
                     x,

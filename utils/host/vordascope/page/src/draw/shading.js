@@ -2,7 +2,7 @@
 import { canvas } from '../canvas.js';
 import { cssOf, sequential } from '../colours.js';
 import { el, setText } from '../dom.js';
-import { rangeOf } from '../sources.js';
+import { wholeRange } from '../sources.js';
 import { lines } from './lines.js';
 import { maps } from './map.js';
 
@@ -52,7 +52,7 @@ function surface(sources) {
     let shown = sources[0];
     const view = canvas(
         (context, width, height) => {
-            const mesh = project(rows, rangeOf(sources), turn, width, height);
+            const mesh = project(rows, wholeRange(sources), turn, width, height);
             context.lineWidth = 0.5;
             context.strokeStyle = 'rgb(255 255 255 / 0.45)';
             for (const { corners, level } of patches(mesh)) {
@@ -147,8 +147,8 @@ class Section {
         return rows[this.row ?? rows.length >> 1] ?? [];
     }
 
-    range() {
-        return this.source.range();
+    extents() {
+        return this.source.extents();
     }
 }
 
