@@ -253,8 +253,11 @@ test('a search leaves the fields and cards that match, and opens them', async (t
     assert.deepEqual(await texts(page, '.item:not([hidden]) tr:not([hidden]) th'), [
         'gamma_domain_avg_16b',
     ]);
-    await page.fill('input[type=search]', '');
-    await page.waitForFunction(() => !document.querySelector('details.item[open]'));
+    // Hundreds of fields are a list of items to choose from.
+    for (const query of ['cfg', '']) {
+        await page.fill('input[type=search]', query);
+        await page.waitForFunction(() => !document.querySelector('details.item[open]'));
+    }
 });
 
 test('a drag across a chart measures, a click goes there', async (t) => {
@@ -387,7 +390,7 @@ test('nothing is wider than the window, wide or narrow', async (t) => {
             { width, fragment: '#n=9&a=2&step=3-8' },
         );
         await drawAll(page);
-        await page.fill('input[type=search]', 'cfg');
+        await page.fill('input[type=search]', 'lut_i');
         await page.waitForSelector('details.item[open]');
         const widths = await page.evaluate(() => [
             document.documentElement.scrollWidth,

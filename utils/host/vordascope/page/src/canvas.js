@@ -25,14 +25,14 @@ export function canvas(paint, { ratio, height, width, label, className = '' }) {
     else element.style.aspectRatio = String(1 / ratio);
 
     // The size is read when it changes, not for each repaint, which would lay out the page anew.
-    let size = null;
+    let size = width ? [width, height ?? width * ratio] : null;
     let measuredIn = layout;
     function measure() {
         size = [element.clientWidth, element.clientHeight];
         measuredIn = layout;
     }
     function repaint() {
-        if (!size || measuredIn !== layout) measure();
+        if (!width && (!size || measuredIn !== layout)) measure();
         const [wide, tall] = size;
         if (wide === 0 || tall === 0) {
             size = null;
@@ -47,11 +47,13 @@ export function canvas(paint, { ratio, height, width, label, className = '' }) {
         context.clearRect(0, 0, wide, tall);
         paint(context, wide, tall);
     }
-    new ResizeObserver(() => {
-        const before = size;
-        measure();
-        if (before && (before[0] !== size[0] || before[1] !== size[1])) repaint();
-    }).observe(element);
+    if (!width) {
+        new ResizeObserver(() => {
+            const before = size;
+            measure();
+            if (before && (before[0] !== size[0] || before[1] !== size[1])) repaint();
+        }).observe(element);
+    }
     return { element, repaint };
 }
 

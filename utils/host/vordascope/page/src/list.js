@@ -6,7 +6,8 @@ import { patch, spark } from './draw/spark.js';
 import { flat, number, printed, same } from './model.js';
 import { courses } from './now.js';
 
-const MANY = 24;
+/** As many fields open by themselves when they are found; more are a list to choose from. */
+const MANY = 250;
 
 /** The list or grid of a value as a picture; null where numbers say as much. */
 function pictureOf(field, value) {
@@ -160,21 +161,21 @@ export function listSection(series, store) {
         for (const item of items) item.update(view, changed);
         const count = items.reduce((sum, item) => sum + item.shown.length, 0);
         const narrowed = view.only || !view.find.empty;
+        const open = narrowed && count <= MANY;
+        const hint = narrowed && !open ? ' Open an item, or look for more words.' : '';
         setText(
             summary,
             narrowed
-                ? `${count} of ${series.fields.length} fields.`
+                ? `${count} of ${series.fields.length} fields.${hint}`
                 : `${series.fields.length} fields of ${items.length} items.`,
         );
         // What was looked for opens by itself, and closes again with the search.
         if (!changed.has('query') && !changed.has('only')) return;
-        const open =
-            narrowed &&
-            (!view.find.empty || items.filter((item) => item.shown.length).length <= MANY);
         if (open || opened)
             for (const item of items) item.element.open = open && item.shown.length > 0;
         opened = open;
     }
+
     return {
         id: 'fields',
         title: 'All fields',

@@ -68,6 +68,6 @@ export function patch(rows) {
             className: 'patch',
         },
     );
-    requestAnimationFrame(view.repaint);
+    view.repaint();
     return view.element;
 }
