@@ -215,6 +215,11 @@ TEST(Reader, TextsMayHoldLineEnds)
             {"path = /a\n\x80\n\n$b\n\n; comment\n\x81\n",
              "intl.lsc.path = \"/a\n\x80\n\n$b\"\n? 9: neither a key nor a row\n"},
             {"path = \n\xFF\nnext = 1\n", "intl.lsc.path = \"\n\xFF\"\nintl.lsc.next = 1\n"},
+            // A line that has a form is no part of it, whether it has a place or not.
+            {"path = /a\npath = /b\n=== time.x ===\na = 1\n1, 2\n\x80\n",
+             "intl.lsc.path = \"/a\"\n? 4: a second field of this name\n"
+             "? 5: a section of a name that is taken\n? 6: outside of any section\n"
+             "? 7: a row without a label\n? 8: neither a key nor a row\n"},
             // What it forges is read; a field that comes twice is told.
             {"path = /a\nenable = 1\nenable = 0\n",
              "intl.lsc.path = \"/a\"\nintl.lsc.enable = 1\n? 5: a second field of this name\n"},

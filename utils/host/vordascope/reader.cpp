@@ -187,7 +187,7 @@ public:
 
 private:
     // What a line turned out to be.
-    enum class Line : uint8_t { blank, layout, data, label, unread };
+    enum class Line : uint8_t { blank, layout, data, label, shapeless, unread };
 
     // Values in one line: of a field, of a row.
     struct Run {
@@ -232,6 +232,14 @@ private:
     void enter(Slot *slot, uint32_t hash, uint32_t member);
     void grow();
 
+    // A line of no form that vorda prints: it may belong to a text.
+    Line shapeless(const char *why)
+    {
+        why_ = why;
+        return Line::shapeless;
+    }
+
+    // A line that has a form but no place.
     Line unread(const char *why)
     {
         why_ = why;
@@ -311,15 +319,16 @@ uint64_t Parser::parse(Snapshot &snapshot)
                                              : unread("outside of any snapshot");
         }
 
-        if (line == Line::unread && open_text_ != NONE) {
+        if (line == Line::shapeless && open_text_ != NONE) {
             Value &text = s_->values[s_->fields[open_text_].first];
             text.kind = Kind::text;
             text.size = static_cast<uint32_t>(end - text.begin);
-        } else if (line == Line::unread) {
-            s_->unread.push_back({line_, {begin, end}, why_});
-        } else if (line != Line::blank && text_line_ != line_) {
-            open_text_ = NONE;
+            continue;
         }
+        if (line == Line::shapeless || line == Line::unread)
+            s_->unread.push_back({line_, {begin, end}, why_});
+        if (line != Line::blank && text_line_ != line_)
+            open_text_ = NONE;
     }
     close_rows();
     return line_;
@@ -353,10 +362,10 @@ Parser::Line Parser::read_section(const char *p, const char *end)
     std::string_view name(p, static_cast<size_t>(end - p));
     if (!name.starts_with(OPEN) || !name.ends_with(CLOSE) ||
         name.size() <= OPEN.size() + CLOSE.size())
-        return unread("no section");
+        return shapeless("no section");
     name = name.substr(OPEN.size(), name.size() - OPEN.size() - CLOSE.size());
     if (!is(name.front(), LETTER) || !all_of(name, KEY))
-        return unread("no section");
+        return shapeless("no section");
 
     const size_t dot = name.find('.');
     NodeIndex node = category(name.substr(0, dot));
@@ -371,7 +380,7 @@ Parser::Line Parser::read_tag(const char *p, const char *end)
 {
     std::string_view name(p + 1, static_cast<size_t>(end - p - 1));
     if (!name.ends_with(']') || name.size() < 2 || !is(name.front(), LETTER))
-        return unread("no heading");
+        return shapeless("no heading");
     name.remove_suffix(1);
 
     if (all_of(name, UPPER | DIGIT | MARK)) {
@@ -388,7 +397,7 @@ Parser::Line Parser::read_tag(const char *p, const char *end)
         return node != NONE ? Line::data : unread("a section of a name that is taken");
     }
     if (!all_of(name, KEY | BLANK))
-        return unread("no heading");
+        return shapeless("no heading");
     if (section_ == NONE)
         return unread("outside of any section");
     open_section(section_);
@@ -406,7 +415,7 @@ Parser::Line Parser::read_keyed(const char *p, const char *end)
     if (separator >= end || (*separator != '=' && *separator != ':')) {
         if (std::string_view(p, end) == "Unable to acquire corresponding window cfg.")
             return Line::layout;
-        return unread("neither a key nor a label");
+        return shapeless("neither a key nor a label");
     }
     const char *key_end = separator;
     while (is(key_end[-1], BLANK))
@@ -493,14 +502,14 @@ Parser::Line Parser::read_row(const char *p, const char *end)
         if (text[colon] == ':')
             return Line::layout;
     }
-    return unread("neither a key nor a row");
+    return shapeless("neither a key nor a row");
 }
 
 // "<# 3> (1, 2, 3)", or the table's head "<#bin>(x, y)"
 Parser::Line Parser::read_numbered_row(const char *p, const char *end)
 {
     if (!take(p, end, "<#"))
-        return unread("neither a key nor a row");
+        return shapeless("neither a key nor a row");
     p = skip_blanks(p);
     if (is(*p, LETTER))
         return Line::layout;
@@ -509,7 +518,7 @@ Parser::Line Parser::read_numbered_row(const char *p, const char *end)
     Run run;
     run.first = static_cast<uint32_t>(before);
     uint32_t number = 0;
-    Line line = unread("neither a key nor a row");
+    Line line = shapeless("neither a key nor a row");
     if (read_uint32(p, number) && take(p, end, ">")) {
         p = skip_blanks(p);
         if (p < end && *p == '(' && read_tuples(p, end, run) && run.count == run.columns) {
@@ -517,7 +526,7 @@ Parser::Line Parser::read_numbered_row(const char *p, const char *end)
             line = number == next ? add_row(run) : unread("a row out of order");
         }
     }
-    if (line == Line::unread)
+    if (line != Line::data)
         s_->values.resize(before);
     return line;
 }

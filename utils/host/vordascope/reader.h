@@ -21,11 +21,12 @@
 //   values, are a vector; other rows are a map. A map of six columns would be read as a vector, a
 //   vector wrapped otherwise as a map.
 // - One number is a list when a comma and a blank follow it. Tuples are rows, even a single one.
-// - A line that cannot be read and that follows a text belongs to the text, since a file's name can
-//   hold line ends. (A name that holds a readable line forges it. Nothing can tell.)
+// - A line of none of these forms that follows a text belongs to the text, since a file's name can
+//   hold line ends. (A name that holds a line of such a form forges it. Nothing can tell.)
 //
 // Any bytes have a defined result; nothing is lost:
-// - A line that cannot be read, a second field of the same path, an element or a row out of order:
+// - Any other line that cannot be read, a second field of the same path, an element or a row out of
+// order:
 //   an Unread, and the rest is read on. So is any text before the first index line.
 // - A last line without its end may have lost digits: it is not read, and the snapshot is `cut`.
 // - CRLF is read as LF.
