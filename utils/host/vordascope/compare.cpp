@@ -254,7 +254,7 @@ Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
 
     Comparison result;
     Report report(name_a, name_b);
-    const auto put_only = [&report, &out](const Snapshot &snapshot, const Field &field, int side) {
+    const auto put_only = [&report](const Snapshot &snapshot, const Field &field, int side) {
         Paragraph &paragraph = report.of(snapshot, field);
         paragraph.fields++;
         (side == 0 ? paragraph.only_a : paragraph.only_b)++;
