@@ -59,6 +59,7 @@ for (const file of process.argv.slice(2)) {
     await page.waitForTimeout(1000);
     const before = await page.evaluate(() => location.hash);
     const step = await page.evaluate(steps, STEPS);
+    await page.waitForTimeout(500);
     const moved = before !== (await page.evaluate(() => location.hash));
     console.log(basename(file), median(ready).toFixed(0), (moved ? median(step) : 0).toFixed(1));
 }
