@@ -23,9 +23,23 @@ namespace
 {
 
 constexpr off_t REGION_SIZE = sizeof(VplatConf);
-constexpr uint64_t KERNEL_ADDRESS = 0xC8000000; // any address but 0: the region exists
+// Any address but 0: the region exists. Its lower half is 0, so that nobody looks at that alone.
+constexpr uint64_t KERNEL_ADDRESS = 0xFFFFFF8000000000;
 
 bool is_device[1024]; // by descriptor
+const void *mapped;   // the device's last mapping
+
+[[gnu::format(printf, 1, 2)]] void observe(const char *format, ...)
+{
+    if (sr_observer == nullptr)
+        return;
+    char step[64];
+    va_list args;
+    va_start(args, format);
+    vsnprintf(step, sizeof(step), format, args);
+    va_end(args);
+    sr_observer(step);
+}
 
 bool on_device(int fd)
 {
@@ -66,6 +80,7 @@ int sys_open(int dir, const char *path, int flags, unsigned mode)
 
 int open_device(const char *region, int flags)
 {
+    observe("open");
     if (const int error = wanted_error("open"))
         return refuse(error);
 
@@ -97,6 +112,7 @@ int open_path(int dir, const char *path, int flags, unsigned mode)
 
 int query(int fd, SrKmallocParam *param)
 {
+    observe("query");
     if (const int error = wanted_error("query"))
         return refuse(error);
     const bool exists = size_of(fd) == REGION_SIZE;
@@ -107,6 +123,7 @@ int query(int fd, SrKmallocParam *param)
 
 int alloc(int fd, const SrKmallocParam *param)
 {
+    observe("alloc %u", param->n_byte);
     const int error = wanted_error("alloc");
     if (error != 0 && error != EEXIST)
         return refuse(error);
@@ -120,11 +137,14 @@ int alloc(int fd, const SrKmallocParam *param)
 
 int complete()
 {
+    observe("complete");
     const int error = wanted_error("complete");
     return error != 0 ? refuse(error) : 0;
 }
 
 } // namespace
+
+void (*sr_observer)(const char *step);
 
 extern "C" {
 
@@ -171,19 +191,24 @@ int ioctl(int fd, unsigned long request, ...) noexcept
 void *mmap64(void *address, size_t length, int protection, int flags, int fd,
              off64_t offset) noexcept
 {
-    if (on_device(fd)) {
+    const bool device = on_device(fd);
+    if (device) {
+        observe("map %zu %d %lld", length, protection, static_cast<long long>(offset));
         if (const int error = wanted_error("mmap")) {
             errno = error;
             return reinterpret_cast<void *>(-1);
         }
     }
 #ifdef SYS_mmap2 // counts the offset in pages of 4096 bytes
-    return reinterpret_cast<void *>(
+    auto *result = reinterpret_cast<void *>(
         syscall(SYS_mmap2, address, length, protection, flags, fd, offset >> 12));
 #else
-    return reinterpret_cast<void *>(
-        syscall(SYS_mmap, address, length, protection, flags, fd, offset));
+    auto *result =
+        reinterpret_cast<void *>(syscall(SYS_mmap, address, length, protection, flags, fd, offset));
 #endif
+    if (device)
+        mapped = result;
+    return result;
 }
 
 void *mmap(void *address, size_t length, int protection, int flags, int fd, off_t offset) noexcept
@@ -193,13 +218,17 @@ void *mmap(void *address, size_t length, int protection, int flags, int fd, off_
 
 int munmap(void *address, size_t length) noexcept
 {
+    if (address == mapped)
+        observe("unmap %zu", length);
     return static_cast<int>(syscall(SYS_munmap, address, length));
 }
 
 int close(int fd)
 {
-    if (on_device(fd))
+    if (on_device(fd)) {
+        observe("close");
         is_device[fd] = false;
+    }
     return static_cast<int>(syscall(SYS_close, fd));
 }
 

@@ -21,3 +21,8 @@ inline std::string preloadable(const std::string &library)
         return library;
     return "/proc/self/fd/" + std::to_string(open(library.c_str(), O_RDONLY));
 }
+
+// Called at the beginning of each step, for tests that link the stand-in in; nobody looks as long
+// as it is nullptr. The step is "open", "query", "alloc SIZE", "map SIZE PROTECTION OFFSET",
+// "complete", "close" or "unmap SIZE".
+extern void (*sr_observer)(const char *step);

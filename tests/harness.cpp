@@ -76,7 +76,13 @@ extern "C" [[gnu::format(printf, 2, 3)]] void syslog(int priority, const char *f
     va_end(args);
 }
 
-// What a fortified build calls in its place.
+// The messages carry the system's default identity: nobody calls this.
+extern "C" void openlog(const char *identity, int, int)
+{
+    logged.emplace_back(-1, std::string("openlog ") + (identity != nullptr ? identity : ""));
+}
+
+// What a fortified build calls in place of syslog.
 extern "C" void syslog_checked(int priority, int flag, const char *format,
                                ...) __asm__("__syslog_chk");
 extern "C" [[gnu::format(printf, 3, 4)]] void syslog_checked(int priority, int /*flag*/,

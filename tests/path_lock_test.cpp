@@ -3,6 +3,7 @@
 #include "camera_lock.h"
 #include "harness.h"
 #include "lock_probe.h"
+#include "sr_ctrl.h"
 #include "sr_device.h"
 #include "vorda.h"
 
@@ -131,19 +132,67 @@ Apart snapshot_apart(
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), word};
 }
 
-class Probe : public ::testing::Test
+class Snapshot : public ::testing::Test
 {
 protected:
-    ~Probe() override
+    ~Snapshot() override
     {
         after_lock = nullptr;
         before_unlock = nullptr;
+        SR_closeShm();
+        unsetenv(SR_REGION_ENV);
+        unsetenv(SR_FAIL_ENV);
+    }
+
+    // Takes a snapshot of path 0 in this process.
+    Result take(const std::string &failures = "")
+    {
+        setenv(SR_REGION_ENV, region_.file().c_str(), 1);
+        setenv(SR_FAIL_ENV, failures.c_str(), 1);
+        logged.clear();
+        return captured([this] {
+            return get_dip_ctx({.dev = 0, .path = 0, .dummy1 = 0x80, .dummy0 = 0x80}, &ctx_);
+        });
+    }
+
+    bool mapped() const
+    {
+        const std::string maps = read_file("/proc/self/maps");
+        const size_t ours = maps.find(region_.file()); // the mapping of the test itself
+        return maps.find(region_.file(), ours + 1) != std::string::npos;
     }
 
     Region region_;
+    DipPathCtx ctx_;
 };
 
-TEST_F(Probe, ASignalUnderTheLockTakesEffectAfterIt)
+TEST_F(Snapshot, IsWhatTheRegionHoldsUnderTheLock)
+{
+    DipPathCtx *dip = &region_->path[0].dip;
+    *dip = *snapshot_of("zero");
+    const auto later = snapshot_of("distinct"); // after the rehearsal
+    after_lock = [&] { *dip = *later; };
+    EXPECT_EQ(take().status, 0);
+    EXPECT_EQ(memcmp(&ctx_, later.get(), sizeof(ctx_)), 0);
+    EXPECT_FALSE(mapped());
+    EXPECT_EQ(logged, Log());
+}
+
+TEST_F(Snapshot, ClosesWhatItOpenedAndNothingElse)
+{
+    region_->descptr.path[0].state = 0;
+    EXPECT_EQ(take().status, 1);
+    EXPECT_FALSE(mapped());
+    EXPECT_EQ(logged, Log());
+
+    EXPECT_EQ(take("open:2").status, 1);
+    EXPECT_EQ(logged.size(), 1U); // that it cannot open; nothing about a closing
+    EXPECT_EQ(take("complete:5").status, 1);
+    EXPECT_TRUE(mapped());
+    EXPECT_EQ(logged, Log());
+}
+
+TEST_F(Snapshot, ASignalUnderTheLockTakesEffectAfterIt)
 {
     for (const int number :
          {SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGPIPE, SIGALRM, SIGTERM, SIGXCPU}) {
@@ -157,7 +206,7 @@ TEST_F(Probe, ASignalUnderTheLockTakesEffectAfterIt)
     }
 }
 
-TEST_F(Probe, NoPageFaultUnderTheLock)
+TEST_F(Snapshot, NoPageFaultUnderTheLock)
 {
     if (!BARE)
         GTEST_SKIP();
@@ -176,7 +225,7 @@ TEST_F(Probe, NoPageFaultUnderTheLock)
     }
 }
 
-TEST_F(Probe, NoSystemCallUnderTheLock)
+TEST_F(Snapshot, NoSystemCallUnderTheLock)
 {
     if (!BARE)
         GTEST_SKIP();
@@ -189,7 +238,7 @@ TEST_F(Probe, NoSystemCallUnderTheLock)
 }
 
 // The kernel refuses to wait on pages that it cannot name, as some drivers map them.
-TEST_F(Probe, TheWaitNeedsNoFutex)
+TEST_F(Snapshot, TheWaitNeedsNoFutex)
 {
     if (!BARE)
         GTEST_SKIP();

@@ -5,10 +5,13 @@
 #include "sr_ctrl.h"
 #include "sr_device.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -30,6 +33,7 @@ protected:
     SrCtrl() { use(region_.file(), ""); }
     ~SrCtrl() override
     {
+        sr_observer = nullptr;
         SR_closeShm();
         unsetenv(SR_REGION_ENV);
         unsetenv(SR_FAIL_ENV);
@@ -77,6 +81,83 @@ TEST_F(SrCtrl, EachFailureOfOpeningIsReportedAndLeavesNothingBehind)
     }
 }
 
+using Steps = std::vector<std::string>;
+Steps steps;
+
+TEST_F(SrCtrl, AsksTheDriverForNothingElseAndInThisOrder)
+{
+    sr_observer = [](const char *step) { steps.emplace_back(step); };
+    steps.clear();
+    EXPECT_EQ(SR_openShm(), 0);
+    SR_closeShm();
+    EXPECT_EQ(steps,
+              Steps({"open", "query", "map 594696 3 0", "complete", "close", "unmap 594696"}));
+
+    const TempFile none;
+    use(none.path(), "");
+    steps.clear();
+    EXPECT_EQ(SR_openShm(), 0);
+    SR_closeShm();
+    EXPECT_EQ(steps, Steps({"open", "query", "alloc 594696", "map 594696 3 0", "complete", "close",
+                            "unmap 594696"}));
+    EXPECT_EQ(logged, Log());
+}
+
+TEST_F(SrCtrl, CompletesWhenTheTableIsFilled)
+{
+    static const SrMemDescptr *table = nullptr;
+    static uint32_t last = 0;
+    table = &region_->descptr;
+    sr_observer = [](const char *step) {
+        if (step == std::string("complete"))
+            last = table->osd[127].offset;
+    };
+    EXPECT_EQ(SR_openShm(), 0);
+    EXPECT_EQ(last, 594472U);
+}
+
+// The first thread stops at a step until the second has had the time to come to the lock.
+TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
+{
+    static std::atomic<bool> stopped;
+    static std::atomic<bool> resumed;
+    static std::string stop_at;
+    static std::atomic<int> opens;
+    sr_observer = [](const char *step) {
+        opens += step == std::string("open");
+        if (step != stop_at)
+            return;
+        stopped = true;
+        while (!resumed)
+            usleep(1000);
+    };
+    static const MPI_PATH path = {};
+    const std::pair<std::string, std::function<void()>> rows[] = {
+        {"query", [] { SR_openShm(); }},
+        {"complete", [] { SR_getShmAddr(&path, SR_CTRL_DESCPTR_ITEM_INPUT_PATH); }},
+    };
+    for (const auto &[step, second] : rows) {
+        stop_at = step;
+        stopped = resumed = false;
+        opens = 0;
+        std::thread first([] { SR_openShm(); });
+        EXPECT_TRUE(eventually(10000, [] { return stopped.load(); }));
+        std::atomic<bool> done = false;
+        std::thread other([&] {
+            second();
+            done = true;
+        });
+        usleep(50000);
+        EXPECT_FALSE(done) << step;
+        EXPECT_EQ(opens, 1);
+        resumed = true;
+        first.join();
+        other.join();
+        EXPECT_TRUE(done);
+        SR_closeShm();
+    }
+}
+
 TEST_F(SrCtrl, FailedCompletionStaysOpenWithDefaultLevels)
 {
     region_->log.sr_log = 0;
@@ -86,7 +167,8 @@ TEST_F(SrCtrl, FailedCompletionStaysOpenWithDefaultLevels)
     EXPECT_EQ(logged, Log());
     EXPECT_EQ(open_descriptors(), before);
     EXPECT_NE(g_log_level, &region_->log);
-    EXPECT_EQ(g_log_level->sr_log, 6);
+    for (size_t i = 0; i < sizeof(LogConf); i++)
+        EXPECT_EQ((&g_log_level->dip_log)[i], 6) << i;
     EXPECT_EQ(SR_openShm(), 0);
     EXPECT_EQ(logged, Log({{WARNING, "[Warning][SR] SR is already opened.\n"}}));
     SR_closeShm();
@@ -165,6 +247,11 @@ TEST_F(SrCtrl, LookUpHonoursBoundsAndStates)
     for (const uint32_t state : {0U, 2U, 0xFFFFFFFFU}) {
         region_->descptr.path[2].state = state;
         EXPECT_EQ(SR_getShmAddr(&path, SR_CTRL_DESCPTR_ITEM_INPUT_PATH), nullptr);
+    }
+    for (const uint32_t size : {0U, 131081U, 0xFFFFFFFFU}) { // only the offset counts
+        region_->descptr.path[3].size = size;
+        const uint32_t last = 0x0300;
+        EXPECT_EQ(SR_getShmAddr(&last, SR_CTRL_DESCPTR_ITEM_INPUT_PATH), base + 433984);
     }
     // Somebody tampers with the table after the opening.
     for (const uint32_t offset : {594696U - 131072U, 302905U, 0xFFFFFFF8U}) {
