@@ -24,7 +24,7 @@ Result parse(std::vector<std::string> args, VordaCmd *cmd)
     return captured([&] { return parse_args(static_cast<int>(argv.size()), argv.data(), cmd); });
 }
 
-TEST(Args, AcceptedCommandLines)
+TEST(Args, TakeIndexesAndTheFirstWordWhereverTheyStand)
 {
     const std::string long_word(300, 'x');
     const Row rows[] = {
@@ -52,6 +52,7 @@ TEST(Args, AcceptedCommandLines)
         {{"-dx", "x"}, CMD_QUERY, 0, 0, "x"},
         {{"-debug", "x"}, CMD_QUERY, 0, 0, "x"},
         {{"-d", " \t\n+12y", "x"}, CMD_QUERY, 12, 0, "x"},
+        {{"-d0x10", "-p", "010", "x"}, CMD_QUERY, 0, 10, "x"},
         {{"-d", "", "x"}, CMD_QUERY, 0, 0, "x"},
         {{"-p", "260", "x"}, CMD_QUERY, 0, 260, "x"},
         {{"-p", "4294967297", "-d-99999999999999999999", "x"},
@@ -79,7 +80,7 @@ TEST(Args, AcceptedCommandLines)
     }
 }
 
-TEST(Args, RefusedCommandLines)
+TEST(Args, RefuseUnknownOptionsAndMissingValues)
 {
     const std::pair<std::vector<std::string>, std::string> rows[] = {
         {{"-d"}, "Missing argument for option -d.\n"},

@@ -8,6 +8,23 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+// The linker puts this between the categories and their registry.
+int real_parse_rgtr(const VordaCallback *cb) __asm__("__real__Z10parse_rgtrPK13VordaCallback");
+int wrap_parse_rgtr(const VordaCallback *cb) __asm__("__wrap__Z10parse_rgtrPK13VordaCallback");
+
+namespace
+{
+
+std::vector<VordaCallback> registered;
+
+} // namespace
+
+int wrap_parse_rgtr(const VordaCallback *cb)
+{
+    registered.push_back(*cb);
+    return real_parse_rgtr(cb);
+}
+
 namespace
 {
 
@@ -50,24 +67,42 @@ TEST(Category, WholeCategoriesPrintAsRecorded)
 TEST(Category, ItemsPrintTheirPartOfTheWhole)
 {
     const auto ctx = snapshot_of("distinct");
-    const size_t counts[] = {34, 25, 14, 8, 5};
-    for (size_t i = 0; i < std::size(categories); i++) {
-        std::vector<std::string> items = listed_items(categories[i]);
-        EXPECT_EQ(items.size(), counts[i]);
-        const std::string whole = print(*ctx, categories[i]).out;
+    for (const std::string &category : categories) {
+        std::vector<std::string> items = listed_items(category);
+        const std::string whole = print(*ctx, category).out;
         size_t at = 0;
         while (at < whole.size()) {
             const auto next = std::find_if(items.begin(), items.end(), [&](const auto &item) {
-                const std::string part = print(*ctx, categories[i] + "." + item).out;
+                const std::string part = print(*ctx, category + "." + item).out;
                 return whole.compare(at, part.size(), part) == 0 && !part.empty();
             });
             ASSERT_NE(next, items.end()) << whole.substr(at, 80);
-            at += print(*ctx, categories[i] + "." + *next).out.size();
+            at += print(*ctx, category + "." + *next).out.size();
             items.erase(next);
         }
         // Only the parts of the calibration print on their own alone.
         const std::vector<std::string> rest = {"dbc", "dcc", "crc", "lsc"};
-        EXPECT_EQ(items, categories[i] == "cfg" ? rest : std::vector<std::string>());
+        EXPECT_EQ(items, category == "cfg" ? rest : std::vector<std::string>());
+    }
+}
+
+// What a category makes of its arguments, whoever calls it.
+TEST(Category, RefusesAnAbsentSnapshotAndPrintsAllOfAnAbsentEntry)
+{
+    register_categories();
+    ASSERT_EQ(registered.size(), std::size(categories));
+    const auto ctx = snapshot_of("zero");
+    for (size_t i = 0; i < registered.size(); i++) {
+        EXPECT_EQ(registered[i].title, categories[i]);
+        for (const char *entry : {"", static_cast<const char *>(nullptr), "x"}) {
+            const Result none = captured([&] { return registered[i].print_entry(nullptr, entry); });
+            EXPECT_EQ(none.err, "Invalid attributes.\n") << categories[i];
+            EXPECT_EQ(none.out, "");
+            EXPECT_EQ(none.status, 1);
+        }
+        const Result all = captured([&] { return registered[i].print_entry(ctx.get(), nullptr); });
+        EXPECT_TRUE(all.out == print(*ctx, categories[i]).out) << categories[i];
+        EXPECT_EQ(all.status, 0);
     }
 }
 

@@ -107,6 +107,10 @@ TEST(Journey, PrintsTheSnapshotOfTheChosenPath)
          "Input path 4 is not enabled on video device 0.\n",
          1},
         {{"share.x"}, "dev_idx = 0, path_idx = 0\n", "Unknown entry share.x.\n", 1},
+        {{"VINFO.AZ@[`{\xC4"},
+         "dev_idx = 0, path_idx = 0\n",
+         "Unknown entry vinfo.az@[`{\xC4.\n",
+         1},
         {{"LIST"}, "dev_idx = 0, path_idx = 0\n", "Unknown category `list'.\n", 1},
         {{"--", "-x"}, "dev_idx = 0, path_idx = 0\n", "Unknown category `-x'.\n", 1},
     };
@@ -196,8 +200,7 @@ TEST(Journey, SurvivesOutputThatCannotBeWritten)
     const int reader = open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     const auto child = start_vorda({"all"}, region.file(), {}, fifo);
     close(reader);
-    const int status = child->finish().status;
-    EXPECT_TRUE(status == -SIGPIPE || status == 128 + SIGPIPE || status == 0) << status;
+    EXPECT_EQ(child->finish().status, -SIGPIPE);
     unlink(fifo.c_str());
     EXPECT_TRUE(region->path[0].lock.word == 0);
 }
@@ -214,7 +217,6 @@ TEST(Documents, TheManualDescribesTheItemsThatThereAre)
             EXPECT_NE(manual.find(paragraph), std::string::npos) << paragraph;
             items++;
         }
-    EXPECT_EQ(items, 86U);
     size_t paragraphs = 0;
     for (size_t at = manual.find(".SH CATEGORIES"), end = manual.find(".SH EXIT"); at < end;
          at = manual.find("\n.TP\n", at + 1))

@@ -23,7 +23,7 @@ void note_help()
 }
 
 // The registry is never emptied, so one test fills it in order.
-TEST(Registry, RegistersDispatchesAndLists)
+TEST(Registry, LeadsToTheFirstCategoryOfATitleAndRefusesThe65th)
 {
     const VordaCallback a = {"a", "First", note_entry<'a', 3>, note_help};
     const VordaCallback b = {"b", nullptr, note_entry<'b', 0>, note_help};
