@@ -12,7 +12,10 @@ namespace
 class Input
 {
 public:
-    Input(const uint8_t *data, size_t size) : at_(data), end_(data + size) {}
+    explicit Input(const std::string &bytes)
+        : at_(reinterpret_cast<const uint8_t *>(bytes.data())), end_(at_ + bytes.size())
+    {
+    }
 
     size_t left() const { return static_cast<size_t>(end_ - at_); }
     uint8_t byte() { return at_ < end_ ? *at_++ : 0; }
@@ -40,10 +43,10 @@ private:
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+int run_fuzz_input(const std::string &bytes)
 {
     register_categories();
-    Input input(data, size);
+    Input input(bytes);
 
     std::vector<std::string> words = {"vorda"};
     for (int count = input.byte() % 8; count > 0; count--)
@@ -53,23 +56,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         argv.push_back(word.data());
     VordaCmd cmd = {};
     if (parse_args(static_cast<int>(argv.size()), argv.data(), &cmd) != 0)
-        return 0;
-    if (cmd.cmd_type == CMD_HELP)
+        return 1;
+    if (cmd.cmd_type == CMD_HELP) {
         help(argv[0]);
+        return 1;
+    }
     if (cmd.cmd_type == CMD_LIST)
-        parse_help(argv[0], cmd.item);
-    if (cmd.cmd_type != CMD_QUERY)
-        return 0;
+        return parse_help(argv[0], cmd.item);
 
     // On the heap, where the sanitizer sees each byte beyond it.
     const auto ctx = std::make_unique<DipPathCtx>();
-    auto *bytes = reinterpret_cast<uint8_t *>(ctx.get());
-    std::fill_n(bytes, sizeof(*ctx), input.byte());
+    auto *at = reinterpret_cast<uint8_t *>(ctx.get());
+    std::fill_n(at, sizeof(*ctx), input.byte());
     while (input.left() > 0) {
         const size_t offset = input.number(3) % (sizeof(*ctx) - 3);
         const uint32_t value = input.number(4);
-        memcpy(bytes + offset, &value, sizeof(value));
+        memcpy(at + offset, &value, sizeof(value));
     }
-    parse_entry(ctx.get(), cmd.item);
+    return parse_entry(ctx.get(), cmd.item);
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    run_fuzz_input({data, data + size});
     return 0;
 }

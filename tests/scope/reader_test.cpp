@@ -309,10 +309,7 @@ TEST(Reader, HostileSnapshots)
         if (!entry.is_regular_file())
             continue;
         const std::string bytes = read_file(entry.path());
-        const Result result = captured([&] {
-            return LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t *>(bytes.data()),
-                                          bytes.size());
-        });
+        const Result result = captured([&] { return run_fuzz_input(bytes); });
         read_all(INDEX + result.out);
         saved++;
     }
