@@ -80,7 +80,7 @@ int sys_open(int dir, const char *path, int flags, unsigned mode)
 
 int open_device(const char *region, int flags)
 {
-    observe("open");
+    observe("open %d", flags);
     if (const int error = wanted_error("open"))
         return refuse(error);
 

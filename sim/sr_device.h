@@ -23,6 +23,6 @@ inline std::string preloadable(const std::string &library)
 }
 
 // Called at the beginning of each step, for tests that link the stand-in in; nobody looks as long
-// as it is nullptr. The step is "open", "query", "alloc SIZE", "map SIZE PROTECTION OFFSET",
+// as it is nullptr. The step is "open FLAGS", "query", "alloc SIZE", "map SIZE PROTECTION OFFSET",
 // "complete", "close" or "unmap SIZE".
 extern void (*sr_observer)(const char *step);

@@ -91,29 +91,36 @@ TEST_F(SrCtrl, AsksTheDriverForNothingElseAndInThisOrder)
     EXPECT_EQ(SR_openShm(), 0);
     SR_closeShm();
     EXPECT_EQ(steps,
-              Steps({"open", "query", "map 594696 3 0", "complete", "close", "unmap 594696"}));
+              Steps({"open 2", "query", "map 594696 3 0", "complete", "close", "unmap 594696"}));
 
     const TempFile none;
     use(none.path(), "");
     steps.clear();
     EXPECT_EQ(SR_openShm(), 0);
     SR_closeShm();
-    EXPECT_EQ(steps, Steps({"open", "query", "alloc 594696", "map 594696 3 0", "complete", "close",
-                            "unmap 594696"}));
+    EXPECT_EQ(steps, Steps({"open 2", "query", "alloc 594696", "map 594696 3 0", "complete",
+                            "close", "unmap 594696"}));
     EXPECT_EQ(logged, Log());
 }
 
-TEST_F(SrCtrl, CompletesWhenTheTableIsFilled)
+TEST_F(SrCtrl, CompletesWithTheTableFilledAndUnmapsWithTheLevelsPutBack)
 {
     static const SrMemDescptr *table = nullptr;
     static uint32_t last = 0;
+    static const LogConf *levels = nullptr;
     table = &region_->descptr;
+    const LogConf *const defaults = g_log_level;
     sr_observer = [](const char *step) {
         if (step == std::string("complete"))
             last = table->osd[127].offset;
+        if (step == std::string("unmap 594696"))
+            levels = g_log_level;
     };
     EXPECT_EQ(SR_openShm(), 0);
     EXPECT_EQ(last, 594472U);
+    EXPECT_NE(g_log_level, defaults);
+    SR_closeShm();
+    EXPECT_EQ(levels, defaults);
 }
 
 // The first thread stops at a step until the second has had the time to come to the lock.
@@ -124,7 +131,7 @@ TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
     static std::string stop_at;
     static std::atomic<int> opens;
     sr_observer = [](const char *step) {
-        opens += step == std::string("open");
+        opens += step == std::string("open 2");
         if (step != stop_at)
             return;
         stopped = true;
