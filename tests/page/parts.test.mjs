@@ -10,6 +10,7 @@ import { number, Series } from '../../utils/host/vordascope/page/src/model.js';
 import { plan } from '../../utils/host/vordascope/page/src/plan.js';
 import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import { finder } from '../../utils/host/vordascope/page/src/search.js';
+import { steadyRange } from '../../utils/host/vordascope/page/src/sources.js';
 import { measureStep, stepText } from '../../utils/host/vordascope/page/src/step.js';
 import { short, ticks } from '../../utils/host/vordascope/page/src/ticks.js';
 import { blockOf, capture, emptyPage, kept } from './harness.mjs';
@@ -159,6 +160,16 @@ test('axes get round numbers', () => {
     assert.deepEqual(ticks(Number.NaN, Number.NaN, 3), []);
     const shown = [0, 999.96, 9999, 40000, -65536, 1234567, 4.2e9, 0.30000000000000004, 1 / 0];
     assert.equal(shown.map(short).join(' '), '0 1000 9999 40k -65.54k 1.235M 4.2G 0.3 –');
+});
+
+test('a scale stands still, but never leaves out what shows', () => {
+    const extents = Array.from({ length: 30 }, (_, n) => [10 + (n % 3), 200 - (n % 3)]);
+    extents[7] = [0, 65535];
+    extents[8] = [Number.NaN, Number.NaN];
+    assert.deepEqual(steadyRange(extents, [3]), [10, 200]);
+    assert.deepEqual(steadyRange(extents, [8]), [10, 200]);
+    assert.deepEqual(steadyRange(extents, [3, 7]), [0, 65535]);
+    assert.deepEqual(steadyRange([[5, 6]], [29]), [5, 6]);
 });
 
 test('a view survives as a fragment, and a wrong fragment does no harm', () => {

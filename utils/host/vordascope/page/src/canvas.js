@@ -1,5 +1,5 @@
 // A canvas that is sharp on every screen and draws itself again in another size.
-import { el } from './dom.js';
+import { el, sizeObserver } from './dom.js';
 
 let layout = 0;
 
@@ -48,7 +48,7 @@ export function canvas(paint, { ratio, height, width, label, className = '' }) {
         paint(context, wide, tall);
     }
     if (!width) {
-        new ResizeObserver(() => {
+        sizeObserver(() => {
             const before = size;
             measure();
             if (before && (before[0] !== size[0] || before[1] !== size[1])) repaint();

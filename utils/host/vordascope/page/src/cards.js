@@ -1,5 +1,5 @@
 // The cards: drawings of the fields that the page knows, in sections.
-import { el, setText } from './dom.js';
+import { el, setText, sizeObserver } from './dom.js';
 import { lines } from './draw/lines.js';
 import { maps } from './draw/map.js';
 import { chromaticity, positions, vectors } from './draw/points.js';
@@ -115,7 +115,7 @@ const GAP = 12;
 
 /** Lets each card take as many of the grid's low rows as it is high, so that no space is lost. */
 const packer = () =>
-    new ResizeObserver((entries) => {
+    sizeObserver((entries) => {
         for (const { target, borderBoxSize } of entries)
             target.style.gridRowEnd = `span ${Math.ceil((borderBoxSize[0].blockSize + GAP) / ROW)}`;
     });

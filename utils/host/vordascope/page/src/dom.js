@@ -44,6 +44,13 @@ export function setText(element, text) {
     if (element.textContent !== text) element.textContent = text;
 }
 
+/**
+ * Calls a listener with the entries of a ResizeObserver, in the frame after: what it lays out anew
+ * is no business of the observer's round.
+ */
+export const sizeObserver = (listener) =>
+    new ResizeObserver((entries) => requestAnimationFrame(() => listener(entries)));
+
 const colours = new Map();
 
 /** The value of one of the style's colours in the theme that shows now. */

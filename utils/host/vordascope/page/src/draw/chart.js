@@ -1,7 +1,7 @@
 // A line chart in the page's style, drawn by uPlot.
 import uPlot from 'uplot';
 import { currentLayout } from '../canvas.js';
-import { colourOf, el, setText } from '../dom.js';
+import { colourOf, el, setText, sizeObserver } from '../dom.js';
 import { short } from '../ticks.js';
 
 const FONT = '11px system-ui, sans-serif';
@@ -92,7 +92,7 @@ export function chart(options) {
                     onPick(created.cursor.idx, event);
             });
         }
-        new ResizeObserver(fit).observe(element);
+        sizeObserver(fit).observe(element);
         return created;
     }
 
