@@ -38,10 +38,8 @@ constexpr size_t WORD = 8;
 // end. Beyond it a word of `out` may change; `text_end` is where the text of the value ends.
 char *put_short(char *out, const Value &value, const char *text_end)
 {
-    if (value.kind == Kind::not_finite || value.kind == Kind::empty) {
-        memcpy(out, "null", 4);
-        return out + 4;
-    }
+    if (value.kind == Kind::not_finite || value.kind == Kind::empty)
+        return std::copy_n("null", 4, out);
     // Most numbers are short, and to copy a word costs less than to look how short.
     if (value.size <= WORD && text_end - value.begin >= ptrdiff_t{WORD}) {
         memcpy(out, value.begin, WORD);
