@@ -1,6 +1,7 @@
-// sr-scene: fills a region file with a plausible scene and, if asked, keeps it alive.
+// sr-scene: fills a region with a plausible scene and, if asked, keeps it alive.
 #include "camera_lock.h"
 #include "scene.h"
+#include "sr.h"
 #include "usage.h"
 
 #include <algorithm>
@@ -23,7 +24,8 @@ namespace
 constexpr char PROGRAM[] = "sr-scene";
 constexpr char USAGE[] =
     "Usage: sr-scene [--live] [--fps N] [--stamp] [--no-lock] [--force] FILE\n"
-    "Fills the region FILE, which is created when missing, with a scene of two sensors.\n"
+    "Fills the region FILE, which is created when missing, with a scene of two sensors. FILE may be\n"
+    "the device itself.\n"
     "  --live     go on frame by frame until stopped, under each path's lock: the lights go down at\n"
     "             frame 30, change their colour at 120 and come back at 200; 300 begins anew\n"
     "  --fps N    frames a second with --live (default 25; 0: as fast as possible)\n"
@@ -76,6 +78,15 @@ int parse(int argc, char **argv, Options *options)
     return options->file != nullptr || options->help ? 0 : bad_usage(PROGRAM, "missing file");
 }
 
+// Makes a file as long as a region; asks a device for its region. Returns whether there is one.
+bool provide_region(int fd, bool device)
+{
+    if (!device)
+        return ftruncate(fd, sizeof(VplatConf)) == 0;
+    SrKmallocParam param = {.n_byte = sizeof(VplatConf), .offs = 0, .ker_addr = 0};
+    return ioctl(fd, SR_IOC_ALLOC_SHM, &param) == 0 || errno == EEXIST;
+}
+
 // Maps the region file, with its size set right; nullptr after a message.
 VplatConf *map_region(const char *file, bool force)
 {
@@ -85,7 +96,7 @@ VplatConf *map_region(const char *file, bool force)
     if (fd >= 0 && fstat(fd, &info) == 0 && info.st_size != 0 &&
         info.st_size != static_cast<off_t>(sizeof(VplatConf)) && !force)
         bad_file(PROGRAM, file, "exists and is no region; --force overwrites it");
-    else if (fd < 0 || ftruncate(fd, sizeof(VplatConf)) != 0 ||
+    else if (fd < 0 || !provide_region(fd, S_ISCHR(info.st_mode)) ||
              (region = mmap(nullptr, sizeof(VplatConf), PROT_READ | PROT_WRITE, MAP_SHARED, fd,
                             0)) == MAP_FAILED)
         bad_file(PROGRAM, file, strerror(errno));
