@@ -87,7 +87,7 @@ bool provide_region(int fd, bool device)
     return ioctl(fd, SR_IOC_ALLOC_SHM, &param) == 0 || errno == EEXIST;
 }
 
-// Maps the region file, with its size set right; nullptr after a message.
+// Maps the region of a file or a device; nullptr after a message.
 VplatConf *map_region(const char *file, bool force)
 {
     void *region = MAP_FAILED;

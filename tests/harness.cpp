@@ -138,6 +138,18 @@ std::vector<std::pair<std::string, std::string>> parse_listing(const std::string
     return items;
 }
 
+std::set<std::string> whole_frames()
+{
+    register_categories();
+    std::set<std::string> texts;
+    const auto ctx = std::make_unique<DipPathCtx>();
+    for (int byte = 0; byte < 256; byte++) {
+        memset(static_cast<void *>(ctx.get()), byte, sizeof(*ctx));
+        texts.insert(captured([&] { return parse_entry(ctx.get(), "all"); }).out);
+    }
+    return texts;
+}
+
 std::string read_file(const std::string &path)
 {
     std::ifstream file(path, std::ios::binary);

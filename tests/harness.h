@@ -36,6 +36,9 @@ void register_categories();
 std::vector<std::pair<std::string, std::string>> parse_listing(const std::string &listing,
                                                                const std::string &category);
 
+// What `vorda all` prints of each of the 256 frames that consist of one byte.
+std::set<std::string> whole_frames();
+
 std::string read_file(const std::string &path);
 
 // Where a text differs from the one recorded in golden/: file, line, both lines; "" when it does

@@ -137,19 +137,6 @@ private:
     Child writer_;
 };
 
-// What `vorda all` prints of each of the 256 frames that consist of one byte.
-std::set<std::string> whole_frames()
-{
-    register_categories();
-    std::set<std::string> texts;
-    const auto ctx = std::make_unique<DipPathCtx>();
-    for (int byte = 0; byte < 256; byte++) {
-        memset(static_cast<void *>(ctx.get()), byte, sizeof(*ctx));
-        texts.insert(captured([&] { return parse_entry(ctx.get(), "all"); }).out);
-    }
-    return texts;
-}
-
 TEST(Lock, EverySnapshotIsOfOneFrame)
 {
     const std::set<std::string> frames = whole_frames();

@@ -1,0 +1,181 @@
+// box-probe: what the tests do to the region and its locks inside the emulated camera, where they
+// cannot reach themselves.
+#include "camera_lock.h"
+#include "harness.h"
+#include "sr.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sched.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr char USAGE[] =
+    "Usage: box-probe fill SNAPSHOT       path 0 gets a snapshot: distinct, zero\n"
+    "       box-probe table BYTE          every byte of the descriptor table becomes BYTE\n"
+    "       box-probe peek OFFSET LENGTH  bytes of the region, as they are\n"
+    "       box-probe hold MS INTTIME     hold the lock of path 0 in the background for a time,\n"
+    "                                     set the exposure time, let go\n"
+    "       box-probe write               write frames of one byte each into path 0, as the live scene\n"
+    "                                     does, but without queueing for the lock\n"
+    "       box-probe die                 die with the lock of path 0, which becomes robust\n"
+    "       box-probe lock                what locking path 0 answers\n"
+    "       box-probe signal COMMAND...   hold the lock of path 0; send each of several signals to\n"
+    "                                     a COMMAND that waits for it\n";
+
+VplatConf *map_region()
+{
+    const int fd = open(SR_DEVICE, O_RDWR | O_CLOEXEC);
+    void *region = mmap(nullptr, sizeof(VplatConf), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (region == MAP_FAILED) {
+        perror(SR_DEVICE);
+        exit(2);
+    }
+    close(fd);
+    return static_cast<VplatConf *>(region);
+}
+
+// Returns when a process in the background has the lock.
+int hold(VplatPathConf *path, long ms, int32_t inttime)
+{
+    int ready[2];
+    if (pipe(ready) != 0)
+        return 2;
+    if (fork() == 0) {
+        camera_lock(&path->lock);
+        close(ready[0]);
+        close(ready[1]);
+        usleep(static_cast<useconds_t>(ms * 1000));
+        path->dip.dip_ctx.share.inttime = inttime;
+        path_unlock(&path->lock);
+        return 0;
+    }
+    close(ready[1]);
+    char nothing = 0;
+    return read(ready[0], &nothing, 1) == 0 ? 0 : 2;
+}
+
+[[noreturn]] void write_frames(VplatPathConf *path)
+{
+    signal(SIGTERM, [](int) { _exit(0); });
+    static DipPathCtx ctx;
+    for (uint8_t frame = 0;; frame++) {
+        memset(static_cast<void *>(&ctx), frame, sizeof(ctx));
+        while (!path_trylock(&path->lock))
+            sched_yield();
+        memcpy(&path->dip, &ctx, sizeof(ctx));
+        path_unlock(&path->lock);
+        usleep(500);
+    }
+}
+
+// The lock as the C library of the target sees it.
+pthread_mutex_t *mutex(PathLock *lock)
+{
+    return reinterpret_cast<pthread_mutex_t *>(lock);
+}
+
+int die(PathLock *lock)
+{
+    pthread_mutexattr_t attributes;
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_setpshared(&attributes, PTHREAD_PROCESS_SHARED);
+    pthread_mutexattr_setrobust(&attributes, PTHREAD_MUTEX_ROBUST);
+    pthread_mutex_init(mutex(lock), &attributes);
+    return pthread_mutex_lock(mutex(lock));
+}
+
+int answer(PathLock *lock)
+{
+    const int error = pthread_mutex_trylock(mutex(lock));
+    puts(error == 0 ? "free" : strerrorname_np(error));
+    if (error == 0)
+        pthread_mutex_unlock(mutex(lock));
+    return error;
+}
+
+int signal_waiters(PathLock *lock, char **command)
+{
+    for (const int signal :
+         {SIGHUP, SIGINT, SIGQUIT, SIGALRM, SIGTERM, SIGUSR1, SIGTSTP, SIGKILL}) {
+        camera_lock(lock);
+        const std::string before(reinterpret_cast<const char *>(lock), sizeof(*lock));
+        int out[2];
+        if (pipe2(out, O_CLOEXEC) != 0)
+            return 2;
+        const pid_t child = fork();
+        if (child == 0) {
+            dup2(out[1], STDOUT_FILENO);
+            setpgid(0, 0); // only a group whose parent looks after it can be stopped
+            ::signal(signal, SIG_DFL);
+            execvp(command[0], command);
+            _exit(127);
+        }
+        // Its first line comes before it waits.
+        pollfd line = {.fd = out[0], .events = POLLIN, .revents = 0};
+        const bool begun = poll(&line, 1, 10000) == 1;
+        usleep(50000);
+        kill(child, signal);
+        int status = 0;
+        const bool ended =
+            eventually(5000, [&] { return waitpid(child, &status, WNOHANG | WUNTRACED) == child; });
+        const std::string after(reinterpret_cast<const char *>(lock), sizeof(*lock));
+        printf("%s: %s%s, %s\n", sigabbrev_np(signal), begun ? "" : "without a line, ",
+               !ended                ? "still waits"
+               : WIFSTOPPED(status)  ? "stopped"
+               : WIFSIGNALED(status) ? "ended"
+                                     : "ended by itself",
+               before == after ? "lock as it was" : "lock changed");
+        path_unlock(lock);
+        kill(child, SIGKILL);
+        kill(child, SIGCONT);
+        waitpid(child, &status, 0);
+        close(out[0]);
+        close(out[1]);
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const std::string verb = argc > 1 ? argv[1] : "";
+    const auto number = [&](int i) { return strtol(argv[i], nullptr, 0); };
+    VplatConf *conf = map_region();
+    VplatPathConf *path = &conf->path[0];
+
+    if (verb == "fill" && argc == 3) {
+        path->dip = *snapshot_of(argv[2]);
+        return 0;
+    }
+    if (verb == "table" && argc == 3) {
+        memset(static_cast<void *>(&conf->descptr), static_cast<int>(number(2)),
+               sizeof(conf->descptr));
+        return 0;
+    }
+    if (verb == "peek" && argc == 4)
+        return fwrite(reinterpret_cast<const char *>(conf) + number(2), 1,
+                      static_cast<size_t>(number(3)), stdout) == 0;
+    if (verb == "hold" && argc == 4)
+        return hold(path, number(2), static_cast<int32_t>(number(3)));
+    if (verb == "write" && argc == 2)
+        write_frames(path);
+    if (verb == "die" && argc == 2)
+        return die(&path->lock);
+    if (verb == "lock" && argc == 2)
+        return answer(&path->lock);
+    if (verb == "signal" && argc > 2)
+        return signal_waiters(&path->lock, argv + 2);
+    fputs(USAGE, stderr);
+    return 2;
+}
