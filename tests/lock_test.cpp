@@ -32,9 +32,13 @@ std::unique_ptr<Child> start_waiting(const Region &region, const std::set<int> &
 {
     // The emulator then prints the tool's system calls.
     auto child = start_vorda({"share.inttime"}, region.file(), {{"QEMU_STRACE", "1"}}, "", closed);
-    const std::string maps = "/proc/" + std::to_string(child->pid()) + "/maps";
-    EXPECT_TRUE(eventually(
-        10000, [&] { return read_file(maps).find(region.file()) != std::string::npos; }));
+    const std::string proc = "/proc/" + std::to_string(child->pid());
+    EXPECT_TRUE(eventually(10000, [&] {
+        // Until it is the tool's process it has this one's mappings.
+        return std::filesystem::read_symlink(proc + "/exe") !=
+                   std::filesystem::read_symlink("/proc/self/exe") &&
+               read_file(proc + "/maps").find(region.file()) != std::string::npos;
+    }));
     EXPECT_FALSE(child->ends_within(50));
     return child;
 }

@@ -113,6 +113,7 @@ Apart snapshot_apart(
     const pid_t pid = fork();
     if (pid == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
+        alarm(60); // it may wait for ever
         dup2(open("/dev/null", O_WRONLY), 1);
         setenv(SR_REGION_ENV, region.file().c_str(), 1);
         auto *ctx = new DipPathCtx; // its pages are not there yet
