@@ -305,6 +305,16 @@ test('an address leads back to the same view', async (t) => {
     assert.equal(await page.getAttribute('.tools button', 'aria-pressed'), 'true');
     await press(page, 'ArrowRight', 'o');
     await page.waitForFunction(() => window.location.hash === '#n=8&a=3&find=inttime&step=5-20');
+    await page.evaluate(() => {
+        window.location.hash = '#n=2';
+    });
+    await page.waitForFunction(() =>
+        document.querySelector('.place').textContent.startsWith('2 /'),
+    );
+    // Other captures begin anew.
+    await drop(page, { name: 'one.txt', content: one });
+    await page.waitForFunction(() => document.title.startsWith('one.txt'));
+    await page.waitForFunction(() => window.location.hash === '');
 });
 
 test('paths are kept apart, and a switch leads from one to the other', async (t) => {

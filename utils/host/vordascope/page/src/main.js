@@ -7,12 +7,15 @@ import { showPage } from './page.js';
 import { theme } from './theme.js';
 
 const root = document.getElementById('page');
-let end = () => {};
+let end = null;
 
 function show(model) {
     root.removeAttribute('aria-busy');
     if (!model) return;
-    end();
+    // An address leads to a view of the first captures, not of those that come after them.
+    if (end)
+        window.history.replaceState(null, '', window.location.pathname + window.location.search);
+    end?.();
     end = showPage(root, model, { open, theme });
 }
 

@@ -8,12 +8,12 @@ import { listSection } from './list.js';
 import { Series } from './model.js';
 import { notices } from './notices.js';
 import { nowSection } from './now.js';
+import { player } from './player.js';
 import { finder } from './search.js';
 import { Store } from './store.js';
 import { timeSection } from './time.js';
 import { toolbar } from './toolbar.js';
 
-const FRAME = 1000 / 15;
 const EVERYTHING = new Set(['path', 'n', 'a', 'only', 'query', 'step', 'added', 'theme']);
 
 /** What shows when nothing was chosen: of two snapshots both, else the last. */
@@ -57,51 +57,58 @@ export function showPage(root, model, options) {
     return () => end();
 }
 
-/** Shows one of the paths; `onPath(i)` is called for another one. Returns what ends it. */
-function showSeries(root, model, { open, theme, all, path, view: wanted, onPath }) {
-    const ending = new AbortController();
-    const { signal } = ending;
-    const series = all[path];
-    const defaults = defaultsFor(series);
-    const store = new Store(bounded({ ...defaults, ...wanted, path, theme: theme.name }, series));
-    const set = (patch) => store.set(patch);
-    const help = helpCard();
-    let timer = null;
+/** The sections of a series, each in its place on the page. */
+function sectionsOf(series, store) {
+    const built = [
+        nowSection(series),
+        timeSection(series, store),
+        differencesSection(series),
+        ...cardSections(series),
+        listSection(series, store),
+    ];
+    return built.filter(Boolean).map((section) => ({
+        ...section,
+        place: el('section', { id: section.id }, el('h2', {}, section.title), section.element),
+    }));
+}
 
-    function play(on = timer === null) {
-        clearInterval(timer);
-        timer = null;
-        if (on && series?.length > 2) {
-            if (store.view.n === series.length - 1) set({ n: 0 });
-            timer = setInterval(() => {
-                if (store.view.n === series.length - 1) play(false);
-                else set({ n: store.view.n + 1 });
-            }, FRAME);
-        }
-        bar.playing(timer !== null);
+/** Redraws a section; one that fails says so, and the others stand. */
+function updateSection(section, view, changed) {
+    try {
+        section.update(view, changed);
+        const searched = view.query !== '';
+        const beside = section.id === 'now' || section.id === 'time';
+        section.place.hidden = section.empty() || (searched && beside);
+    } catch (error) {
+        const text = `This section could not be drawn (${error.message}).`;
+        section.element.replaceChildren(el('p', { class: 'failed', role: 'alert' }, text));
     }
-    const last = (series?.length ?? 1) - 1;
+}
+
+/** What buttons and keys do; see listenToKeys() and toolbar(). */
+function actionsOn(store, { last, paths, play, theme, help, open, find }) {
+    const set = (patch) => store.set(patch);
     const goTo = (n) => {
-        play(false);
+        play.stop();
         set({ n: Math.min(Math.max(n, 0), last) });
     };
-    const actions = {
+    return {
         open,
+        find,
         step: (by) => goTo(store.view.n + by),
         first: () => goTo(0),
         last: () => goTo(last),
-        play: () => play(),
-        compare: () =>
-            last > 0 &&
-            set({
-                a: store.view.a === null ? (last === 1 ? 1 - store.view.n : store.view.n) : null,
-            }),
+        play: play.toggle,
+        compare() {
+            const { n, a } = store.view;
+            // Of two, the other one.
+            if (last > 0) set({ a: a !== null ? null : last === 1 ? 1 - n : n });
+        },
         swap: () => store.view.a !== null && set({ a: store.view.n, n: store.view.a }),
         only: () => set({ only: !store.view.only }),
         query: (query) => set({ query }),
-        find: () => bar.search.focus(),
-        path: () => all.length > 1 && set({ path: (path + 1) % all.length }),
-        theme: () => {
+        path: () => set({ path: (store.view.path + 1) % paths }),
+        theme() {
             theme.toggle();
             set({ theme: theme.name });
         },
@@ -114,99 +121,78 @@ function showSeries(root, model, { open, theme, all, path, view: wanted, onPath 
             document.activeElement?.blur?.();
         },
     };
+}
 
-    // The address follows when the view rests: browsers refuse to change it at every step of a play.
+/** Lets the address follow the view when that rests: browsers refuse to change it at every step. */
+function follower(defaults) {
     let due = null;
-    function address(view) {
-        clearTimeout(due);
-        due = setTimeout(() => {
-            const fragment = toFragment(view, { ...defaults, path: 0 });
-            const { pathname, search } = window.location;
-            window.history.replaceState(null, '', fragment ? `#${fragment}` : pathname + search);
-        }, 250);
-    }
+    return {
+        stop: () => clearTimeout(due),
+        follow(view) {
+            clearTimeout(due);
+            due = setTimeout(() => {
+                const fragment = toFragment(view, { ...defaults, path: 0 });
+                const { pathname, search } = window.location;
+                const address = fragment ? `#${fragment}` : pathname + search;
+                window.history.replaceState(null, '', address);
+            }, 250);
+        },
+    };
+}
 
+/** Shows one of the paths; `onPath(i)` is called for another one. Returns what ends it. */
+function showSeries(root, model, { open, theme, all, path, view: wanted, onPath }) {
+    const ending = new AbortController();
+    const { signal } = ending;
+    const series = all[path];
+    const defaults = defaultsFor(series);
+    const viewOf = (part) => bounded({ ...defaults, path, ...part, theme: theme.name }, series);
+    const store = new Store(viewOf({ ...wanted, path }));
+    const last = defaults.n;
+    const help = helpCard();
+    const address = follower(defaults);
+    const play = player(store, last, (playing) => bar.playing(playing));
+    const find = () => bar.search.focus();
+    const paths = Math.max(all.length, 1);
+    const actions = actionsOn(store, { last, paths, play, theme, help, open, find });
     const bar = toolbar(model, all, series, store, actions);
-    const built = series
-        ? [
-              nowSection(series),
-              timeSection(series, store),
-              differencesSection(series),
-              ...cardSections(series),
-              listSection(series, store),
-          ]
-        : [];
-    const sections = built.filter(Boolean).map((section) => ({
-        ...section,
-        place: el('section', { id: section.id }, el('h2', {}, section.title), section.element),
-    }));
+    const sections = series ? sectionsOf(series, store) : [];
     const nothing = series ? null : el('p', { class: 'nothing' }, 'There is no snapshot in this.');
 
     function update(view, changed) {
-        if (changed.has('path') && view.path !== path) {
-            onPath(view.path);
-            return;
-        }
+        if (view.path !== path && all[view.path]) return onPath(view.path);
         const shown = { ...view, series, find: finder(view.query) };
         bar.update(shown);
-        for (const section of sections) {
-            section.update(shown, changed);
-            section.place.hidden =
-                section.empty() ||
-                (view.query !== '' && (section.id === 'now' || section.id === 'time'));
-        }
+        for (const section of sections) updateSection(section, shown, changed);
         if (['a', 'only', 'query'].some((key) => changed.has(key)))
-            bar.sections(
-                sections.map(({ title, place }) => ({
-                    title,
-                    element: place,
-                    hidden: place.hidden,
-                })),
-            );
-        address(view);
+            bar.sections(sections.filter(({ place }) => !place.hidden));
+        address.follow(view);
+    }
+    function paper(printing) {
+        theme.paper(printing);
+        update(store.view, new Set(['theme']));
+        if (printing) drawAll();
+    }
+    function drawAll() {
+        for (const section of sections) section.drawAll?.();
     }
 
-    const drawAll = () => {
-        for (const section of sections) section.drawAll?.();
-    };
-    root.replaceChildren(
-        bar.element,
-        el(
-            'main',
-            {},
-            notices(model, all),
-            nothing,
-            sections.map(({ place }) => place),
-        ),
-        help,
-    );
+    const places = sections.map(({ place }) => place);
+    root.replaceChildren(bar.element, el('main', {}, notices(model, all), nothing, places), help);
     document.title = `${model.files.join(', ')} – vordascope`;
-    listenToKeys(actions, signal);
     store.listen(update);
     update(store.view, EVERYTHING);
-    theme.listen(() => set({ theme: theme.name }), signal);
-    window.addEventListener(
-        'beforeprint',
-        () => {
-            theme.paper(true);
-            update(store.view, new Set(['theme']));
-            drawAll();
-        },
-        { signal },
-    );
-    window.addEventListener(
-        'afterprint',
-        () => {
-            theme.paper(false);
-            update(store.view, new Set(['theme']));
-        },
-        { signal },
-    );
+    listenToKeys(actions, signal);
+    theme.listen(() => store.set({ theme: theme.name }), signal);
+    const listen = (event, listener) => window.addEventListener(event, listener, { signal });
+    listen('beforeprint', () => paper(true));
+    listen('afterprint', () => paper(false));
+    listen('hashchange', () => store.set(viewOf(fromFragment(window.location.hash))));
     const idle = window.requestIdleCallback ?? ((callback) => setTimeout(callback, 200));
     idle(() => !signal.aborted && drawAll());
     return () => {
-        clearInterval(timer);
-        clearTimeout(due);
+        play.stop();
+        address.stop();
         ending.abort();
     };
 }

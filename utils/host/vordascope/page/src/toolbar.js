@@ -140,19 +140,13 @@ export function toolbar(model, all, series, store, actions) {
             title.only.setAttribute('aria-pressed', String(view.only));
             snapshots?.update(view);
         },
-        /** Names the sections: [{title, element, hidden}]. */
+        /** Names the sections that show: [{title, place}]. */
         sections(list) {
+            const goTo = (place) => place.scrollIntoView({ behavior: 'smooth' });
             nav.replaceChildren(
-                ...list
-                    .filter(({ hidden }) => !hidden)
-                    .map((section) =>
-                        button(
-                            section.title,
-                            '',
-                            () => section.element.scrollIntoView({ behavior: 'smooth' }),
-                            { class: 'link' },
-                        ),
-                    ),
+                ...list.map(({ title, place }) =>
+                    button(title, '', () => goTo(place), { class: 'link' }),
+                ),
             );
         },
     };
