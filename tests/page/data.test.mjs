@@ -49,11 +49,11 @@ const hostileText = [
 ].join('\n');
 
 const captures = [
-    ...readdirSync(kept('tests/golden')).map((name) => kept(`tests/golden/${name}`)),
     ...readdirSync(kept('tests/corpus')).map((name) => kept(`tests/corpus/${name}`)),
-    ...['distinct', 'zero'].map((name) =>
-        write(`indexed-${name}.txt`, `${INDEX}${read(kept(`tests/golden/${name}.txt`))}`),
-    ),
+    ...readdirSync(kept('tests/golden')).flatMap((name) => [
+        kept(`tests/golden/${name}`),
+        write(`indexed-${name}`, `${INDEX}${read(kept(`tests/golden/${name}`))}`),
+    ]),
     write('one.txt', capture()),
     write('series.txt', series(20)),
     write('hostile.txt', hostileText),
@@ -226,6 +226,20 @@ test('a page is as small as promised', () => {
     assert.ok(read(report('one.html', 'one.txt')).length <= 350 << 10);
     const file = write('300.txt', series(300));
     assert.ok(read(report('300.html', file)).length <= 2 << 20);
+});
+
+test('a page allows itself nothing but its own script, style and reader', () => {
+    const html = read(emptyPage()).toString();
+    const [, policy] = /http-equiv="Content-Security-Policy" content="([^"]*)"/.exec(html);
+    const hash = "'sha256-[A-Za-z0-9+/=]{44}'";
+    assert.match(
+        policy,
+        new RegExp(
+            `^default-src 'none'; script-src ${hash} 'wasm-unsafe-eval'; style-src ${hash}; ` +
+                "base-uri 'none'; form-action 'none'$",
+        ),
+    );
+    assert.match(html, /Copyright \(c\) \d+ Leon Sorokin/);
 });
 
 test('a report goes to standard output, never over a capture', () => {

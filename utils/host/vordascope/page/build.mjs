@@ -23,7 +23,6 @@ const bundled = await build({
     format: 'esm',
     target: 'es2022',
     minify: true,
-    legalComments: 'inline',
     write: false,
     outdir: 'bundle',
 });
@@ -39,6 +38,7 @@ const style = textOf('.css');
 // Hashes instead of 'unsafe-inline': nothing that a capture could smuggle in ever runs or styles.
 const hash = (text) => `'sha256-${createHash('sha256').update(text).digest('base64')}'`;
 const parts = {
+    licence: readFileSync(here('node_modules/uplot/LICENSE'), 'utf8').trim(),
     script,
     style,
     reader: reader ? deflateSync(readFileSync(reader), { level: 9 }).toString('base64') : '',
