@@ -1,4 +1,11 @@
 # Cross build for the target: 32-bit ARM, Cortex-A7, hard float.
+# Said before anything is tried: a configuration that fails halfway leaves a folder whose next one
+# succeeds with other flags and another strip.
+find_program(VORDA_ARM_CXX arm-linux-gnueabihf-g++)
+mark_as_advanced(VORDA_ARM_CXX)
+if(NOT VORDA_ARM_CXX)
+  message(FATAL_ERROR "arm-linux-gnueabihf-g++ is missing; apt-get install g++-arm-linux-gnueabihf")
+endif()
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
