@@ -2,6 +2,7 @@
 
 #include "path_lock.h"
 
+int lock_tries;
 std::function<void()> after_lock;
 std::function<void()> before_unlock;
 
@@ -12,6 +13,7 @@ void wrap_path_unlock(PathLock *lock) __asm__("__wrap__Z11path_unlockP8PathLock"
 
 bool wrap_path_trylock(PathLock *lock)
 {
+    lock_tries++;
     const bool taken = real_path_trylock(lock);
     if (taken && after_lock)
         after_lock();

@@ -4,5 +4,6 @@
 
 #include <functional>
 
+extern int lock_tries; // so far
 extern std::function<void()> after_lock;
 extern std::function<void()> before_unlock;

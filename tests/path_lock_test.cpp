@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/filter.h>
@@ -140,6 +141,7 @@ protected:
     {
         after_lock = nullptr;
         before_unlock = nullptr;
+        sr_observer = nullptr;
         SR_closeShm();
         unsetenv(SR_REGION_ENV);
         unsetenv(SR_FAIL_ENV);
@@ -173,10 +175,29 @@ TEST_F(Snapshot, IsWhatTheRegionHoldsUnderTheLock)
     *dip = *snapshot_of("zero");
     const auto later = snapshot_of("distinct"); // after the rehearsal
     after_lock = [&] { *dip = *later; };
+    sigset_t mask;
+    sigemptyset(&mask);
+    sigaddset(&mask, SIGUSR2); // it begins with this signal held back, and ends with it
+    sigprocmask(SIG_SETMASK, &mask, nullptr);
     EXPECT_EQ(take().status, 0);
+    sigemptyset(&mask);
+    sigprocmask(SIG_SETMASK, &mask, &mask);
+    EXPECT_EQ(sigismember(&mask, SIGUSR2), 1);
+    EXPECT_EQ(sigismember(&mask, SIGUSR1), 0);
     EXPECT_EQ(memcmp(&ctx_, later.get(), sizeof(ctx_)), 0);
     EXPECT_FALSE(mapped());
     EXPECT_EQ(logged, Log());
+}
+
+TEST_F(Snapshot, PrintsTheIndexLineBeforeItOpensTheDevice)
+{
+    static off_t printed = 0;
+    sr_observer = [](const char *step) {
+        if (step == std::string("open 2"))
+            printed = lseek(STDOUT_FILENO, 0, SEEK_CUR);
+    };
+    EXPECT_EQ(take().out, "dev_idx = 0, path_idx = 0\n");
+    EXPECT_EQ(printed, 26);
 }
 
 TEST_F(Snapshot, ClosesWhatItOpenedAndNothingElse)
@@ -236,6 +257,22 @@ TEST_F(Snapshot, NoSystemCallUnderTheLock)
     EXPECT_EQ(snapshot_apart(region_).status, 0);
     before_unlock = [] { syscall(SYS_getppid), syscall(SYS_exit, 0); };
     EXPECT_EQ(snapshot_apart(region_).status, -SIGKILL); // the check can fail
+}
+
+TEST_F(Snapshot, NapsBetweenItsTries)
+{
+    camera_lock(&region_->path[0].lock);
+    timespec begin = {};
+    clock_gettime(CLOCK_MONOTONIC, &begin);
+    lock_tries = 0;
+    after_lock = [&] {
+        timespec end = {};
+        clock_gettime(CLOCK_MONOTONIC, &end);
+        const long ms =
+            (end.tv_sec - begin.tv_sec) * 1000 + (end.tv_nsec - begin.tv_nsec) / 1000000;
+        _exit(lock_tries > 4 && lock_tries < ms + 10 ? 0 : 1); // a millisecond, but for the first
+    };
+    EXPECT_EQ(snapshot_apart(region_).status, 0);
 }
 
 // The kernel refuses to wait on pages that it cannot name, as some drivers map them.
