@@ -70,13 +70,21 @@ TEST(ScopeJourney, ChecksAndConverts)
                   ":5: cut off: the line does not end: share.fps = 2\n" + bad.path() +
                   ": 1 snapshot, 1 field, 3 lines not understood\n");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(scope({"check", none.path()}).status, 1);
 
     result = scope({"json", good.path(), bad.path()});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 3);
     EXPECT_NE(result.out.find(R"("cut":true,"share":{"inttime":1},"unread":[1,4,5]})"),
               std::string::npos);
+
+    // One capture that cannot be read does not keep the others from it.
+    for (const std::string verb : {"check", "json"}) {
+        result = scope({verb, "/nowhere", none.path(), good.path()});
+        EXPECT_EQ(result.status, 2);
+        EXPECT_NE(result.err.find("/nowhere: "), std::string::npos);
+        EXPECT_NE(result.err.find(none.path() + ": no snapshot;"), std::string::npos);
+        EXPECT_TRUE(result.out.ends_with(scope({verb, good.path()}).out)) << result.out;
+    }
 
     // What goes wrong is said, with status 2.
     const std::pair<std::vector<std::string>, std::string> rows[] = {
@@ -91,7 +99,8 @@ TEST(ScopeJourney, ChecksAndConverts)
         {{"diff", "-", "-"}, "only one side"},
         {{"diff", "--only", "shar", good.path(), good.path()}, "selects nothing. Near: share"},
         {{"diff", "--ignore-from", "/nowhere", good.path(), good.path()}, "/nowhere: No such file"},
-        {{"diff", "--abs", "-1", good.path(), good.path()}, "--abs"},
+        {{"diff", "--abs", "-1", good.path(), good.path()}, "--abs: N is a number of 0 or more"},
+        {{"diff", "--rel", "nan", good.path(), good.path()}, "--rel: N is a number of 0 or more"},
         {{"frobnicate"}, "frobnicate"},
         {{}, "a verb is missing"},
     };

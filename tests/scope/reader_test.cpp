@@ -191,6 +191,8 @@ TEST(Reader, SnapshotsBeginAndEnd)
              "time 12.34\nshare.a = 1\n-- 0 1\ntime 13\nshare.a = 2\n"},
             {INDEX + "share.a = 1\n; end\ntime = 13.5\n" + INDEX + "share.a = 2\n; end\n\nmore\n",
              "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 1\n? 9: outside of any snapshot\n"},
+            {"\xEF\xBB\xBF" + INDEX + "share.a = 1\n" + INDEX + "\xEF\xBB\xBFx\n",
+             "share.a = 1\n-- 0 1\n? 4: neither a key nor a row\n"},
             // A time line that stands elsewhere is a field, or what a loop has left behind.
             {INDEX + "share.a = 1\ntime = 7\nb = 2\ntime = 8\n",
              "share.a = 1\nshare.time = 7\nshare.b = 2\n? 5: a time without a snapshot\n"},

@@ -4,6 +4,7 @@
 #include "select.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +19,8 @@ namespace
 constexpr size_t SHOWN_MAX = 120;     // characters of a text
 constexpr size_t KEY_COLUMN_MAX = 48; // keys up to this length are aligned
 
+constexpr double ROUNDED = 1 + 4 * DBL_EPSILON; // for a product: 0.29 of 100 is 29
+
 double to_double(const Value &value)
 {
     if (value.kind == Kind::integer) {
@@ -25,6 +28,20 @@ double to_double(const Value &value)
         return value.negative() ? -magnitude : magnitude;
     }
     return strtod(std::string(value.text()).c_str(), nullptr);
+}
+
+int decimals(const Value &value)
+{
+    const size_t point = value.text().find('.');
+    return point == std::string_view::npos ? 0 : static_cast<int>(value.size - point - 1);
+}
+
+// Of a distance between two numbers, as many decimals as the longer of them has.
+std::string distance_text(const Value &a, const Value &b, double size)
+{
+    char text[400];
+    snprintf(text, sizeof(text), "%+.*f", std::min(std::max(decimals(a), decimals(b)), 20), size);
+    return text;
 }
 
 // Two numbers apart. Exact for integers as long as the distance fits 64 bits.
@@ -39,8 +56,12 @@ Distance distance(const Value &a, const Value &b)
 {
     Distance result;
     result.size = to_double(b) - to_double(a);
-    if (a.kind != Kind::integer || b.kind != Kind::integer)
+    if (a.kind != Kind::integer || b.kind != Kind::integer) {
+        // 1.10 and 1.00 are 0.10 apart, as people count, and not the binary fraction beside it.
+        if (std::isfinite(result.size))
+            result.size = strtod(distance_text(a, b, result.size).c_str(), nullptr);
         return result;
+    }
     const bool signs_differ = a.negative() != b.negative();
     if (signs_differ) {
         result.exact = !__builtin_add_overflow(a.magnitude, b.magnitude, &result.magnitude);
@@ -64,8 +85,10 @@ bool same(const Value &a, const Value &b, const Rules &rules)
     if (!a.number() || !b.number())
         return false;
     const double apart = std::fabs(distance(a, b).size);
+    if (!std::isfinite(apart))
+        return false;
     const double larger = std::max(std::fabs(to_double(a)), std::fabs(to_double(b)));
-    return apart <= rules.absolute || apart <= rules.relative * larger;
+    return apart <= rules.absolute || apart <= ROUNDED * rules.relative * larger;
 }
 
 void put_value(const Value &value, std::string &out)
@@ -74,12 +97,6 @@ void put_value(const Value &value, std::string &out)
         out += "(nothing)";
     else
         put_shown(value.text(), out);
-}
-
-int decimals(const Value &value)
-{
-    const size_t point = value.text().find('.');
-    return point == std::string_view::npos ? 0 : static_cast<int>(value.size - point - 1);
 }
 
 // "8000 -> 40000  (+32000, +400 %)"
@@ -98,10 +115,7 @@ void put_change(const Value &a, const Value &b, std::string &out)
         out += apart.less ? '-' : '+';
         out += std::to_string(apart.magnitude);
     } else {
-        char text[400];
-        snprintf(text, sizeof(text), "%+.*f", std::min(std::max(decimals(a), decimals(b)), 20),
-                 apart.size);
-        out += text;
+        out += distance_text(a, b, apart.size);
     }
     const double before = std::fabs(to_double(a));
     if (before != 0) {

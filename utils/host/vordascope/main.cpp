@@ -4,6 +4,7 @@
 #include "stream.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <csignal>
 
 using namespace vordascope;
@@ -56,6 +57,13 @@ int main(int argc, char **argv)
     json_verb->add_option("FILE", files, "Captures")->required();
     json_verb->callback([&] { status = json(files); });
 
+    const CLI::Validator tolerance(
+        [](std::string &text) {
+            double value = -1;
+            const bool number = CLI::detail::lexical_cast(text, value) && std::isfinite(value);
+            return number && value >= 0 ? "" : "N is a number of 0 or more";
+        },
+        "");
     DiffOptions diff_options;
     CLI::App *const diff_verb = add_verb("diff", "Compare two snapshots field by field", PATTERNS);
     diff_verb->add_flag("-q,--quiet", diff_options.quiet, "Say only whether they differ");
@@ -76,12 +84,12 @@ int main(int argc, char **argv)
     diff_verb
         ->add_option("--abs", diff_options.rules.absolute, "Numbers at most N apart are the same")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(tolerance);
     diff_verb
         ->add_option("--rel", diff_options.rules.relative,
                      "Numbers are the same when at most this part of the larger apart (0.01: 1 %)")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(tolerance);
     diff_verb->add_option("A", diff_options.a, "The first snapshot")->required();
     diff_verb->add_option("B", diff_options.b, "The second snapshot")->required();
     diff_verb->callback([&] { status = diff(diff_options); });

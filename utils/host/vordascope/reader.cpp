@@ -14,6 +14,7 @@ namespace
 constexpr uint32_t NONE = UINT32_MAX;
 constexpr uint32_t WRAPPED_COLUMNS = 6; // a vector's values a row
 constexpr std::string_view END_LINE = "; end";
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // some editors begin a file with it
 
 // What a character may be part of.
 enum Class : uint8_t { DIGIT = 1, UPPER = 2, LOWER = 4, MARK = 8, BLANK = 16 };
@@ -285,6 +286,8 @@ uint64_t Parser::parse(Snapshot &snapshot)
 
     const char *p = s_->text.data();
     const char *const text_end = p + s_->text.size();
+    if (s_->line == 1 && s_->text.starts_with(BYTE_ORDER_MARK))
+        p += BYTE_ORDER_MARK.size();
     bool time_before = false; // the line before is a time line
     Value time = {};
     for (line_ = s_->line; p != text_end; line_++) {
@@ -904,6 +907,8 @@ const Snapshot *Reader::next()
 // there is none.
 size_t Reader::find_end()
 {
+    if (line_ == 1 && scanned_ == 0 && std::string_view(text_, size_).starts_with(BYTE_ORDER_MARK))
+        scanned_ = BYTE_ORDER_MARK.size();
     while (scanned_ != size_) {
         const char *const line = text_ + scanned_;
         const auto *const newline = static_cast<const char *>(memchr(line, '\n', size_ - scanned_));

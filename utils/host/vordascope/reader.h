@@ -29,7 +29,7 @@
 // order:
 //   an Unread, and the rest is read on. So is any text before the first index line.
 // - A last line without its end may have lost digits: it is not read, and the snapshot is `cut`.
-// - CRLF is read as LF.
+// - CRLF is read as LF; a byte-order mark before the first line is layout.
 // - A text that goes on for SNAPSHOT_MAX bytes without a new snapshot is taken apart there.
 #pragma once
 

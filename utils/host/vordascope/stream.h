@@ -67,6 +67,7 @@ public:
     // Writes all of `text` at once. Returns whether more can be written: not when the reader has
     // left, nor after an error, which it prints.
     bool write(std::string_view text);
+    bool writable() const { return open_; }
 
     // Whether an error has been printed. A reader that leaves early is none.
     bool failed() const { return failed_; }

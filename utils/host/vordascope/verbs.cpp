@@ -42,6 +42,23 @@ int no_snapshot(const Input &input)
     return TROUBLE;
 }
 
+// Reads a capture to its end: use(snapshot) takes each snapshot, the text outside of any included,
+// and returns whether to go on. Returns TROUBLE when the capture could not be read or holds no
+// snapshot, which has been told.
+template <typename Use>
+int read_all(Input &input, Use use)
+{
+    uint64_t snapshots = 0;
+    while (const Snapshot *snapshot = input.next()) {
+        snapshots += snapshot->indexed;
+        if (!use(*snapshot))
+            return YES;
+    }
+    if (input.failed())
+        return TROUBLE;
+    return snapshots > 0 ? YES : no_snapshot(input);
+}
+
 // One of the two snapshots: FILE, FILE#N or FILE#last.
 class Side
 {
@@ -184,68 +201,56 @@ int check(const std::vector<std::string> &files)
         uint64_t fields = 0;
         uint64_t unread = 0;
         std::string text;
-        while (const Snapshot *snapshot = input.next()) {
-            snapshots += snapshot->indexed;
-            fields += snapshot->fields.size();
-            unread += snapshot->unread.size();
-            for (const Unread &line : snapshot->unread) {
+        const int read = read_all(input, [&](const Snapshot &snapshot) {
+            snapshots += snapshot.indexed;
+            fields += snapshot.fields.size();
+            unread += snapshot.unread.size();
+            text.clear();
+            for (const Unread &line : snapshot.unread) {
                 text += input.name() + ':' + std::to_string(line.line) + ": " + line.why + ": ";
                 put_shown(line.text, text);
                 text += '\n';
             }
-            if (!output.write(text))
-                return output.failed() ? TROUBLE : NO;
-            text.clear();
-        }
-        if (input.failed()) {
-            status = TROUBLE;
-            continue;
-        }
-        if (snapshots == 0) {
-            no_snapshot(input);
-            status = std::max(status, NO);
-            continue;
-        }
-        text =
-            input.name() + ": " + plural(snapshots, "snapshot") + ", " + plural(fields, "field") +
-            ", " +
-            (unread == 0 ? "every line understood" : plural(unread, "line") + " not understood") +
-            '\n';
-        if (unread > 0)
-            status = std::max(status, NO);
-        if (!output.write(text))
-            return output.failed() ? TROUBLE : status;
+            return output.write(text);
+        });
+        status = std::max({status, read, unread > 0 ? NO : YES});
+        if (read == YES)
+            output.write(input.name() + ": " + plural(snapshots, "snapshot") + ", " +
+                         plural(fields, "field") + ", " +
+                         (unread == 0 ? "every line understood"
+                                      : plural(unread, "line") + " not understood") +
+                         '\n');
+        if (!output.writable())
+            break;
     }
-    return status;
+    return output.failed() ? TROUBLE : status;
 }
 
 int json(const std::vector<std::string> &files)
 {
     Output output;
+    int status = YES;
     std::string text;
     for (const std::string &file : files) {
         Input input(file, true);
-        uint64_t snapshots = 0;
         uint64_t outside = 0;
-        while (const Snapshot *snapshot = input.next()) {
-            if (!snapshot->indexed) {
-                outside += snapshot->unread.size();
-                continue;
+        const int read = read_all(input, [&](const Snapshot &snapshot) {
+            if (!snapshot.indexed) {
+                outside += snapshot.unread.size();
+                return true;
             }
-            snapshots++;
             text.clear();
-            put_json(*snapshot, text);
+            put_json(snapshot, text);
             text += '\n';
-            if (!output.write(text))
-                return output.failed() ? TROUBLE : YES;
-        }
-        if (input.failed())
-            return TROUBLE;
-        if (snapshots == 0)
-            return no_snapshot(input);
-        warn_of_unread(input, outside);
+            return output.write(text);
+        });
+        status = std::max(status, read);
+        if (!output.writable())
+            break;
+        if (read == YES)
+            warn_of_unread(input, outside);
     }
-    return YES;
+    return output.failed() ? TROUBLE : status;
 }
 
 int diff(DiffOptions options)
@@ -295,32 +300,31 @@ int series(const SeriesOptions &options)
     Output output;
     Series table;
     std::string text;
-    uint64_t snapshots = 0;
+    std::string error;
     uint64_t unread = 0;
-    while (const Snapshot *snapshot = input.next()) {
-        unread += snapshot->unread.size();
-        if (!snapshot->indexed)
-            continue;
+    bool begun = false;
+    const int read = read_all(input, [&](const Snapshot &snapshot) {
+        unread += snapshot.unread.size();
+        if (!snapshot.indexed)
+            return true;
         text.clear();
-        if (snapshots++ == 0) {
-            std::string error;
-            if (!table.begin(*snapshot, options.fields, error)) {
-                complain(input.name() + ": " + error);
-                return TROUBLE;
-            }
+        if (!begun) {
+            begun = table.begin(snapshot, options.fields, error);
+            if (!begun)
+                return false;
             if (!options.no_header)
                 table.put_header(text);
         }
-        table.put_row(*snapshot, text);
-        if (!output.write(text))
-            return output.failed() ? TROUBLE : YES;
-    }
-    if (input.failed())
+        table.put_row(snapshot, text);
+        return output.write(text);
+    });
+    if (!error.empty())
+        complain(input.name() + ": " + error);
+    if (!error.empty() || output.failed())
         return TROUBLE;
-    if (snapshots == 0)
-        return no_snapshot(input);
-    warn_of_unread(input, unread);
-    return YES;
+    if (read == YES && output.writable())
+        warn_of_unread(input, unread);
+    return read;
 }
 
 int report(const ReportOptions &options)
@@ -346,21 +350,17 @@ int report(const ReportOptions &options)
     for (const std::string &file : options.files) {
         Input input(file, true);
         model.begin_file(title_of(file, options.files));
-        uint64_t snapshots = 0;
         uint64_t unread = 0;
-        while (const Snapshot *snapshot = input.next()) {
-            model.add(*snapshot);
-            snapshots += snapshot->indexed;
-            unread += snapshot->unread.size();
-        }
-        if (input.failed()) {
+        const int read = read_all(input, [&](const Snapshot &snapshot) {
+            model.add(snapshot);
+            unread += snapshot.unread.size();
+            return true;
+        });
+        if (input.failed())
             model.note("It could not be read: " + input.error() + ".");
-            status = TROUBLE;
-        } else if (snapshots == 0) {
-            status = no_snapshot(input);
-        } else {
+        if (read == YES)
             warn_of_unread(input, unread);
-        }
+        status = std::max(status, read);
     }
     const std::optional<std::string> page = page_with(empty_page(), model.json(options.most));
     if (!page) {
