@@ -25,8 +25,8 @@ constexpr char USAGE[] =
     "       box-probe peek OFFSET LENGTH  bytes of the region, as they are\n"
     "       box-probe hold MS INTTIME     hold the lock of path 0 in the background for a time,\n"
     "                                     set the exposure time, let go\n"
-    "       box-probe write               write frames of one byte each into path 0, as the live scene\n"
-    "                                     does, but without queueing for the lock\n"
+    "       box-probe write               write frames of one byte each into path 0, with its lock\n"
+    "                                     taken half of the time, but never queued for\n"
     "       box-probe die                 die with the lock of path 0, which becomes robust\n"
     "       box-probe lock                what locking path 0 answers\n"
     "       box-probe signal COMMAND...   hold the lock of path 0; send each of several signals to\n"
@@ -67,14 +67,16 @@ int hold(VplatPathConf *path, long ms, int32_t inttime)
 [[noreturn]] void write_frames(VplatPathConf *path)
 {
     signal(SIGTERM, [](int) { _exit(0); });
-    static DipPathCtx ctx;
+    auto *bytes = reinterpret_cast<uint8_t *>(&path->dip);
+    constexpr size_t HALF = sizeof(path->dip) / 2;
     for (uint8_t frame = 0;; frame++) {
-        memset(static_cast<void *>(&ctx), frame, sizeof(ctx));
         while (!path_trylock(&path->lock))
             sched_yield();
-        memcpy(&path->dip, &ctx, sizeof(ctx));
+        memset(bytes, frame, HALF);
+        usleep(2000);
+        memset(bytes + HALF, frame, HALF);
         path_unlock(&path->lock);
-        usleep(500);
+        usleep(2000);
     }
 }
 
