@@ -12,13 +12,13 @@
 #include <bit>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/futex.h>
 #include <linux/seccomp.h>
+#include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -184,7 +184,10 @@ TEST_F(Snapshot, IsWhatTheRegionHoldsUnderTheLock)
     sigprocmask(SIG_SETMASK, &mask, &mask);
     EXPECT_EQ(sigismember(&mask, SIGUSR2), 1);
     EXPECT_EQ(sigismember(&mask, SIGUSR1), 0);
-    EXPECT_EQ(memcmp(&ctx_, later.get(), sizeof(ctx_)), 0);
+    const auto bytes = [](const DipPathCtx *ctx) {
+        return std::string_view(reinterpret_cast<const char *>(ctx), sizeof(*ctx));
+    };
+    EXPECT_TRUE(bytes(&ctx_) == bytes(later.get()));
     EXPECT_FALSE(mapped());
     EXPECT_EQ(logged, Log());
 }

@@ -141,23 +141,27 @@ TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
             usleep(1000);
     };
     static const MPI_PATH path = {};
-    const std::pair<std::string, std::function<void()>> rows[] = {
+    struct Row {
+        std::string step;
+        std::function<void()> second;
+    };
+    const Row rows[] = {
         {"query", [] { SR_openShm(); }},
         {"complete", [] { SR_getShmAddr(&path, SR_CTRL_DESCPTR_ITEM_INPUT_PATH); }},
     };
-    for (const auto &[step, second] : rows) {
-        stop_at = step;
+    for (const Row &row : rows) {
+        stop_at = row.step;
         stopped = resumed = false;
         opens = 0;
         std::thread first([] { SR_openShm(); });
         EXPECT_TRUE(eventually(10000, [] { return stopped.load(); }));
         std::atomic<bool> done = false;
         std::thread other([&] {
-            second();
+            row.second();
             done = true;
         });
         usleep(50000);
-        EXPECT_FALSE(done) << step;
+        EXPECT_FALSE(done) << row.step;
         EXPECT_EQ(opens, 1);
         resumed = true;
         first.join();
