@@ -319,12 +319,12 @@ TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
     EXPECT_GT(options, 8U);
 
     const auto completed = [](const std::string &words) {
-        const Result result =
-            bash("source " VORDA_SOURCE_DIR "/completion/vordascope.bash; COMP_WORDS=(\"$scope\" " +
-                     words +
-                     "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _vordascope; "
-                     "echo \"${COMPREPLY[*]}\"",
-                 {});
+        const Result result = bash("source '" VORDA_SOURCE_DIR
+                                   "/completion/vordascope.bash'; COMP_WORDS=(\"$scope\" " +
+                                       words +
+                                       "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _vordascope; "
+                                       "echo \"${COMPREPLY[*]}\"",
+                                   {});
         EXPECT_EQ(result.err, "");
         return result.out;
     };
