@@ -12,8 +12,16 @@ PAGE_PACKAGES=(clang lld libc++-dev-wasm32 libclang-rt-dev-wasm32)
 command -v node >/dev/null || PAGE_PACKAGES+=(nodejs)
 command -v npm >/dev/null || PAGE_PACKAGES+=(npm)
 
-scratch=$(mktemp -d) # gone when the script ends
-trap 'rm -rf "$scratch"' EXIT
+scratch=$(mktemp -d)
+
+# Nothing that a script has begun or written outlives it.
+clean_up() {
+  local jobs
+  mapfile -t jobs < <(jobs -p)
+  ((${#jobs[@]} == 0)) || kill "${jobs[@]}" 2>/dev/null || true
+  rm -rf "$scratch"
+}
+trap clean_up EXIT
 
 tests_passed=0
 tests_failed=0

@@ -12,7 +12,6 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
-#include <memory>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -102,9 +101,9 @@ int main(int argc, char **argv)
     if (conf == nullptr)
         return BAD_USAGE;
 
-    const auto copy = std::make_unique<VplatConf>();
-    memcpy(copy.get(), conf, sizeof(*conf));
+    static VplatConf copy; // large
+    memcpy(&copy, conf, sizeof(*conf));
     for (size_t i = 0; i < INPUT_PATH_NUM; i++)
-        copy_path(&conf->path[i], &copy->path[i], static_cast<int>(i));
-    return write_out(*copy);
+        copy_path(&conf->path[i], &copy.path[i], static_cast<int>(i));
+    return write_out(copy);
 }

@@ -121,7 +121,7 @@ void put_change(const Value &a, const Value &b, std::string &out)
     if (before != 0) {
         const double percent = 100 * apart.size / before;
         char text[400];
-        snprintf(text, sizeof(text), std::fabs(percent) < 1000 ? ", %+.3g %%" : ", %+.0f %%",
+        snprintf(text, sizeof(text), std::fabs(percent) < 999.5 ? ", %+.3g %%" : ", %+.0f %%",
                  percent);
         out += text;
     }
