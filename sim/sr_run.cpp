@@ -119,7 +119,7 @@ std::string region_path(const Options &options)
                 PROGRAM, options.region, path);
     close(fd);
     char *path = realpath(options.region, nullptr); // COMMAND may change its folder
-    const std::string result = path != nullptr ? path : options.region;
+    std::string result = path != nullptr ? path : options.region;
     free(path);
     return result;
 }
@@ -135,9 +135,11 @@ std::string library_for(char **command, bool emulated)
     constexpr char LIBRARY[] = "libsr_device.so";
     if (emulated) {
         for (char **word = command + 1; *word != nullptr; word++) {
-            const std::string library = folder_of(*word) + "sim/" + LIBRARY;
-            if (access(library.c_str(), R_OK) == 0)
-                return library;
+            for (const char *below : {"sim/", ""}) {
+                std::string library = folder_of(*word) + below + LIBRARY;
+                if (access(library.c_str(), R_OK) == 0)
+                    return library;
+            }
         }
         return "";
     }

@@ -61,7 +61,7 @@ public:
         moment->frame_us = frame_us;
 
         const int64_t luma256 = int64_t{256} * STORY_LUMA * moment->exposure / BRIGHT / attenuation;
-        const auto seen = static_cast<int32_t>(std::min<int64_t>(luma256, 255 * 256));
+        const auto seen = static_cast<int32_t>(std::min(luma256, int64_t{255} * 256));
         moment->luma = static_cast<int32_t>((luma256 + 128) / 256);
 
         // A quarter of the way a frame, at most 1.3 times up, from an image two frames old.
