@@ -2,6 +2,7 @@
 //
 // Each path is copied under its lock, as vorda does it: the camera waits for one copy, nobody
 // queues and no signal falls between lock and unlock. In what is written every lock is free.
+#include "camera_lock.h"
 #include "path_lock.h"
 #include "sr.h"
 #include "sr_schema.h"
@@ -69,7 +70,7 @@ void copy_path(VplatPathConf *path, VplatPathConf *copy, int index)
     if (tries == TRIES)
         fprintf(stderr, "%s: path %d stays locked; its values may be of two frames.\n", PROGRAM,
                 index);
-    memset(static_cast<void *>(&copy->lock), 0, sizeof(uint32_t)); // its word: free
+    free_lock(&copy->lock);
 }
 
 int write_out(const VplatConf &conf)

@@ -1,4 +1,5 @@
 // sr-run: runs a command with a stand-in for /dev/sr in place.
+#include "camera_lock.h"
 #include "sr_device.h"
 #include "sr_schema.h"
 #include "usage.h"
@@ -56,7 +57,7 @@ int unlocked_copy(int fd, const char *file)
     auto *conf = reinterpret_cast<VplatConf *>(copy.data());
     if (size == static_cast<ssize_t>(sizeof(VplatConf)))
         for (VplatPathConf &path : conf->path)
-            memset(static_cast<void *>(&path.lock), 0, sizeof(uint32_t)); // its word: free
+            free_lock(&path.lock);
     if (write(memory, copy.data(), static_cast<size_t>(size)) != size) {
         bad_file(PROGRAM, file, strerror(errno));
         return -1;

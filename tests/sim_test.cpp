@@ -136,6 +136,7 @@ TEST(Sim, ACaptureIsWholeAndItsLocksAreFree)
 {
     const Region region;
     region->path[0].lock.word = 1; // for longer than the capture waits
+    region->path[0].lock.owner = 4711;
     const TempFile file;
     const Result result =
         Child({sr_run, "--region", region.file(), sr_capture}, environment, file.path()).finish();
@@ -143,6 +144,7 @@ TEST(Sim, ACaptureIsWholeAndItsLocksAreFree)
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(region->path[0].lock.word, 1U);
     region->path[0].lock.word = 0;
+    region->path[0].lock.owner = 0;
     EXPECT_TRUE(read_file(file.path()) == read_file(region.file()));
 }
 
