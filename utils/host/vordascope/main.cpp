@@ -6,6 +6,8 @@
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <csignal>
+#include <cstdio>
+#include <exception>
 
 using namespace vordascope;
 
@@ -26,9 +28,7 @@ constexpr char PATTERNS[] =
     "A and B are FILE, FILE#N for its Nth snapshot (the first when left out) or FILE#last.\n"
     "Exit status: 0 the same, 1 different, 2 trouble.";
 
-} // namespace
-
-int main(int argc, char **argv)
+int run(int argc, char **argv)
 {
     // A reader that leaves early ends the output, not the program.
     signal(SIGPIPE, SIG_IGN);
@@ -127,4 +127,16 @@ int main(int argc, char **argv)
     if (app.get_subcommands().empty())
         complain("a verb is missing; see vordascope --help");
     return status;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::exception &error) { // no memory, most likely
+        fprintf(stderr, "vordascope: %s\n", error.what());
+        return TROUBLE;
+    }
 }
