@@ -9,6 +9,7 @@
 class HeapText : public Text
 {
 public:
+    // cppcheck-suppress uninitMemberVar // nowhere_ is never read
     HeapText() : Text(nowhere_, nowhere_, grow) {}
     ~HeapText();
 

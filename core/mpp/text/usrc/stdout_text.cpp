@@ -11,6 +11,7 @@ bool failed; // standard output has refused something
 
 } // namespace
 
+// cppcheck-suppress uninitMemberVar // the buffer is written before it is read
 StdoutText::StdoutText() : Text(buffer_, buffer_ + sizeof(buffer_), flush) {}
 
 StdoutText::~StdoutText()

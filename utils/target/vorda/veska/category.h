@@ -20,12 +20,24 @@ struct item {
     void (*print)(Text &text, const DipPathCtx &ctx);
 };
 
+// The part of a record to which members lead, one after another.
+template <typename Record>
+const Record &part_of(const Record &record)
+{
+    return record;
+}
+template <typename Record, typename Member, typename... More>
+const auto &part_of(const Record &record, Member Record::*member, More... more)
+{
+    return part_of(record.*member, more...);
+}
+
 // The `print` of an item that prints one part of the DIP's context: print(text, part). The members
 // lead to the part, from DipCtx on.
 template <auto print, auto... members>
 void part(Text &text, const DipPathCtx &ctx)
 {
-    print(text, (ctx.dip_ctx.*....*members));
+    print(text, part_of(ctx.dip_ctx, members...));
 }
 
 // The order in which a category prints all of its items: their places in the item table. A name
