@@ -282,6 +282,11 @@ bool Child::ends_within(int ms)
     });
 }
 
+std::string Child::said() const
+{
+    return contents_of(err_);
+}
+
 Result Child::finish()
 {
     if (!ends_within(60000)) {
@@ -323,6 +328,14 @@ Result run_vorda(const std::vector<std::string> &args, const std::string &region
                  const Environment &added, const std::string &out, const std::set<int> &closed)
 {
     return start_vorda(args, region, added, out, closed)->finish();
+}
+
+long waits_of(const std::string &folder)
+{
+    const std::string status = read_file(folder + "/status");
+    const std::string name = "\nvoluntary_ctxt_switches:";
+    const size_t at = status.find(name);
+    return at == std::string::npos ? 0 : strtol(&status[at + name.size()], nullptr, 10);
 }
 
 bool eventually(int ms, const std::function<bool()> &condition)

@@ -94,6 +94,8 @@ public:
     pid_t pid() const { return pid_; }
     // Whether it has ended within so many milliseconds.
     bool ends_within(int ms);
+    // What it has written to standard error so far.
+    std::string said() const;
     // Waits for the end, at most 60 seconds, and takes what it wrote.
     Result finish();
 
@@ -117,6 +119,10 @@ Result run_vorda(const std::vector<std::string> &args, const std::string &region
 
 // Path of a program or library of the build under test.
 std::string built(const std::string &name);
+
+// How often a process or thread has waited so far, for time to pass or for something else: each nap
+// counts. It is named by its folder, "/proc/PID" or "/proc/self/task/TID".
+long waits_of(const std::string &folder);
 
 // Waits until a condition holds, at most `ms` milliseconds; returns whether it does.
 bool eventually(int ms, const std::function<bool()> &condition);

@@ -26,6 +26,28 @@
 #include <thread>
 #include <unistd.h>
 
+// The linker puts this between the product and the system: the clock of the wait.
+extern "C" {
+int __real_nanosleep(const timespec *time, timespec *rest);
+int __wrap_nanosleep(const timespec *time, timespec *rest);
+}
+
+namespace
+{
+
+// What happens in place of a nap.
+std::function<void(const timespec &)> at_nap;
+
+} // namespace
+
+int __wrap_nanosleep(const timespec *time, timespec *rest)
+{
+    if (!at_nap)
+        return __real_nanosleep(time, rest);
+    at_nap(*time);
+    return 0;
+}
+
 namespace
 {
 
@@ -104,12 +126,12 @@ struct Apart {
 constexpr int RETURNED = 99;
 
 // Takes a snapshot in a fresh process, after a preparation there. A lock that is held is released
-// when the process waits for it.
+// at its third nap.
 Apart snapshot_apart(
     Region &region, const std::function<void()> &prepare = [] {})
 {
     PathLock *lock = &region->path[0].lock;
-    const bool held = words(*lock)[0] != 0;
+    const PathLock free = lock_of({0, 0, 0, PROCESS_SHARED, 0, 0});
     fflush(stdout);
     const pid_t pid = fork();
     if (pid == 0) {
@@ -118,14 +140,13 @@ Apart snapshot_apart(
         dup2(open("/dev/null", O_WRONLY), 1);
         setenv(SR_REGION_ENV, region.file().c_str(), 1);
         auto *ctx = new DipPathCtx; // its pages are not there yet
+        at_nap = [&, naps = 0](const timespec &) mutable {
+            if (++naps == 3)
+                *lock = free;
+        };
         prepare();
         get_dip_ctx({.dev = 0, .path = 0, .dummy1 = 0x80, .dummy0 = 0x80}, ctx);
         _exit(RETURNED);
-    }
-    const PathLock free = lock_of({0, 0, 0, PROCESS_SHARED, 0, 0});
-    if (held) {
-        usleep(50000);
-        *lock = free;
     }
     int status = 0;
     waitpid(pid, &status, 0);
@@ -141,6 +162,7 @@ protected:
     {
         after_lock = nullptr;
         before_unlock = nullptr;
+        at_nap = nullptr;
         sr_observer = nullptr;
         SR_closeShm();
         unsetenv(SR_REGION_ENV);
@@ -264,18 +286,17 @@ TEST_F(Snapshot, NoSystemCallUnderTheLock)
 
 TEST_F(Snapshot, NapsBetweenItsTries)
 {
-    camera_lock(&region_->path[0].lock);
-    timespec begin = {};
-    clock_gettime(CLOCK_MONOTONIC, &begin);
-    lock_tries = 0;
-    after_lock = [&] {
-        timespec end = {};
-        clock_gettime(CLOCK_MONOTONIC, &end);
-        const long ms =
-            (end.tv_sec - begin.tv_sec) * 1000 + (end.tv_nsec - begin.tv_nsec) / 1000000;
-        _exit(lock_tries > 4 && lock_tries < ms + 10 ? 0 : 1); // a millisecond, but for the first
+    PathLock *lock = &region_->path[0].lock;
+    camera_lock(lock);
+    int naps = 0;
+    at_nap = [&](const timespec &nap) {
+        EXPECT_GE(nap.tv_nsec, 1000000);
+        if (++naps == 100)
+            path_unlock(lock);
     };
-    EXPECT_EQ(snapshot_apart(region_).status, 0);
+    lock_tries = 0;
+    EXPECT_EQ(take().status, 0);
+    EXPECT_LE(lock_tries, naps + 4); // before the first nap it is quicker
 }
 
 // The kernel refuses to wait on pages that it cannot name, as some drivers map them.

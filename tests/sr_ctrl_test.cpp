@@ -125,7 +125,7 @@ TEST_F(SrCtrl, CompletesWithTheTableFilledAndUnmapsWithTheLevelsPutBack)
     EXPECT_EQ(levels, defaults);
 }
 
-// The first thread stops at a step until the second has had the time to come to the lock.
+// The first thread stops at a step until the second waits for the lock.
 TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
 {
     static std::atomic<bool> stopped;
@@ -156,11 +156,16 @@ TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
         std::thread first([] { SR_openShm(); });
         EXPECT_TRUE(eventually(10000, [] { return stopped.load(); }));
         std::atomic<bool> done = false;
+        std::atomic<long> waits = -1;
+        const std::string self = "/proc/self/task/";
+        std::string task;
         std::thread other([&] {
+            task = self + std::to_string(gettid());
+            waits = waits_of(task);
             row.second();
             done = true;
         });
-        usleep(50000);
+        EXPECT_TRUE(eventually(10000, [&] { return waits >= 0 && waits_of(task) > waits; }));
         EXPECT_FALSE(done) << row.step;
         EXPECT_EQ(opens, 1);
         resumed = true;
