@@ -96,9 +96,12 @@ TEST(ScopeJourney, ChecksAndConverts)
         {{"series", good.path()}, "FIELD is required"},
         {{"diff", good.path() + "#3", good.path()}, "no snapshot 3"},
         {{"diff", good.path(), good.path() + "#0"}, "no snapshot 0"},
-        {{"diff", "-", "-"}, "only one side"},
+        {{"diff", good.path(), good.path() + "#18446744073709551617"},
+         "no snapshot 18446744073709551617"},
+        {{"diff", "-", "-#2"}, "only one side"},
         {{"diff", "--only", "shar", good.path(), good.path()}, "selects nothing. Near: share"},
         {{"diff", "--ignore-from", "/nowhere", good.path(), good.path()}, "/nowhere: No such file"},
+        {{"diff", "--ignore-from", "/", good.path(), good.path()}, "/: Is a directory"},
         {{"diff", "--abs", "-1", good.path(), good.path()}, "--abs: N is a number of 0 or more"},
         {{"diff", "--rel", "nan", good.path(), good.path()}, "--rel: N is a number of 0 or more"},
         {{"frobnicate"}, "frobnicate"},
@@ -204,8 +207,18 @@ TEST(ScopeJourney, OutputThatCannotBeWritten)
         EXPECT_EQ(result.status, 2) << verb[0];
         EXPECT_EQ(result.err, "vordascope: standard output: No space left on device\n");
     }
-    Result result = bash("\"$scope\" json \"$file\" >&-", {{"file", capture.path()}});
-    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(scope({"--help"}, "/dev/full").status, 2);
+    EXPECT_EQ(scope({"--help"}).status, 0);
+    // Without standard output, and over the capture that is read.
+    const std::string before = read_file(capture.path());
+    for (const char *line : {"json \"$file\" >&-", "json \"$file\" >>\"$file\"",
+                             "report - -o \"$file\" <\"$file\"", "check - <&-"}) {
+        const Result refused = bash(std::string("\"$scope\" ") + line, {{"file", capture.path()}});
+        EXPECT_EQ(refused.status, 2) << line;
+        EXPECT_NE(refused.err, "") << line;
+    }
+    EXPECT_TRUE(read_file(capture.path()) == before);
+    Result result;
     result = bash("\"$scope\" json \"$file\" | head -n 1 >/dev/null; echo ${PIPESTATUS[0]}",
                   {{"file", capture.path()}});
     EXPECT_EQ(result.out, "0\n");

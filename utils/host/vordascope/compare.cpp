@@ -2,6 +2,7 @@
 #include "compare.h"
 
 #include "select.h"
+#include "shown.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -16,7 +17,6 @@ namespace vordascope
 namespace
 {
 
-constexpr size_t SHOWN_MAX = 120;     // characters of a text
 constexpr size_t KEY_COLUMN_MAX = 48; // keys up to this length are aligned
 
 constexpr double ROUNDED = 1 + 4 * DBL_EPSILON; // for a product: 0.29 of 100 is 29
@@ -311,23 +311,6 @@ Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
     }
     report.put(out);
     return result;
-}
-
-void put_shown(std::string_view text, std::string &out)
-{
-    constexpr char HEX[] = "0123456789abcdef";
-    for (const char c : text.substr(0, SHOWN_MAX)) {
-        if (c >= ' ' && c <= '~') {
-            out += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        out += "\\x";
-        out += HEX[byte >> 4];
-        out += HEX[byte & 0xF];
-    }
-    if (text.size() > SHOWN_MAX)
-        out += "...";
 }
 
 } // namespace vordascope

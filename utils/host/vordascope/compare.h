@@ -35,8 +35,4 @@ struct Comparison {
 Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
                    std::string_view name_a, std::string_view name_b, std::string &out);
 
-// Appends a text of the capture so that a terminal can show it: other bytes than printable ASCII
-// as \xNN, of a long one only the beginning.
-void put_shown(std::string_view text, std::string &out);
-
 } // namespace vordascope

@@ -6,8 +6,12 @@
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <csignal>
-#include <cstdio>
-#include <exception>
+#include <fcntl.h>
+#include <memory>
+#include <new>
+#include <sstream>
+#include <stdexcept>
+#include <unistd.h>
 
 using namespace vordascope;
 
@@ -20,7 +24,7 @@ constexpr char FIELDS[] =
     "  share.inttime   cfg.gamma.GMA curve[60]   stat.awb.Gwd RGL.r channel[3][4]\n"
     "An array gives a column for each of its values. In a pattern * stands for any characters\n"
     "and ? for one; a pattern that matches an item or a block stands for all of its fields.\n"
-    "Beside fields there are: time, snapshot (its number), dev_idx, path_idx.";
+    "Beside fields there are: time, snapshot (its number), dev_idx, path_idx, file.";
 
 constexpr char PATTERNS[] =
     "GLOB matches the path of a field, or of its item or block: share.*gain, stat, cfg.nr,\n"
@@ -28,105 +32,173 @@ constexpr char PATTERNS[] =
     "A and B are FILE, FILE#N for its Nth snapshot (the first when left out) or FILE#last.\n"
     "Exit status: 0 the same, 1 different, 2 trouble.";
 
+// A verb on the command line, and where its options go.
+template <typename Options>
+struct Verb {
+    CLI::App *app;
+    Options &options;
+};
+
+// The verbs, and the exit status of the one that has run.
+class CommandLine
+{
+public:
+    CommandLine()
+    {
+        app.require_subcommand(0, 1); // at the end, so that an unknown verb is told by its name
+        app.set_version_flag("--version", "vordascope " VORDASCOPE_VERSION);
+    }
+
+    template <typename Options>
+    Verb<Options> add(const char *name, const char *description, const char *footer,
+                      int (*run)(const Options &))
+    {
+        const auto options = std::make_shared<Options>();
+        CLI::App *const verb = app.add_subcommand(name, description);
+        verb->footer(footer);
+        verb->callback([this, run, options] { status = run(*options); });
+        return {verb, *options};
+    }
+
+    CLI::App app{"Reads what vorda prints: checks it, makes JSON or CSV of it, compares it.\n"
+                 "FILE holds one snapshot or many; - is standard input.",
+                 "vordascope"};
+    int status = TROUBLE;
+};
+
+// An option that can be given again and takes one argument each time.
+CLI::Option *repeated(CLI::Option *option, const char *type)
+{
+    return option->type_name(type)->expected(1)->take_all();
+}
+
+CLI::Validator tolerance()
+{
+    return {[](std::string &text) {
+                double value = -1;
+                const bool number = CLI::detail::lexical_cast(text, value) && std::isfinite(value);
+                return number && value >= 0 ? "" : "N is a number of 0 or more";
+            },
+            ""};
+}
+
+void add_check(CommandLine &line)
+{
+    const auto [verb, options] =
+        line.add("check", "Say whether every line is understood",
+                 "Of each reason why a line is not understood the first five lines are shown.\n"
+                 "Exit status: 0 every line, 1 not every line, 2 trouble.",
+                 check);
+    verb->add_flag("--all", options.all, "Show every line that is not understood");
+    verb->add_option("FILE", options.files, "Captures")->required();
+}
+
+void add_json(CommandLine &line)
+{
+    const auto [verb, options] =
+        line.add("json", "Print JSON Lines: an object a snapshot", "", json);
+    verb->add_option("FILE", options.files, "Captures")->required();
+}
+
+void add_diff(CommandLine &line)
+{
+    const auto [verb, options] =
+        line.add("diff", "Compare two snapshots field by field", PATTERNS, diff);
+    verb->add_flag("-q,--quiet", options.quiet, "Say only whether they differ");
+    repeated(verb->add_option("--only", options.rules.only, "Compare these fields alone"), "GLOB");
+    repeated(verb->add_option("--ignore", options.rules.ignore, "Leave these fields out"), "GLOB");
+    repeated(verb->add_option("--ignore-from", options.ignore_from,
+                              "Leave out the GLOBs in a file, one a line"),
+             "FILE");
+    verb->add_option("--abs", options.rules.absolute, "Numbers at most N apart are the same")
+        ->type_name("N")
+        ->check(tolerance());
+    verb->add_option("--rel", options.rules.relative,
+                     "Numbers are the same when at most this part of the larger apart (0.01: 1 %)")
+        ->type_name("N")
+        ->check(tolerance());
+    verb->add_option("A", options.a, "The first snapshot")->required();
+    verb->add_option("B", options.b, "The second snapshot")->required();
+}
+
+void add_series(CommandLine &line)
+{
+    const auto [verb, options] =
+        line.add("series", "Print CSV: a row a snapshot, a column a field", FIELDS, series);
+    verb->add_flag("--no-header", options.no_header, "Leave the columns' names out");
+    verb->add_option("FILE", options.file, "A capture")->required();
+    verb->add_option("FIELD", options.fields, "Fields")->required();
+}
+
+void add_report(CommandLine &line)
+{
+    const auto [verb, options] =
+        line.add("report", "Write a page that shows captures",
+                 "The page is one HTML file that needs no network. Two snapshots are compared, "
+                 "more are\na series. Exit status: 0, or 2 when something could not be read or "
+                 "written.",
+                 report);
+    verb->add_option("-o,--output", options.out,
+                     "Where the page goes; standard output when left out")
+        ->type_name("OUT.html");
+    verb->add_option("--max", options.most,
+                     "Show at most N snapshots, evenly spread (1000 when left out)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000000));
+    verb->add_option("FILE", options.files, "Captures")->required();
+}
+
+// A capture or a page must not become a standard descriptor that the program was started without.
+// Reading or writing there still fails.
+void occupy_standard_descriptors()
+{
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(fd, F_GETFD) < 0)
+            open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+// The words of the command line, the last one first, as CLI11 wants them. It would take "-#2", a
+// snapshot of standard input, for an option.
+std::vector<std::string> arguments(int argc, char **argv)
+{
+    std::vector<std::string> words;
+    for (int i = argc - 1; i > 0; i--) {
+        const std::string_view word = argv[i];
+        words.push_back(word.starts_with("-#") ? STANDARD_INPUT + std::string(word.substr(1))
+                                               : std::string(word));
+    }
+    return words;
+}
+
+// Help, the version, or what is wrong with the command line.
+int end_early(const CLI::App &app, const CLI::ParseError &error)
+{
+    std::ostringstream out;
+    std::ostringstream err;
+    const bool asked = app.exit(error, out, err) == 0;
+    fputs(err.str().c_str(), stderr);
+    Output output;
+    output.write(out.str());
+    return asked && output.close() ? YES : TROUBLE;
+}
+
 int run(int argc, char **argv)
 {
     // A reader that leaves early ends the output, not the program.
     signal(SIGPIPE, SIG_IGN);
+    occupy_standard_descriptors();
 
-    CLI::App app("Reads what vorda prints: checks it, makes JSON or CSV of it, compares it.\n"
-                 "FILE holds one snapshot or many; - is standard input.",
-                 "vordascope");
-    app.require_subcommand(0, 1); // at the end, so that an unknown verb is told by its name
-    app.set_version_flag("--version", "vordascope " VORDASCOPE_VERSION);
-
-    int status = TROUBLE;
-    std::vector<std::string> files;
-    const auto add_verb = [&app](const char *name, const char *description, const char *footer) {
-        CLI::App *const verb = app.add_subcommand(name, description);
-        verb->footer(footer);
-        return verb;
-    };
-
-    CLI::App *const check_verb =
-        add_verb("check", "Say whether every line is understood",
-                 "Exit status: 0 every line, 1 not every line, 2 trouble.");
-    check_verb->add_option("FILE", files, "Captures")->required();
-    check_verb->callback([&] { status = check(files); });
-
-    CLI::App *const json_verb = add_verb("json", "Print JSON Lines: an object a snapshot", "");
-    json_verb->add_option("FILE", files, "Captures")->required();
-    json_verb->callback([&] { status = json(files); });
-
-    const CLI::Validator tolerance(
-        [](std::string &text) {
-            double value = -1;
-            const bool number = CLI::detail::lexical_cast(text, value) && std::isfinite(value);
-            return number && value >= 0 ? "" : "N is a number of 0 or more";
-        },
-        "");
-    DiffOptions diff_options;
-    CLI::App *const diff_verb = add_verb("diff", "Compare two snapshots field by field", PATTERNS);
-    diff_verb->add_flag("-q,--quiet", diff_options.quiet, "Say only whether they differ");
-    diff_verb->add_option("--only", diff_options.rules.only, "Compare these fields alone")
-        ->type_name("GLOB")
-        ->expected(1)
-        ->take_all();
-    diff_verb->add_option("--ignore", diff_options.rules.ignore, "Leave these fields out")
-        ->type_name("GLOB")
-        ->expected(1)
-        ->take_all();
-    diff_verb
-        ->add_option("--ignore-from", diff_options.ignore_from,
-                     "Leave out the GLOBs in a file, one a line")
-        ->type_name("FILE")
-        ->expected(1)
-        ->take_all();
-    diff_verb
-        ->add_option("--abs", diff_options.rules.absolute, "Numbers at most N apart are the same")
-        ->type_name("N")
-        ->check(tolerance);
-    diff_verb
-        ->add_option("--rel", diff_options.rules.relative,
-                     "Numbers are the same when at most this part of the larger apart (0.01: 1 %)")
-        ->type_name("N")
-        ->check(tolerance);
-    diff_verb->add_option("A", diff_options.a, "The first snapshot")->required();
-    diff_verb->add_option("B", diff_options.b, "The second snapshot")->required();
-    diff_verb->callback([&] { status = diff(diff_options); });
-
-    SeriesOptions series_options;
-    CLI::App *const series_verb =
-        add_verb("series", "Print CSV: a row a snapshot, a column a field", FIELDS);
-    series_verb->add_flag("--no-header", series_options.no_header, "Leave the columns' names out");
-    series_verb->add_option("FILE", series_options.file, "A capture")->required();
-    series_verb->add_option("FIELD", series_options.fields, "Fields")->required();
-    series_verb->callback([&] { status = series(series_options); });
-
-    ReportOptions report_options;
-    CLI::App *const report_verb = add_verb(
-        "report", "Write a page that shows captures",
-        "The page is one HTML file that needs no network. Two snapshots are compared, more "
-        "are\na series. Exit status: 0, or 2 when something could not be read or written.");
-    report_verb
-        ->add_option("-o,--output", report_options.out,
-                     "Where the page goes; standard output when left out")
-        ->type_name("OUT.html");
-    report_verb
-        ->add_option("--max", report_options.most,
-                     "Show at most N snapshots, evenly spread (1000 when left out)")
-        ->type_name("N")
-        ->check(CLI::Range(1, 1000000));
-    report_verb->add_option("FILE", report_options.files, "Captures")->required();
-    report_verb->callback([&] { status = report(report_options); });
-
+    CommandLine line;
+    for (const auto add : {add_check, add_json, add_diff, add_series, add_report})
+        add(line);
     try {
-        app.parse(argc, argv);
+        line.app.parse(arguments(argc, argv));
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? YES : TROUBLE;
+        return end_early(line.app, error);
     }
-    if (app.get_subcommands().empty())
+    if (line.app.get_subcommands().empty())
         complain("a verb is missing; see vordascope --help");
-    return status;
+    return line.status;
 }
 
 } // namespace
@@ -135,8 +207,12 @@ int main(int argc, char **argv)
 {
     try {
         return run(argc, argv);
-    } catch (const std::exception &error) { // no memory, most likely
-        fprintf(stderr, "vordascope: %s\n", error.what());
-        return TROUBLE;
+    } catch (const std::bad_alloc &) {
+        complain("not enough memory");
+    } catch (const std::length_error &) { // more than there can be
+        complain("not enough memory");
+    } catch (const std::exception &error) {
+        complain(error.what());
     }
+    return TROUBLE;
 }

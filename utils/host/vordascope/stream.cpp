@@ -1,6 +1,8 @@
 // Reading captures and writing text through file descriptors.
 #include "stream.h"
 
+#include "shown.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -14,30 +16,62 @@ namespace vordascope
 namespace
 {
 
-constexpr char STANDARD_INPUT[] = "standard input";
 constexpr size_t PIECE = size_t{256} << 10;
 constexpr std::chrono::milliseconds FIRST_PROGRESS(1000);
 constexpr std::chrono::milliseconds NEXT_PROGRESS(200);
 
 } // namespace
 
-void complain(const std::string &message)
+void complain(std::string_view message)
 {
-    fprintf(stderr, "vordascope: %s\n", message.c_str());
+    fputs("vordascope: ", stderr);
+    char room[4];
+    for (const char c : message) {
+        const std::string_view piece = shown(c, room);
+        fwrite(piece.data(), 1, piece.size(), stderr);
+    }
+    fputc('\n', stderr);
 }
 
-Input::Input(std::string file, bool progress)
-    : name_(file == "-" ? STANDARD_INPUT : std::move(file)),
-      fd_(name_ == STANDARD_INPUT ? STDIN_FILENO : open(name_.c_str(), O_RDONLY | O_CLOEXEC)),
+bool is_standard_input(std::string_view file)
+{
+    return file == "-" || file == STANDARD_INPUT;
+}
+
+bool read_file(const std::string &file, std::string &text)
+{
+    const int fd = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    ssize_t size = fd < 0 ? -1 : 1;
+    while (size > 0 || (size < 0 && fd >= 0 && errno == EINTR)) {
+        char piece[1 << 14];
+        size = read(fd, piece, sizeof(piece));
+        if (size > 0)
+            text.append(piece, static_cast<size_t>(size));
+    }
+    if (size < 0)
+        complain(file + ": " + strerror(errno));
+    if (fd >= 0)
+        close(fd);
+    return size == 0;
+}
+
+Input::Input(const std::string &file)
+    : name_(is_standard_input(file) ? "standard input" : shown(file)),
+      fd_(is_standard_input(file) ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC)),
       show_next_(std::chrono::steady_clock::now() + FIRST_PROGRESS)
 {
     struct stat status = {};
-    if (fd_ < 0)
-        fail();
-    else if (fstat(fd_, &status) == 0 && S_ISREG(status.st_mode))
+    struct stat output = {};
+    if (fd_ < 0) {
+        fail(strerror(errno));
+    } else if (fstat(fd_, &status) == 0 && S_ISREG(status.st_mode)) {
         size_ = static_cast<uint64_t>(status.st_size);
+        if (fstat(STDOUT_FILENO, &output) == 0 && output.st_dev == status.st_dev &&
+            output.st_ino == status.st_ino)
+            fail("this capture is also where the output goes");
+    }
     // Rows that come one by one on the same terminal are progress enough.
-    progress_ = progress && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
+    progress_ = isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
 }
 
 Input::~Input()
@@ -72,7 +106,7 @@ void Input::fill()
         size = read(fd_, room, PIECE);
     while (size < 0 && errno == EINTR);
     if (size < 0) {
-        fail();
+        fail(strerror(errno));
     } else if (size == 0) {
         reader_.end();
     } else {
@@ -104,9 +138,9 @@ void Input::clear_progress()
     shown_ = false;
 }
 
-void Input::fail()
+void Input::fail(std::string why)
 {
-    error_ = strerror(errno);
+    error_ = std::move(why);
     clear_progress();
     complain(name_ + ": " + error_);
 }
@@ -121,7 +155,16 @@ Output::Output(const std::string &file)
 Output::~Output()
 {
     if (fd_ > STDERR_FILENO)
-        close(fd_);
+        ::close(fd_);
+}
+
+bool Output::close()
+{
+    if (open_ && ::close(fd_) != 0 && errno != EINTR)
+        fail();
+    open_ = false;
+    fd_ = -1;
+    return !failed_;
 }
 
 void Output::fail()

@@ -8,21 +8,32 @@
 namespace vordascope
 {
 
-// Prints "vordascope: " and a message on standard error.
-void complain(const std::string &message);
+// Prints "vordascope: " and a message on standard error. It needs no memory, and what a capture or
+// a name put into the message cannot steer the terminal.
+void complain(std::string_view message);
+
+// Reads a file that is not a capture as a whole. Returns whether that could be done; if not, a
+// message has been printed.
+bool read_file(const std::string &file, std::string &text);
+
+// Besides "-", the name of standard input as a file.
+constexpr char STANDARD_INPUT[] = "/dev/stdin";
+
+bool is_standard_input(std::string_view file);
 
 // The snapshots of a file, one after another, as they arrive.
 class Input
 {
 public:
-    // `file` is a path, or "-" for standard input. `progress` tells on standard error how far it
-    // has come, when that is a terminal and reading takes long.
-    Input(std::string file, bool progress);
+    // `file` is a path, or names standard input. Tells on standard error how far it has come,
+    // when that is a terminal and reading takes long. Fails where standard output goes to the same
+    // file, which would be overwritten or never end.
+    explicit Input(const std::string &file);
     ~Input();
     Input(const Input &) = delete;
     Input &operator=(const Input &) = delete;
 
-    // As people know it.
+    // As people know it, printable.
     const std::string &name() const { return name_; }
 
     // Returns the next snapshot, which stays valid until the next call, or nullptr: the input ends,
@@ -38,7 +49,7 @@ private:
     void fill();
     void show_progress();
     void clear_progress();
-    void fail();
+    void fail(std::string why);
 
     std::string name_;
     int fd_;
@@ -68,6 +79,10 @@ public:
     // left, nor after an error, which it prints.
     bool write(std::string_view text);
     bool writable() const { return open_; }
+
+    // Ends the output; some file systems tell only then that there was no room. Returns whether
+    // all of it has been written, or the reader has left. An error is printed.
+    bool close();
 
     // Whether an error has been printed. A reader that leaves early is none.
     bool failed() const { return failed_; }

@@ -2,22 +2,27 @@
 // exit status; what goes wrong is said on standard error.
 #pragma once
 
+#include "captures.h"
 #include "compare.h"
 #include "model.h"
 
 namespace vordascope
 {
 
-// Exit statuses. `check` and `diff` answer a question with the first two.
-constexpr int YES = 0;
-constexpr int NO = 1;
-constexpr int TROUBLE = 2;
+struct CheckOptions {
+    std::vector<std::string> files;
+    bool all = false; // show every line that is not understood
+};
 
 // Says of each capture whether every line is understood.
-int check(const std::vector<std::string> &files);
+int check(const CheckOptions &options);
+
+struct JsonOptions {
+    std::vector<std::string> files;
+};
 
 // Prints JSON Lines: an object a snapshot, as soon as it is complete.
-int json(const std::vector<std::string> &files);
+int json(const JsonOptions &options);
 
 struct DiffOptions {
     std::string a; // FILE, FILE#N or FILE#last
@@ -28,7 +33,7 @@ struct DiffOptions {
 };
 
 // Compares two snapshots field by field.
-int diff(DiffOptions options);
+int diff(const DiffOptions &options);
 
 struct SeriesOptions {
     std::string file;
