@@ -253,15 +253,13 @@ test('a report goes to standard output, never over a capture', () => {
     assert.equal(vordascope('report', '-o', '/dev/full', 'one.txt').status, 2);
 });
 
-/** The text of a page, once it has drawn everything. */
+/** The text of a page, once it has drawn everything: it does so when it is idle, before we are told. */
 async function shown(page) {
-    await page.waitForFunction(() => document.querySelector('#page').textContent);
-    for (let before = null; ; ) {
-        const text = await page.evaluate(() => document.querySelector('#page').textContent);
-        if (text === before) return text;
-        before = text;
-        await page.waitForTimeout(500);
-    }
+    await page.waitForSelector('section');
+    return page.evaluate(async () => {
+        await new Promise((resolve) => window.requestIdleCallback(resolve));
+        return document.querySelector('#page').textContent;
+    });
 }
 
 test('dropped, chosen or pasted, a capture gives the page that report gives', async (t) => {
@@ -271,14 +269,12 @@ test('dropped, chosen or pasted, a capture gives the page that report gives', as
 
     const dropped = await open(t, emptyPage());
     await drop(dropped, { name: 'one.txt', content });
-    await dropped.waitForSelector('section');
     assert.equal(await shown(dropped), reported);
 
     const chosen = await open(t, emptyPage());
     const chooser = chosen.waitForEvent('filechooser');
     await chosen.getByRole('button').first().click();
     await (await chooser).setFiles(`${scratch}/one.txt`);
-    await chosen.waitForSelector('section');
     assert.equal(await shown(chosen), reported);
 
     const pasted = await open(t, emptyPage());
@@ -287,7 +283,6 @@ test('dropped, chosen or pasted, a capture gives the page that report gives', as
         clipboardData.setData('text/plain', text);
         document.body.dispatchEvent(new ClipboardEvent('paste', { clipboardData, bubbles: true }));
     }, content.toString());
-    await pasted.waitForSelector('section');
     assert.equal((await shown(pasted)).replaceAll('pasted text', 'one.txt'), reported);
 });
 
