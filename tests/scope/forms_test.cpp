@@ -75,7 +75,7 @@ json expected(const Snapshot &snapshot)
         json *place = &object;
         std::vector<std::string> names;
         for (NodeIndex node = i; node != 0; node = snapshot.node(node).parent)
-            names.insert(names.begin(), std::string(snapshot.node(node).name()));
+            names.insert(names.begin(), snapshot.node(node).name);
         for (const std::string &name : names)
             place = &(*place)[name];
         if (place->is_null())

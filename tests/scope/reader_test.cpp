@@ -193,10 +193,16 @@ TEST(Reader, SnapshotsBeginAndEnd)
              "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 1\n? 9: outside of any snapshot\n"},
             {"\xEF\xBB\xBF" + INDEX + "share.a = 1\n" + INDEX + "\xEF\xBB\xBFx\n",
              "share.a = 1\n-- 0 1\n? 4: neither a key nor a row\n"},
+            // Other head lines, in any order; a label holds from there on.
+            {"label site = roof\nframe = 7\nmark = fan = on; 2\nmissed = 2\nlabel b = \ntime = 1\n" +
+                 INDEX + "share.a = 1\nlabel site = cellar\n" + INDEX + "frame = 8\n",
+             "time 1\nframe 7\nmissed 2\nlabel site: roof\nlabel b: \nmark fan = on; 2\nshare.a = 1\n"
+             "-- 0 1\nlabel site: cellar\nlabel b: \n? 11: outside of any section\n"},
             // A time line that stands elsewhere is a field, or what a loop has left behind.
             {INDEX + "share.a = 1\ntime = 7\nb = 2\ntime = 8\n",
-             "share.a = 1\nshare.time = 7\nshare.b = 2\n? 5: a time without a snapshot\n"},
-            {"time = 7\n\n" + INDEX, "? 1: outside of any snapshot\n"},
+             "share.a = 1\nshare.time = 7\nshare.b = 2\n? 5: no snapshot follows it\n"},
+            {"time = 7\n\n" + INDEX, "? 1: no snapshot follows it\n"},
+            {"time = 7\ntime = 8\n" + INDEX, "time 8\n? 1: no snapshot follows it\n"},
             {"dev_idx = 0, path_idx = 1\r\nshare.a = 1\r\n\r\nshare.b = x\r\r\n",
              "share.a = 1\nshare.b = \"x\"\n"},
         });
@@ -445,9 +451,8 @@ TEST(Snapshot, FindsWhatAPathNames)
         EXPECT_EQ(found, values) << path;
     }
     const Field &last = snapshot.fields.back();
-    EXPECT_EQ(snapshot.node_of(last).item(), "intl.a");
-    EXPECT_EQ(snapshot.node_of(last).block, "Two words / B");
-    EXPECT_EQ(last.line, 15U);
+    EXPECT_EQ(snapshot.item(last), "intl.a");
+    EXPECT_EQ(snapshot.block(last), "Two words / B");
 }
 
 } // namespace

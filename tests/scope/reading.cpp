@@ -72,6 +72,14 @@ std::string describe(const Snapshot &snapshot)
     std::string result;
     if (snapshot.timed)
         result += "time " + std::string(snapshot.time.text()) + "\n";
+    if (snapshot.frame)
+        result += "frame " + std::to_string(*snapshot.frame) + "\n";
+    if (snapshot.missed != 0)
+        result += "missed " + std::to_string(snapshot.missed) + "\n";
+    for (const Label &label : snapshot.labels)
+        result += "label " + label.key + ": " + label.value + "\n";
+    for (const std::string_view mark : snapshot.marks)
+        result.append("mark ").append(mark) += '\n';
     for (const Field &field : snapshot.fields)
         result += snapshot.path(field) + " = " + describe(snapshot, field) + "\n";
     for (const Unread &line : snapshot.unread)
@@ -94,10 +102,15 @@ std::string read_all(const std::string &text)
         if (text.size() / piece > 10000)
             continue;
         std::string pieces;
+        std::string of_copy;
+        Snapshot copy; // outlives the text that it was read from
         Reader piecewise;
         for (size_t at = 0;;) {
-            while (const Snapshot *snapshot = piecewise.next())
+            while (const Snapshot *snapshot = piecewise.next()) {
                 check_snapshot(*snapshot, pieces);
+                copy = *snapshot;
+                of_copy = describe(copy);
+            }
             if (piecewise.ended())
                 break;
             const size_t size = std::min(piece, text.size() - at);
@@ -108,6 +121,7 @@ std::string read_all(const std::string &text)
                 piecewise.end();
         }
         EXPECT_TRUE(pieces == whole) << piece;
+        EXPECT_EQ(describe(copy), of_copy);
     }
     return whole;
 }

@@ -189,11 +189,11 @@ public:
 
     Paragraph &of(const Snapshot &snapshot, const Field &field)
     {
-        const std::string_view item = snapshot.node_of(field).item();
+        const std::string item = snapshot.item(field);
         if (paragraphs_.empty() || paragraphs_[last_].item != item) {
-            const auto [known, added] = places_.try_emplace(std::string(item), paragraphs_.size());
+            const auto [known, added] = places_.try_emplace(item, paragraphs_.size());
             if (added)
-                paragraphs_.push_back({std::string(item), {}});
+                paragraphs_.push_back({item, {}});
             last_ = known->second;
         }
         return paragraphs_[last_];
@@ -201,7 +201,7 @@ public:
 
     static std::string name(const Snapshot &snapshot, const Field &field)
     {
-        std::string name = snapshot.node_of(field).block;
+        std::string name = snapshot.block(field);
         if (!name.empty())
             name += " / ";
         return name.append(field.key);
@@ -261,11 +261,6 @@ bool compared(const Rules &rules, const Snapshot &snapshot, const Field &field)
 Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
                    std::string_view name_a, std::string_view name_b, std::string &out)
 {
-    std::unordered_map<std::string, FieldIndex> rest; // fields of b that a has not met
-    for (FieldIndex i = 0; i < b.fields.size(); i++)
-        if (compared(rules, b, b.fields[i]))
-            rest.emplace(b.path(b.fields[i]), i);
-
     Comparison result;
     Report report(name_a, name_b);
     const auto put_only = [&report](const Snapshot &snapshot, const Field &field, int side) {
@@ -287,8 +282,8 @@ Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
         if (!compared(rules, a, field))
             continue;
         result.compared++;
-        const auto other = rest.find(a.path(field));
-        if (other == rest.end()) {
+        const Field *const other = b.same_field(a, field);
+        if (other == nullptr) {
             result.only_a++;
             put_only(a, field, 0);
             continue;
@@ -296,14 +291,13 @@ Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
         Paragraph &paragraph = report.of(a, field);
         paragraph.fields++;
         std::string difference;
-        if (put_difference(a, field, b, b.fields[other->second], rules, difference)) {
+        if (put_difference(a, field, b, *other, rules, difference)) {
             result.different++;
             paragraph.lines.emplace_back(Report::name(a, field), difference);
         }
-        rest.erase(other);
     }
     for (const Field &field : b.fields) {
-        if (!rest.contains(b.path(field)))
+        if (!compared(rules, b, field) || a.same_field(b, field) != nullptr)
             continue;
         result.compared++;
         result.only_b++;

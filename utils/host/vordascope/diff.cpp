@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <optional>
 #include <unistd.h>
 
 namespace vordascope
@@ -39,16 +38,15 @@ public:
     // Reads the snapshot. Returns whether it is there; if not, a message has been printed.
     bool read()
     {
-        Input &input = input_.emplace(file_);
+        Input input(file_);
         uint64_t found = 0;
         while (const Snapshot *snapshot = input.next()) {
             if (!snapshot->indexed || (!last_ && snapshot->number != number_))
                 continue;
             found = snapshot->number;
-            snapshot_ = snapshot;
+            snapshot_ = *snapshot;
             if (!last_)
                 break;
-            text_ = snapshot->text;
         }
         if (input.failed())
             return false;
@@ -59,16 +57,14 @@ public:
                 complain(input.name() + ": no snapshot " + wanted_);
             return false;
         }
-        if (last_)
-            snapshot_ = reader_.emplace(std::string_view(text_)).next();
         name_ = input.name() + '#' + std::to_string(found);
-        warn_of_unread(input, snapshot_->unread.size());
+        warn_of_unread(input, snapshot_.unread.size());
         return true;
     }
 
     const std::string &file() const { return file_; }
     const std::string &name() const { return name_; }
-    const Snapshot &snapshot() const { return *snapshot_; }
+    const Snapshot &snapshot() const { return snapshot_; }
 
 private:
     std::string file_;
@@ -76,10 +72,7 @@ private:
     bool last_ = false;
     uint64_t number_ = 1;
     std::string name_;
-    std::string text_;
-    std::optional<Input> input_;
-    std::optional<Reader> reader_;
-    const Snapshot *snapshot_ = nullptr;
+    Snapshot snapshot_;
 };
 
 void put_title(const char *mark, const Side &side, std::string &out)

@@ -26,26 +26,59 @@ bool plain(char c)
     return PLAIN[static_cast<unsigned char>(c)];
 }
 
-void put_json_number(uint64_t number, std::string &out)
+// Whether JavaScript prints a number as it stands: no digit that it would leave out, none that a
+// double does not hold.
+bool survives_javascript(const Value &value)
 {
-    char digits[20];
-    out.append(digits, std::to_chars(digits, std::end(digits), number).ptr);
+    constexpr size_t DIGITS_MAX = 15;
+    constexpr size_t DECIMALS_MAX = 6;
+    std::string_view text = value.text();
+    if (text == "-0")
+        return false;
+    take(text, "-");
+    const size_t point = text.find('.');
+    if (point == std::string_view::npos)
+        return text.size() <= DIGITS_MAX;
+    return text.back() != '0' && text.size() - point - 1 <= DECIMALS_MAX &&
+           text.size() - 1 <= DIGITS_MAX;
 }
 
 constexpr size_t WORD = 8;
 
-// Writes a value that is no text, which takes at most its own length or that of "null". Returns the
-// end. Beyond it a word of `out` may change; `text_end` is where the text of the value ends.
-char *put_short(char *out, const Value &value, const char *text_end)
+// Writes a value that is no text, which takes at most its own length and two quotes, or that of
+// "null". Returns the end. Beyond it a word of `out` may change; `text_end` is where the text of
+// the value ends.
+char *put_short(char *out, const Value &value, Numbers numbers, const char *text_end)
 {
-    if (value.kind == Kind::not_finite || value.kind == Kind::empty)
+    const bool missing = value.kind == Kind::not_finite || value.kind == Kind::empty;
+    if (numbers == Numbers::javascript) {
+        if (missing || (value.number() && !survives_javascript(value))) {
+            *out++ = '"';
+            out = std::copy_n(value.begin, value.size, out);
+            *out++ = '"';
+            return out;
+        }
+    } else if (missing) {
         return std::copy_n("null", 4, out);
+    }
     // Most numbers are short, and to copy a word costs less than to look how short.
     if (value.size <= WORD && text_end - value.begin >= ptrdiff_t{WORD}) {
         memcpy(out, value.begin, WORD);
         return out + value.size;
     }
     return std::copy_n(value.begin, value.size, out);
+}
+
+// Appends `{"key":"value",...}`.
+void put_labels(const std::vector<Label> &labels, std::string &out)
+{
+    for (const Label &label : labels) {
+        out += &label == labels.data() ? '{' : ',';
+        put_json_string(label.key, out);
+        out += ':';
+        put_json_string(label.value, out);
+    }
+    out += '}';
 }
 
 } // namespace
@@ -76,7 +109,13 @@ void put_json_string(std::string_view text, std::string &out)
     out += '"';
 }
 
-void put_json(const Snapshot &snapshot, const Field &field, std::string &out)
+void put_json(uint64_t number, std::string &out)
+{
+    char digits[20];
+    out.append(digits, std::to_chars(digits, std::end(digits), number).ptr);
+}
+
+void put_json(const Snapshot &snapshot, const Field &field, Numbers numbers, std::string &out)
 {
     const Value *value = snapshot.begin(field);
     const Value *const end = value + field.count;
@@ -88,11 +127,11 @@ void put_json(const Snapshot &snapshot, const Field &field, std::string &out)
     // The values stand one after another in the text, so that none takes more than its part of it.
     const auto span = static_cast<size_t>(end[-1].begin + end[-1].size - value->begin);
     const size_t before = out.size();
-    out.resize(before + span + field.count * sizeof("null],[") + sizeof("[[]]") + WORD);
+    out.resize(before + span + field.count * sizeof("\"null\"],[") + sizeof("[[]]") + WORD);
     char *p = out.data() + before;
     const char *const text_end = snapshot.text.data() + snapshot.text.size();
     if (field.shape == Shape::scalar) {
-        p = put_short(p, *value, text_end);
+        p = put_short(p, *value, numbers, text_end);
     } else {
         const bool rows = field.shape == Shape::rows;
         *p++ = '[';
@@ -101,7 +140,7 @@ void put_json(const Snapshot &snapshot, const Field &field, std::string &out)
             if (rows)
                 *p++ = '[';
             for (; value != row_end; value++) {
-                p = put_short(p, *value, text_end);
+                p = put_short(p, *value, numbers, text_end);
                 *p++ = ',';
             }
             p[-1] = rows ? ']' : ',';
@@ -113,14 +152,43 @@ void put_json(const Snapshot &snapshot, const Field &field, std::string &out)
     out.resize(static_cast<size_t>(p - out.data()));
 }
 
+namespace
+{
+
+// Appends what a recording says of a snapshot, each where it is there.
+void put_recording(const Head &head, std::string &out)
+{
+    if (head.frame) {
+        out += R"(,"frame":)";
+        put_json(*head.frame, out);
+    }
+    if (head.missed != 0) {
+        out += R"(,"missed":)";
+        put_json(head.missed, out);
+    }
+    if (!head.labels.empty()) {
+        out += R"(,"labels":)";
+        put_labels(head.labels, out);
+    }
+    for (size_t i = 0; i < head.marks.size(); i++) {
+        out += i == 0 ? R"(,"marks":[)" : ",";
+        put_json_string(head.marks[i], out);
+    }
+    if (!head.marks.empty())
+        out += ']';
+}
+
+} // namespace
+
 void put_json(const Snapshot &snapshot, std::string &out)
 {
     out += R"({"vorda_json":1,"dev_idx":)";
-    put_json_number(snapshot.dev_idx, out);
+    put_json(snapshot.dev_idx, out);
     out += R"(,"path_idx":)";
-    put_json_number(snapshot.path_idx, out);
+    put_json(snapshot.path_idx, out);
     out += R"(,"time":)";
     out += snapshot.timed ? snapshot.time.text() : "null";
+    put_recording(snapshot, out);
     out += R"(,"cut":)";
     out += snapshot.cut ? "true" : "false";
 
@@ -146,21 +214,21 @@ void put_json(const Snapshot &snapshot, std::string &out)
         }
         const Member member = *open.back().next++;
         if (member.is_node) {
-            put_json_string(snapshot.node(member.index).name(), out);
+            put_json_string(snapshot.node(member.index).name, out);
             out += ":{";
             enter(member.index);
         } else {
             const Field &field = snapshot.fields[member.index];
             put_json_string(field.key, out);
             out += ':';
-            put_json(snapshot, field, out);
+            put_json(snapshot, field, Numbers::as_printed, out);
             out += ',';
         }
     }
 
     out += R"("unread":[)";
     for (const Unread &line : snapshot.unread) {
-        put_json_number(line.line, out);
+        put_json(line.line, out);
         out += ',';
     }
     if (!snapshot.unread.empty())

@@ -4,7 +4,6 @@
 #include "json.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstring>
 
@@ -13,87 +12,6 @@ namespace vordascope
 
 namespace
 {
-
-void append_integer(std::string &out, uint64_t value)
-{
-    char digits[20];
-    out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
-}
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-// Whether JavaScript prints the number `text` as it stands: no digit that it would leave out, none
-// that a double does not hold.
-bool survives_javascript(std::string_view text)
-{
-    if (text.starts_with('-')) {
-        text.remove_prefix(1);
-        if (text == "0")
-            return false;
-    }
-    const size_t point = text.find('.');
-    const std::string_view whole = text.substr(0, point);
-    const bool decimals = point != std::string_view::npos;
-    const std::string_view part = decimals ? text.substr(point + 1) : "";
-    if (whole.empty() || !std::all_of(whole.begin(), whole.end(), is_digit) ||
-        !std::all_of(part.begin(), part.end(), is_digit))
-        return false;
-    if (whole.size() > 1 && whole.front() == '0')
-        return false;
-    if (decimals && (part.empty() || part.back() == '0' || part.size() > 6))
-        return false;
-    return whole.size() + part.size() <= 15;
-}
-
-void append_value(std::string &out, const Value &value)
-{
-    const std::string_view text = value.text();
-    if (value.kind == Kind::boolean || (value.number() && survives_javascript(text)))
-        out += text;
-    else
-        put_json_string(text, out);
-}
-
-void append_values(std::string &out, const Value *begin, const Value *end)
-{
-    out += '[';
-    for (const Value *value = begin; value != end; value++) {
-        if (value != begin)
-            out += ',';
-        append_value(out, *value);
-    }
-    out += ']';
-}
-
-std::string json_of(const Snapshot &snapshot, const Field &field)
-{
-    const Value *begin = snapshot.begin(field);
-    const Value *end = begin + field.count;
-    std::string out;
-    switch (field.shape) {
-    case Shape::scalar:
-        append_value(out, *begin);
-        break;
-    case Shape::list:
-        append_values(out, begin, end);
-        break;
-    case Shape::rows:
-        out += '[';
-        for (const Value *row = begin; row != end;) {
-            if (row != begin)
-                out += ',';
-            const Value *next = row + std::min<std::ptrdiff_t>(field.columns, end - row);
-            append_values(out, row, next);
-            row = next;
-        }
-        out += ']';
-        break;
-    }
-    return out;
-}
 
 const char *kind_of(const Snapshot &snapshot, const Field &field)
 {
@@ -109,12 +27,8 @@ const char *kind_of(const Snapshot &snapshot, const Field &field)
 // From the first to the last byte of a field's values.
 std::string_view text_of(const Snapshot &snapshot, const Field &field)
 {
-    if (field.count == 0)
-        return {};
     const Value &first = *snapshot.begin(field);
     const Value &last = snapshot.begin(field)[field.count - 1];
-    if (last.begin < first.begin)
-        return {};
     return {first.begin, static_cast<size_t>(last.begin - first.begin) + last.size};
 }
 
@@ -124,7 +38,7 @@ double seconds(std::string_view text)
     double value = 0;
     double unit = 0;
     for (const char c : text) {
-        if (is_digit(c)) {
+        if (is(c, DIGIT)) {
             value = value * 10 + (c - '0');
             unit *= 10;
         } else if (c == '.') {
@@ -134,17 +48,6 @@ double seconds(std::string_view text)
     if (unit > 0)
         value /= unit;
     return text.starts_with('-') ? -value : value;
-}
-
-// A number of a time line is one of JSON, but for zeros in front.
-bool is_json_number(std::string_view text)
-{
-    if (text.starts_with('-'))
-        text.remove_prefix(1);
-    const size_t point = text.find('.');
-    const std::string_view whole = text.substr(0, point);
-    return !whole.empty() && (whole.size() == 1 || whole.front() != '0') &&
-           point != text.size() - 1;
 }
 
 // Which of `all` snapshots are shown: `most` of them, evenly spread, the first and the last too.
@@ -192,21 +95,20 @@ Model::Group &Model::group_of(const Snapshot &snapshot)
 }
 
 Model::Column &Model::column_of(Group &group, const Snapshot &snapshot, const Field &field,
-                                size_t expected)
+                                const std::string &node, size_t expected)
 {
-    const Node &node = snapshot.node_of(field);
     // Fields come in the same order in nearly every snapshot.
     if (expected < group.columns.size()) {
         Column &column = group.columns[expected];
-        if (column.key == field.key && column.node == node.path)
+        if (column.key == field.key && column.node == node)
             return column;
     }
     const auto [found, is_new] =
-        group.column_of.emplace(snapshot.path(field), group.columns.size());
+        group.column_of.emplace(node + '\n' + std::string(field.key), group.columns.size());
     if (is_new) {
-        group.columns.push_back({.node = node.path,
-                                 .item = std::string(node.item()),
-                                 .block = node.block,
+        group.columns.push_back({.node = node,
+                                 .item = snapshot.item(field),
+                                 .block = snapshot.block(field),
                                  .key = std::string(field.key),
                                  .note = std::string(field.note),
                                  .kind = kind_of(snapshot, field),
@@ -243,9 +145,12 @@ void Model::add(const Snapshot &snapshot)
     files_.back().snapshots++;
     snapshots_++;
 
+    std::vector<std::string> nodes(snapshot.node_count());
+    for (NodeIndex i = 1; i < nodes.size(); i++)
+        nodes[i] = snapshot.path(i, '\n');
     size_t expected = 0;
     for (const Field &field : snapshot.fields) {
-        Column &column = column_of(group, snapshot, field, expected);
+        Column &column = column_of(group, snapshot, field, nodes[field.node], expected);
         expected = static_cast<size_t>(&column - group.columns.data()) + 1;
         column.note_stays = column.note_stays && column.note == field.note;
         if (column.until < index)
@@ -259,7 +164,8 @@ void Model::add(const Snapshot &snapshot)
         if (alike)
             continue;
 
-        std::string json = json_of(snapshot, field);
+        std::string json;
+        put_json(snapshot, field, Numbers::javascript, json);
         if (column.changes.empty() || column.changes.back().json != json)
             column.changes.push_back({index, std::move(json)});
         column.text = text;
@@ -277,7 +183,7 @@ void Model::append_group(std::string &out, const Group &group, size_t most)
     const std::vector<uint32_t> shown = spread(all.size(), most);
     const auto append_index = [&](std::string_view name, uint32_t value) {
         ((out += '"') += name) += "\":";
-        append_integer(out, value);
+        put_json(value, out);
         out += ',';
     };
 
@@ -287,9 +193,9 @@ void Model::append_group(std::string &out, const Group &group, size_t most)
     append_index("read", static_cast<uint32_t>(all.size()));
 
     out += "\"file\":";
-    append_list(out, shown.size(), [&](size_t i) { append_integer(out, all[shown[i]].file); });
+    append_list(out, shown.size(), [&](size_t i) { put_json(all[shown[i]].file, out); });
     out += ",\"number\":";
-    append_list(out, shown.size(), [&](size_t i) { append_integer(out, all[shown[i]].number); });
+    append_list(out, shown.size(), [&](size_t i) { put_json(all[shown[i]].number, out); });
 
     std::vector<size_t> cut;
     for (size_t i = 0; i < shown.size(); i++) {
@@ -297,14 +203,13 @@ void Model::append_group(std::string &out, const Group &group, size_t most)
             cut.push_back(i);
     }
     out += ",\"cut\":";
-    append_list(out, cut.size(), [&](size_t i) { append_integer(out, cut[i]); });
+    append_list(out, cut.size(), [&](size_t i) { put_json(cut[i], out); });
 
-    const bool timed =
-        std::all_of(all.begin(), all.end(),
-                    [](const Origin &origin) { return is_json_number(origin.time); }) &&
-        std::is_sorted(all.begin(), all.end(), [](const Origin &a, const Origin &b) {
-            return seconds(a.time) < seconds(b.time);
-        });
+    const bool timed = std::all_of(all.begin(), all.end(),
+                                   [](const Origin &origin) { return !origin.time.empty(); }) &&
+                       std::is_sorted(all.begin(), all.end(), [](const Origin &a, const Origin &b) {
+                           return seconds(a.time) < seconds(b.time);
+                       });
     out += ",\"time\":";
     if (timed)
         append_list(out, shown.size(), [&](size_t i) { out += all[shown[i]].time; });
@@ -351,13 +256,13 @@ std::string Model::json(size_t most) const
     append_list(out, files_.size(), [&](size_t i) { put_json_string(files_[i].name, out); });
 
     out += ",\n\"unread_count\":";
-    append_integer(out, unread_count_);
+    put_json(unread_count_, out);
     out += ",\"unread\":";
     append_list(out, unread_.size(), [&](size_t i) {
         out += "{\"file\":";
-        append_integer(out, unread_[i].file);
+        put_json(unread_[i].file, out);
         out += ",\"line\":";
-        append_integer(out, unread_[i].line);
+        put_json(unread_[i].line, out);
         out += ",\"text\":";
         put_json_string(unread_[i].text, out);
         out += ",\"why\":";
@@ -374,7 +279,7 @@ std::string Model::json(size_t most) const
     out += ",\n\"notes\":";
     append_list(out, notes.size(), [&](size_t i) {
         out += "{\"file\":";
-        append_integer(out, notes[i].file);
+        put_json(notes[i].file, out);
         out += ",\"text\":";
         put_json_string(notes[i].text, out);
         out += '}';

@@ -67,7 +67,7 @@ private:
         std::string json;
     };
     struct Column {
-        std::string node; // path of what the field belongs to
+        std::string node; // path of what the field belongs to, with line ends between its names
         std::string item, block, key, note;
         const char *kind;
         bool note_stays;
@@ -88,7 +88,7 @@ private:
         uint32_t dev_idx, path_idx;
         std::vector<Origin> snapshots;
         std::vector<Column> columns;
-        std::unordered_map<std::string, size_t> column_of; // by path
+        std::unordered_map<std::string, size_t> column_of; // by node and key
     };
     struct File {
         std::string name;
@@ -107,7 +107,7 @@ private:
 
     Group &group_of(const Snapshot &snapshot);
     static Column &column_of(Group &group, const Snapshot &snapshot, const Field &field,
-                             size_t expected);
+                             const std::string &node, size_t expected);
     static void append_group(std::string &out, const Group &group, size_t most);
 
     std::vector<File> files_;

@@ -1,8 +1,12 @@
-// Reads what vorda prints: bytes to snapshots. The grammar is generic; no item and no key is known
-// to it, so that new ones appear by themselves.
+// Reads what vorda prints: bytes to the texts of snapshots (frames), these to fields (grammar). The
+// grammar is generic; no item and no key is known to it, so that new ones appear by themselves.
 //
-//     dev_idx = D, path_idx = P      a snapshot begins; `time = SECONDS` directly before belongs to
-//     it
+//     dev_idx = D, path_idx = P      a snapshot begins; the head lines directly before belong to it
+//     time = SECONDS                 head line: when that was, on the camera's clock
+//     frame = N, missed = K          head lines: the frame counter, and how many frames before it
+//                                    nobody saw
+//     label KEY = VALUE              head line: says something of the capture from there on
+//     mark = TEXT                    head line: says what was changed then
 //     === cat.item ===               a section: an item
 //     [CAPITALS]                     an attribute text: the item intl.capitals
 //     [Other words]                  a heading within an item
@@ -33,15 +37,11 @@
 // - A text that goes on for SNAPSHOT_MAX bytes without a new snapshot is taken apart there.
 #pragma once
 
-#include "snapshot.h"
-
-#include <cstddef>
-#include <memory>
+#include "frames.h"
+#include "grammar.h"
 
 namespace vordascope
 {
-
-inline constexpr size_t SNAPSHOT_MAX = size_t{32} << 20;
 
 // Splits an input into snapshots and reads them, one at a time. Its memory is in proportion to the
 // largest snapshot.
@@ -60,25 +60,21 @@ inline constexpr size_t SNAPSHOT_MAX = size_t{32} << 20;
 class Reader
 {
 public:
-    Reader();
+    Reader() = default;
 
     // Reads a text that is in memory as a whole and outlives the reader: only next() is left to
     // call.
-    explicit Reader(std::string_view whole);
-
-    ~Reader();
-    Reader(const Reader &) = delete;
-    Reader &operator=(const Reader &) = delete;
+    explicit Reader(std::string_view whole) : frames_(whole) {}
 
     // Room for `size` more bytes. Ends the validity of the snapshot that next() returned last.
-    char *room(size_t size);
+    char *room(size_t size) { return frames_.room(size); }
 
     // So many bytes have been written there.
-    void fill(size_t size) { size_ += size; }
+    void fill(size_t size) { frames_.fill(size); }
 
     // There is no more input.
-    void end() { ended_ = true; }
-    bool ended() const { return ended_; }
+    void end() { frames_.end(); }
+    bool ended() const { return frames_.ended(); }
 
     // Returns the next snapshot, which stays valid until the next call of next() or room(), or
     // nullptr: more input is needed, or after end() there are no more. Text that belongs to no
@@ -86,19 +82,8 @@ public:
     const Snapshot *next();
 
 private:
-    size_t find_end();
-
-    std::unique_ptr<class Parser> parser_;
-    std::vector<char> buffer_;
-    const char *text_ = nullptr; // the buffer, or the whole text
-    size_t size_ = 0;
-    size_t begin_ = 0;   // of the snapshot that comes next
-    size_t scanned_ = 0; // the line up to which its end has been looked for
-    size_t before_ = 0;  // the line before that one
-    bool begun_ = false; // its index line has been seen
-    bool ended_ = false;
-    uint64_t line_ = 1;   // number of the line at begin_
-    uint64_t number_ = 0; // of the last snapshot
+    Frames frames_;
+    Grammar grammar_;
     Snapshot snapshot_;
 };
 

@@ -32,10 +32,9 @@ size_t edit_distance(std::string_view a, std::string_view b)
 
 bool matches(std::string_view text, std::string_view pattern)
 {
-    constexpr size_t NONE = std::string_view::npos;
     size_t t = 0;
     size_t p = 0;
-    size_t star = NONE; // behind the last `*`, and where the text went on
+    size_t star = std::string_view::npos; // behind the last `*`, and where the text went on
     size_t retry = 0;
     while (t < text.size()) {
         if (p < pattern.size() && pattern[p] == '*') {
@@ -44,20 +43,20 @@ bool matches(std::string_view text, std::string_view pattern)
         } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == text[t])) {
             p++;
             t++;
-        } else if (star != NONE) {
+        } else if (star != std::string_view::npos) {
             p = star;
             t = ++retry;
         } else {
             return false;
         }
     }
-    return pattern.find_first_not_of('*', p) == NONE;
+    return pattern.find_first_not_of('*', p) == std::string_view::npos;
 }
 
 bool selects(std::string_view pattern, const Snapshot &snapshot, const Field &field)
 {
     for (NodeIndex i = field.node; i != 0; i = snapshot.node(i).parent)
-        if (matches(snapshot.node(i).path, pattern))
+        if (matches(snapshot.path(i), pattern))
             return true;
     return matches(snapshot.path(field), pattern);
 }
@@ -73,7 +72,7 @@ std::string suggest(const Snapshot &snapshot, std::string_view wanted)
             ranked.emplace_back(slips, std::move(path));
     };
     for (NodeIndex i = 1; i < snapshot.node_count(); i++)
-        rank(snapshot.node(i).path, snapshot.node(i).name());
+        rank(snapshot.path(i), snapshot.node(i).name);
     for (const Field &field : snapshot.fields)
         rank(snapshot.path(field), field.key);
     std::stable_sort(ranked.begin(), ranked.end(),
@@ -87,12 +86,12 @@ std::string suggest(const Snapshot &snapshot, std::string_view wanted)
         return text + (ranked.size() > NEAR_MOST ? ", ..." : "");
     }
     text = "There is:";
-    std::string_view last;
+    std::string last;
     for (const Field &field : snapshot.fields) {
-        const std::string_view item = snapshot.node_of(field).item();
+        std::string item = snapshot.item(field);
         if (item != last)
             text.append(" ").append(item);
-        last = item;
+        last = std::move(item);
     }
     return text;
 }

@@ -43,11 +43,12 @@ std::string own_value(const Snapshot &snapshot, std::string_view name)
 bool Series::begin(const Snapshot &snapshot, const std::vector<std::string> &names,
                    std::string &error)
 {
+    first_ = snapshot;
     columns_.clear();
     for (const std::string &name : names) {
         const size_t before = columns_.size();
         if (std::find(std::begin(OWN_NAMES), std::end(OWN_NAMES), name) != std::end(OWN_NAMES))
-            columns_.push_back({name, "", 0, 0});
+            columns_.push_back({name, NONE, 0});
         else if (const Place place = find(snapshot, name); place.field != nullptr)
             add(snapshot, place);
         else
@@ -75,7 +76,7 @@ void Series::add(const Snapshot &snapshot, const Place &place)
                     std::to_string(i % field.columns) + ']';
         else if (field.shape == Shape::list)
             name += '[' + std::to_string(i) + ']';
-        columns_.push_back({name, path, i, index});
+        columns_.push_back({name, index, i});
     }
 }
 
@@ -88,21 +89,18 @@ void Series::put_header(std::string &out) const
     out.back() = '\n';
 }
 
-void Series::put_row(const Snapshot &snapshot, std::string &out)
+void Series::put_row(const Snapshot &snapshot, std::string &out) const
 {
-    for (Column &column : columns_) {
-        if (column.path.empty()) {
+    // The values of an array are columns side by side.
+    FieldIndex last = NONE;
+    const Field *field = nullptr;
+    for (const Column &column : columns_) {
+        if (column.field == NONE) {
             out += own_value(snapshot, column.name);
         } else {
-            // Most snapshots have the same fields at the same places.
-            const Field *field =
-                column.field < snapshot.fields.size() ? &snapshot.fields[column.field] : nullptr;
-            if (field == nullptr || !column.path.ends_with(field->key) ||
-                snapshot.path(*field) != column.path) {
-                field = find(snapshot, column.path).field;
-                if (field != nullptr)
-                    column.field = static_cast<FieldIndex>(field - snapshot.fields.data());
-            }
+            if (column.field != last)
+                field = snapshot.same_field(first_, first_.fields[column.field]);
+            last = column.field;
             if (field != nullptr && column.value < field->count)
                 put_cell(snapshot.begin(*field)[column.value].text(), out);
         }

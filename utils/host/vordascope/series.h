@@ -23,18 +23,18 @@ public:
     void put_header(std::string &out) const;
 
     // Appends the row of a snapshot: its values as printed.
-    void put_row(const Snapshot &snapshot, std::string &out);
+    void put_row(const Snapshot &snapshot, std::string &out) const;
 
 private:
     struct Column {
         std::string name; // as it stands in the header
-        std::string path; // of the field; empty for what the snapshot says of itself
+        FieldIndex field; // in the first snapshot, or NONE: what the snapshot says of itself
         uint32_t value;   // place of the value within the field
-        FieldIndex field; // where the field stood last
     };
 
     void add(const Snapshot &snapshot, const Place &place);
 
+    Snapshot first_;
     std::vector<Column> columns_;
 };
 

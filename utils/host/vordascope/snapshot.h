@@ -1,45 +1,19 @@
-// One snapshot as read from vorda's text: where its fields stand, what they hold, what was not
-// understood.
-//
-//     Snapshot            dev_idx, path_idx, time
-//       Node "stat"         category; of share and vinfo it is the item as well
-//         Node "stat.awb"     item
-//           Node "stat.awb.Gwd RGL"   block or heading, perhaps within another
-//             Field "r channel"         rows of values
-//
-// A snapshot owns its tables and points into the text that it was read from. It stays valid as long
-// as that text does: for those of a Reader, until the reader's next call.
+// Snapshots: what the reader makes of a text, and how fields are found in them.
 #pragma once
 
+#include "number.h"
+
+#include <cstddef>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vordascope
 {
-
-enum class Kind : uint8_t {
-    integer,    // exact in 64 bits: -9223372036854775808 to 18446744073709551615
-    decimal,    // with a decimal point, or an integer of more than 64 bits
-    not_finite, // nan, inf, with or without a sign
-    boolean,    // true, false
-    text,       // anything else
-    empty,      // nothing behind the "="
-};
-
-// One value, with its place in the text.
-struct Value {
-    const char *begin;
-    uint32_t size;
-    Kind kind;
-    uint64_t magnitude; // of an integer; 0 otherwise
-
-    // As printed. A text may hold any bytes, line ends included.
-    std::string_view text() const { return {begin, size}; }
-    bool negative() const { return size != 0 && *begin == '-'; }
-    bool number() const { return kind <= Kind::not_finite; }
-};
 
 enum class Shape : uint8_t {
     scalar, // one value
@@ -50,20 +24,18 @@ enum class Shape : uint8_t {
 // Index of a node or a field in the tables of its snapshot.
 using NodeIndex = uint32_t;
 using FieldIndex = uint32_t;
+constexpr uint32_t NONE = UINT32_MAX;
 
 // A field: a key and its values, which stand one after another in the snapshot's table.
 struct Field {
     std::string_view key;  // as printed, without the blanks around it and a final index
     std::string_view note; // what stands behind its value: "(Dual sensors)", "; u1.4 [0, 31]"
-    uint64_t line;         // number of its first line in the input, from 1
     NodeIndex node;        // what it belongs to
     uint32_t first;        // place of its first value
-    uint32_t count;        // how many it has
+    uint32_t count;        // how many it has, at least one
     uint32_t columns;      // of Shape::rows; of other shapes the count
     Shape shape;
 };
-
-enum class Level : uint8_t { snapshot, category, item, block };
 
 // A member of a node: another node, or a field.
 struct Member {
@@ -73,21 +45,10 @@ struct Member {
 
 // What holds fields: the snapshot itself (which holds none directly), a category, an item, a block.
 struct Node {
-    NodeIndex parent; // its own index for the snapshot
-    Level level;
-    uint32_t name_at;  // where its own name begins in `path`
-    uint32_t block_at; // where the name of its outermost block begins, or the length of `path`
-    std::string path;  // "stat.awb.Gwd RGL": the names from the category down, joined by "."
-    std::string block; // "Gwd RGL": the blocks alone, joined by " / "
+    NodeIndex parent;            // its own index for the snapshot
+    bool block;                  // stands below an item
+    std::string name;            // its own: "Gwd RGL"
     std::vector<Member> members; // in order of appearance
-
-    std::string_view name() const { return std::string_view(path).substr(name_at); }
-    // "stat.awb": vorda's own name of the item.
-    std::string_view item() const
-    {
-        const std::string_view all = path;
-        return all.substr(0, block_at < all.size() ? block_at - 1 : block_at);
-    }
 };
 
 // A line that was not understood.
@@ -97,34 +58,112 @@ struct Unread {
     const char *why;       // what is wrong with it, for people
 };
 
-struct Snapshot {
+// What somebody has said of a capture: "label site = roof".
+struct Label {
+    std::string key;
+    std::string value;
+};
+
+// What a snapshot says of itself, and its text.
+struct Head {
     std::string_view text; // all of it, from the end of the one before it
-    uint64_t line = 1;     // number of its first line in the input
-    uint64_t number = 0;   // which one of its input it is, from 1
-    bool indexed = false;  // begins with an index line; false for text that belongs to no snapshot
-    bool timed = false;    // a time line stands before the index line
-    bool cut = false;      // the input ends within a line
+    std::string_view body; // the part of it that follows the index line
+    uint64_t line = 1;     // number of the first line of `text` in the input
+    uint64_t body_line = 1;
+    uint64_t number = 0;  // which one of its input it is, from 1
+    bool indexed = false; // has an index line; false for text that belongs to no snapshot
+    bool timed = false;   // `time` is there
+    bool cut = false;     // the input ends within a line
     uint32_t dev_idx = 0;
     uint32_t path_idx = 0;
-    Value time = {};
+    Value time = {};                     // in seconds, on the camera's clock
+    std::optional<uint64_t> frame;       // the camera's frame counter
+    uint64_t missed = 0;                 // frames that nobody saw between the one before and this
+    std::vector<Label> labels;           // of the capture so far
+    std::vector<std::string_view> marks; // what was changed then
+    std::vector<Unread> unread;
+};
+
+// A snapshot that has been read. It points into its text: that of a reader lasts until the reader
+// goes on, a copy has a text of its own.
+//
+// Nodes and fields have names that are unique among the members of their node, so that a node and a
+// key name a field whatever characters they hold. A path joins them with dots for people; two
+// fields may have one path ("a.b" and "c", "a" and "b.c").
+class Snapshot : public Head
+{
+public:
+    Snapshot() = default;
+    Snapshot(const Snapshot &other);
+    Snapshot(Snapshot &&) = default;
+    Snapshot &operator=(const Snapshot &other) { return *this = Snapshot(other); }
+    Snapshot &operator=(Snapshot &&) = default;
+    ~Snapshot() = default;
+
     std::vector<Field> fields; // in order of appearance
     std::vector<Value> values; // in order of appearance
-    std::vector<Unread> unread;
 
-    // nodes[0] is the snapshot itself. A parent stands before its children.
+    // node(0) is the snapshot itself. A parent stands before its children.
     const Node &node(NodeIndex index) const { return nodes_[index]; }
-    const Node &node_of(const Field &field) const { return nodes_[field.node]; }
     size_t node_count() const { return node_count_; }
 
     const Value *begin(const Field &field) const { return values.data() + field.first; }
 
-    // "stat.awb.Gwd RGL.r channel", unique within a snapshot.
+    // The member of that name, or NONE. Takes the same time however many members there are.
+    NodeIndex child(NodeIndex parent, std::string_view name) const;
+    FieldIndex field(NodeIndex node, std::string_view key) const;
+
+    // The node, or the field, that has the same names in this snapshot as in the other one.
+    NodeIndex same_node(const Snapshot &other, NodeIndex node) const;
+    const Field *same_field(const Snapshot &other, const Field &field) const;
+
+    // "stat.awb.Gwd RGL": the names from the category down. With a line end between them, which no
+    // name holds, they name one node alone.
+    std::string path(NodeIndex node, char between = '.') const;
+    // "stat.awb.Gwd RGL.r channel".
     std::string path(const Field &field) const;
+    // "stat.awb": vorda's own name of the item.
+    std::string item(const Field &field) const;
+    // "Gwd RGL": the blocks alone, joined by " / ".
+    std::string block(const Field &field) const;
 
 private:
-    friend class Parser;
+    friend class Grammar;
+
+    struct Slot {
+        uint32_t hash;
+        uint32_t member; // index * 2 + is_node, or NONE
+    };
+    // The members whose slots are taken by too many others.
+    struct Less {
+        using is_transparent = void;
+        template <typename A, typename B>
+        bool operator()(const A &a, const B &b) const
+        {
+            return a.first != b.first ? a.first < b.first : a.second < b.second;
+        }
+    };
+    using Crowd = std::map<std::pair<NodeIndex, std::string>, uint32_t, Less>;
+
+    void clear();
+    NodeIndex add_node(NodeIndex parent, std::string_view name, bool block);
+    // Adds a field, unless its node has a member of that name: then it returns NONE.
+    FieldIndex add_field(const Field &field);
+    // The node of that name, which comes into being when needed, or NONE when a field has the name.
+    NodeIndex take_child(NodeIndex parent, std::string_view name, bool block);
+
+    uint32_t look_up(NodeIndex parent, std::string_view name) const;
+    uint32_t look_up(NodeIndex parent, std::string_view name, uint32_t hash) const;
+    bool is_member(uint32_t member, NodeIndex parent, std::string_view name) const;
+    void enter(NodeIndex parent, std::string_view name, uint32_t hash, uint32_t member);
+    void grow();
+
     std::vector<Node> nodes_; // those behind node_count_ are kept for their memory
     size_t node_count_ = 0;
+    std::vector<Slot> slots_;
+    size_t used_ = 0;
+    Crowd crowd_;
+    std::vector<char> own_text_; // of a copy
 };
 
 // A field, or some of its values.

@@ -1,0 +1,241 @@
+// Index lines, head lines, ends.
+#include "frames.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vordascope
+{
+
+namespace
+{
+
+constexpr std::string_view END_LINE = "; end";
+constexpr char NO_SNAPSHOT[] = "no snapshot follows it";
+
+// A line without its line end, which is at `newline`, and without a mark in front.
+std::string_view content(const char *begin, const char *newline)
+{
+    while (newline > begin && newline[-1] == '\r')
+        newline--;
+    std::string_view line(begin, newline);
+    take(line, BYTE_ORDER_MARK);
+    return line;
+}
+
+bool read_index_line(std::string_view line, uint32_t &dev_idx, uint32_t &path_idx)
+{
+    return take(line, "dev_idx = ") && take_number(line, dev_idx) && take(line, ", path_idx = ") &&
+           take_number(line, path_idx) && line.empty();
+}
+
+bool read_time_line(std::string_view line, Value &time)
+{
+    return take(line, "time = ") && !line.empty() && is(line[0], DIGIT) &&
+           read_number(line.data(), time) == line.data() + line.size();
+}
+
+bool read_number_line(std::string_view line, std::string_view key, uint64_t &number)
+{
+    return take(line, key) && take_number(line, number) && line.empty();
+}
+
+bool read_label_line(std::string_view line, std::string_view &key, std::string_view &value)
+{
+    if (!take(line, "label ") || line.empty() || !(is(line[0], LETTER) || line[0] == '_'))
+        return false;
+    const size_t end = line.find(" = ");
+    if (end == std::string_view::npos)
+        return false;
+    key = line.substr(0, end);
+    value = line.substr(end + 3);
+    return all_of(key, KEY) && key.find_first_of("[]") == std::string_view::npos;
+}
+
+bool is_head_line(std::string_view line)
+{
+    Value time;
+    uint64_t number;
+    std::string_view key;
+    std::string_view value;
+    switch (line.empty() ? '\0' : line[0]) {
+    case 't':
+        return read_time_line(line, time);
+    case 'f':
+        return read_number_line(line, "frame = ", number);
+    case 'm':
+        return line.starts_with("mark = ") || read_number_line(line, "missed = ", number);
+    case 'l':
+        return read_label_line(line, key, value);
+    default:
+        return false;
+    }
+}
+
+// Calls use(line, its number, whether it ends) for each line of a text.
+template <typename Use>
+void for_each_line(std::string_view text, uint64_t number, Use use)
+{
+    while (!text.empty()) {
+        const size_t newline = text.find('\n');
+        if (newline == std::string_view::npos) {
+            use(text, number, false);
+            return;
+        }
+        use(content(text.data(), text.data() + newline), number, true);
+        text.remove_prefix(newline + 1);
+        number++;
+    }
+}
+
+void set_label(std::vector<Label> &labels, std::string_view key, std::string_view value)
+{
+    const auto known = std::find_if(labels.begin(), labels.end(),
+                                    [key](const Label &label) { return label.key == key; });
+    if (known != labels.end())
+        known->value = value;
+    else
+        labels.push_back({std::string(key), std::string(value)});
+}
+
+} // namespace
+
+char *Frames::room(size_t size)
+{
+    if (buffer_.size() - size_ < size && begin_.at != 0) {
+        const size_t gone = begin_.at;
+        memmove(buffer_.data(), buffer_.data() + gone, size_ - gone);
+        size_ -= gone;
+        for (Mark *mark : {&begin_, &scanned_, &head_, &own_head_, &body_})
+            mark->at -= std::min(mark->at, gone);
+    }
+    if (buffer_.size() - size_ < size)
+        buffer_.resize(std::max(2 * buffer_.size(), size_ + size));
+    text_ = buffer_.data();
+    return buffer_.data() + size_;
+}
+
+bool Frames::next(Head &head)
+{
+    const size_t end = find_end();
+    if (end == begin_.at)
+        return false;
+    number_ += begun_;
+    head.text = {text_ + begin_.at, end - begin_.at};
+    head.line = begin_.line;
+    head.number = number_;
+    head.indexed = begun_;
+    head.timed = head.cut = false;
+    head.frame.reset();
+    head.missed = 0;
+    head.marks.clear();
+    head.unread.clear();
+    if (begun_) {
+        read_outside(head, begin_, own_head_.at);
+        read_head(head);
+        size_t body_end = end;
+        if (ended_ && end == size_ && left_head())
+            body_end = head_.at;
+        head.body = {text_ + body_.at, body_end - body_.at};
+        head.body_line = body_.line;
+        read_outside(head, {body_end, head_.line}, end);
+    } else {
+        read_outside(head, begin_, end);
+        head.body = {};
+    }
+    // What was looked at is the end of this one, or head lines and the line behind them.
+    begin_ = end == head_.at ? head_ : Mark{end, scanned_.line};
+    scanned_ = head_ = begin_;
+    begun_ = false;
+    return true;
+}
+
+// Returns where the snapshot that begins at begin_ ends, or begin_ when that is not known yet or
+// there is none.
+size_t Frames::find_end()
+{
+    while (scanned_.at != size_) {
+        const char *const begin = text_ + scanned_.at;
+        const auto *const newline =
+            static_cast<const char *>(memchr(begin, '\n', size_ - scanned_.at));
+        const size_t next = newline != nullptr ? static_cast<size_t>(newline + 1 - text_) : size_;
+        if (next - begin_.at > SNAPSHOT_MAX) {
+            head_ = scanned_;
+            return scanned_.at != begin_.at ? scanned_.at : begin_.at + SNAPSHOT_MAX;
+        }
+        if (newline == nullptr)
+            break;
+
+        const Mark after = {next, scanned_.line + 1};
+        const std::string_view line = content(begin, newline);
+        uint32_t index;
+        if (line.starts_with('d') && read_index_line(line, index, index)) {
+            if (begun_)
+                return head_.at;
+            begun_ = true;
+            own_head_ = head_;
+            body_ = head_ = after;
+        } else if (begun_ && line == END_LINE) {
+            scanned_ = after;
+            return next;
+        } else if (!is_head_line(line)) {
+            head_ = after;
+        }
+        scanned_ = after;
+    }
+    return ended_ ? size_ : begin_.at;
+}
+
+// Whether the input ends behind the head of a snapshot, as a recording does that is stopped there.
+bool Frames::left_head() const
+{
+    bool timed = false;
+    const std::string_view lines(text_ + head_.at, size_ - head_.at);
+    for_each_line(lines, 0, [&timed](std::string_view line, uint64_t, bool ends) {
+        Value time;
+        timed = timed || (ends && read_time_line(line, time));
+    });
+    return timed;
+}
+
+// Reads the head lines and the index line.
+void Frames::read_head(Head &head) const
+{
+    const std::string_view lines(text_ + own_head_.at, body_.at - own_head_.at);
+    Unread last_time = {0, {}, NO_SNAPSHOT};
+    for_each_line(lines, own_head_.line, [&](std::string_view line, uint64_t number, bool) {
+        std::string_view key;
+        std::string_view value = line;
+        if (read_time_line(line, head.time)) {
+            if (head.timed)
+                head.unread.push_back(last_time);
+            last_time = {number, line, last_time.why};
+            head.timed = true;
+        } else if (uint64_t frame; read_number_line(line, "frame = ", frame)) {
+            head.frame = frame;
+        } else if (take(value, "mark = ")) {
+            head.marks.push_back(value);
+        } else if (read_label_line(line, key, value)) {
+            set_label(head.labels, key, value);
+        } else if (!read_number_line(line, "missed = ", head.missed)) {
+            read_index_line(line, head.dev_idx, head.path_idx);
+        }
+    });
+}
+
+// Tells of text that belongs to no snapshot.
+void Frames::read_outside(Head &head, Mark begin, size_t end) const
+{
+    const std::string_view lines(text_ + begin.at, end - begin.at);
+    for_each_line(lines, begin.line, [&head](std::string_view line, uint64_t number, bool ends) {
+        if (!ends) {
+            head.cut = true;
+            head.unread.push_back({number, line, "cut off: the line does not end"});
+        } else if (!all_of(line, BLANK) && line[0] != ';') {
+            head.unread.push_back(
+                {number, line, is_head_line(line) ? NO_SNAPSHOT : "outside of any snapshot"});
+        }
+    });
+}
+
+} // namespace vordascope

@@ -1,0 +1,57 @@
+// Bytes to the texts of snapshots: where each begins and ends, and what it says of itself.
+#pragma once
+
+#include "snapshot.h"
+
+namespace vordascope
+{
+
+inline constexpr size_t SNAPSHOT_MAX = size_t{32} << 20;
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // some editors begin a file with it
+
+// Splits an input, as a Reader does; see there. Its buffer holds one snapshot and what was given
+// beyond it.
+class Frames
+{
+public:
+    Frames() = default;
+    explicit Frames(std::string_view whole) : text_(whole.data()), size_(whole.size()), ended_(true)
+    {
+    }
+    Frames(const Frames &) = delete;
+    Frames &operator=(const Frames &) = delete;
+
+    char *room(size_t size);
+    void fill(size_t size) { size_ += size; }
+    void end() { ended_ = true; }
+    bool ended() const { return ended_; }
+
+    // Finds the next snapshot and what its head says; `head` must be the same one each time, since
+    // labels stay. Returns false when more input is needed, or after end() there are no more.
+    bool next(Head &head);
+
+private:
+    struct Mark {
+        size_t at;     // place in the text
+        uint64_t line; // its number in the input
+    };
+
+    size_t find_end();
+    void read_head(Head &head) const;
+    bool left_head() const;
+    void read_outside(Head &head, Mark begin, size_t end) const;
+
+    std::vector<char> buffer_;
+    const char *text_ = nullptr; // the buffer, or the whole text
+    size_t size_ = 0;
+    bool ended_ = false;
+    Mark begin_ = {0, 1};   // of the snapshot that comes next
+    Mark scanned_ = {0, 1}; // the line up to which its end has been looked for
+    Mark head_ = {0, 1};    // the first of the head lines directly before that one, or that one
+    bool begun_ = false;    // the index line has been seen
+    Mark own_head_ = {};    // then: the head lines before it, and what follows it
+    Mark body_ = {};
+    uint64_t number_ = 0; // of the last snapshot
+};
+
+} // namespace vordascope

@@ -1,0 +1,530 @@
+// The lines of a snapshot.
+#include "grammar.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace vordascope
+{
+
+namespace
+{
+
+constexpr uint32_t WRAPPED_COLUMNS = 6; // a vector's values a row
+
+const char *skip_blanks(const char *p)
+{
+    while (*p == ' ' || *p == '\t')
+        p++;
+    return p;
+}
+
+// Tags of attribute texts that are not the item's name in capitals.
+struct Tag {
+    std::string_view tag;
+    std::string_view item;
+};
+constexpr Tag TAGS[] = {
+    {"BSP_DPC", "dpc"},
+    {"HDRAE", "hdr_ae"},
+    {"REGIONAL_STAT", "rgl_stat"},
+    {"TRAIL_SUPPRESS", "ts"},
+};
+
+// Categories that print without section lines.
+constexpr std::string_view PREFIXES[] = {"share.", "vinfo."};
+
+// What a snapshot says of itself, so no category can have these names.
+constexpr std::string_view RESERVED[] = {"vorda_json", "dev_idx", "path_idx", "time",   "cut",
+                                         "unread",     "frame",   "missed",   "labels", "marks"};
+
+// The end of a line without its line end, which is at `newline`.
+const char *content_end(const char *begin, const char *newline)
+{
+    while (newline > begin && newline[-1] == '\r')
+        newline--;
+    return newline;
+}
+
+} // namespace
+
+void Grammar::parse(Snapshot &snapshot)
+{
+    s_ = &snapshot;
+    s_->clear();
+    section_ = rows_ = elements_ = open_text_ = NONE;
+    label_ = {};
+    open_section(NONE);
+
+    const char *p = s_->body.data();
+    const char *const body_end = p + s_->body.size();
+    uint64_t number = s_->body_line;
+    for (; p != body_end; number++) {
+        const char *const begin = p;
+        const auto *const newline =
+            static_cast<const char *>(memchr(p, '\n', static_cast<size_t>(body_end - p)));
+        if (newline == nullptr) {
+            s_->cut = true;
+            s_->unread.push_back({number, {p, body_end}, "cut off: the line does not end"});
+            break;
+        }
+        p = newline + 1;
+        const char *const end = content_end(begin, newline);
+
+        text_begins_ = false;
+        const Line line = read_line(begin, end);
+        if (line == Line::shapeless && open_text_ != NONE) {
+            Value &text = s_->values[s_->fields[open_text_].first];
+            text.kind = Kind::text;
+            text.size = static_cast<uint32_t>(end - text.begin);
+            continue;
+        }
+        if (line == Line::shapeless || line == Line::unread)
+            s_->unread.push_back({number, {begin, end}, why_});
+        if (line != Line::blank && !text_begins_)
+            open_text_ = NONE;
+    }
+    close_rows();
+}
+
+Grammar::Line Grammar::read_line(const char *p, const char *end)
+{
+    if (p == end)
+        return Line::blank;
+    if (is(*p, LETTER) || *p == '_')
+        return read_keyed(p, end);
+    switch (*p) {
+    case ';':
+        return Line::layout;
+    case '=':
+        return read_section(p, end);
+    case '[':
+        return read_tag(p, end);
+    case '<':
+        return read_numbered_row(p, end);
+    default:
+        return read_row(p, end);
+    }
+}
+
+// "=== cat.item ==="
+Grammar::Line Grammar::read_section(const char *p, const char *end)
+{
+    constexpr std::string_view OPEN = "=== ";
+    constexpr std::string_view CLOSE = " ===";
+    std::string_view name(p, static_cast<size_t>(end - p));
+    if (!name.starts_with(OPEN) || !name.ends_with(CLOSE) ||
+        name.size() <= OPEN.size() + CLOSE.size())
+        return shapeless("no section");
+    name = name.substr(OPEN.size(), name.size() - OPEN.size() - CLOSE.size());
+    if (!is(name.front(), LETTER) || !all_of(name, KEY))
+        return shapeless("no section");
+
+    const size_t dot = name.find('.');
+    NodeIndex node = category(name.substr(0, dot));
+    if (node != NONE && dot != std::string_view::npos)
+        node = dot + 1 < name.size() ? s_->take_child(node, name.substr(dot + 1), false) : NONE;
+    open_section(node);
+    return node != NONE ? Line::data : unread("a section of a name that is taken");
+}
+
+// "[CAPITALS]" and "[Other words]"
+Grammar::Line Grammar::read_tag(const char *p, const char *end)
+{
+    std::string_view name(p + 1, static_cast<size_t>(end - p - 1));
+    if (!name.ends_with(']') || name.size() < 2 || !is(name.front(), LETTER))
+        return shapeless("no heading");
+    name.remove_suffix(1);
+
+    if (all_of(name, UPPER | DIGIT | MARK)) {
+        std::string item(name);
+        for (char &c : item)
+            if (is(c, UPPER))
+                c = static_cast<char>(c - 'A' + 'a');
+        for (const Tag &tag : TAGS)
+            if (tag.tag == name)
+                item = tag.item;
+        const NodeIndex intl = category("intl");
+        const NodeIndex node = intl != NONE ? s_->take_child(intl, item, false) : NONE;
+        open_section(node);
+        return node != NONE ? Line::data : unread("a section of a name that is taken");
+    }
+    if (!all_of(name, KEY | BLANK))
+        return shapeless("no heading");
+    if (section_ == NONE)
+        return unread("outside of any section");
+    open_section(section_);
+    heading_ = name;
+    place_ = NONE;
+    return Line::data;
+}
+
+// "key = value", "words: value", "label:"
+Grammar::Line Grammar::read_keyed(const char *p, const char *end)
+{
+    const char *separator = p;
+    while (is(*separator, KEY | BLANK))
+        separator++;
+    if (separator >= end || (*separator != '=' && *separator != ':')) {
+        if (std::string_view(p, end) == "Unable to acquire corresponding window cfg.")
+            return Line::layout;
+        return shapeless("neither a key nor a label");
+    }
+    const char *key_end = separator;
+    while (is(key_end[-1], BLANK))
+        key_end--;
+    std::string_view key(p, key_end);
+    const char *const value = skip_blanks(separator + 1);
+    if (*separator == ':' && value >= end)
+        return read_label(key);
+
+    close_rows();
+    take_prefix(key);
+    if (section_ == NONE)
+        return unread("outside of any section");
+    if (!label_.empty()) {
+        block_ = label_;
+        block_keeps_labels_ = false;
+        label_ = {};
+        place_ = NONE;
+    }
+
+    const size_t before = s_->values.size();
+    Run run;
+    run.first = static_cast<uint32_t>(before);
+    if (value < end &&
+        (*value == '(' ? read_tuples(value, end, run) : read_numbers(value, end, run))) {
+        const Line line = add_scalar_or_list(key, run);
+        if (line == Line::unread)
+            s_->values.resize(before);
+        return line;
+    }
+    s_->values.resize(before);
+    // A text begins behind one blank; others are its own.
+    return add_other(key, separator + 1 + (separator[1] == ' '), end);
+}
+
+Grammar::Line Grammar::read_label(std::string_view key)
+{
+    close_rows();
+    take_prefix(key);
+    if (section_ == NONE)
+        return unread("outside of any section");
+    if (all_of(key, UPPER | DIGIT | MARK) && !key.ends_with(']')) {
+        capitals_ = key;
+        block_ = label_ = {};
+        place_ = NONE;
+        return Line::label;
+    }
+    if (!label_.empty()) {
+        block_ = label_;
+        block_keeps_labels_ = true;
+        place_ = NONE;
+    } else if (!block_.empty() && !block_keeps_labels_) {
+        block_ = {};
+        place_ = NONE;
+    }
+    label_ = key;
+    return Line::label;
+}
+
+// A row of what a label has named, a legend, or dashes.
+Grammar::Line Grammar::read_row(const char *p, const char *end)
+{
+    const char *const first = skip_blanks(p);
+    if (first >= end)
+        return Line::blank;
+
+    const size_t before = s_->values.size();
+    Run run;
+    run.first = static_cast<uint32_t>(before);
+    if (*first == '(' ? read_tuples(first, end, run) : read_numbers(first, end, run)) {
+        const Line line = add_row(run);
+        if (line == Line::unread)
+            s_->values.resize(before);
+        return line;
+    }
+    s_->values.resize(before);
+
+    const std::string_view text(p, end);
+    if (text.find_first_not_of('-') == std::string_view::npos)
+        return Line::layout;
+    // "(0: normal, 1: disable)"
+    if (text.size() > 3 && text[0] == '(' && is(text[1], DIGIT) && text.ends_with(')')) {
+        const size_t colon = text.find_first_not_of("0123456789", 1);
+        if (text[colon] == ':')
+            return Line::layout;
+    }
+    return shapeless("neither a key nor a row");
+}
+
+// "<# 3> (1, 2, 3)", or the table's head "<#bin>(x, y)"
+Grammar::Line Grammar::read_numbered_row(const char *p, const char *end)
+{
+    std::string_view line(p, end);
+    const auto skip = [&line] {
+        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    };
+    if (!take(line, "<#"))
+        return shapeless("neither a key nor a row");
+    skip();
+    if (!line.empty() && is(line[0], LETTER))
+        return Line::layout;
+
+    const size_t before = s_->values.size();
+    Run run;
+    run.first = static_cast<uint32_t>(before);
+    uint32_t number = 0;
+    Line result = shapeless("neither a key nor a row");
+    if (take_number(line, number) && take(line, ">")) {
+        skip();
+        if (line.starts_with('(') && read_tuples(line.data(), end, run) &&
+            run.count == run.columns) {
+            const uint32_t next = rows_ != NONE ? s_->fields[rows_].count / run.columns : 0;
+            result = number == next ? add_row(run) : unread("a row out of order");
+        }
+    }
+    if (result != Line::data)
+        s_->values.resize(before);
+    return result;
+}
+
+Grammar::Line Grammar::add_row(const Run &run)
+{
+    if (rows_ == NONE) {
+        if (label_.empty())
+            return unread("a row without a label");
+        rows_ = add_field(label_, run, Shape::rows);
+        if (rows_ == NONE)
+            return Line::unread;
+        label_ = {};
+        Field &field = s_->fields[rows_];
+        field.columns = run.columns != 0 ? run.columns : run.count;
+        field.shape = run.columns != 0 ? Shape::rows : Shape::list;
+        return Line::data;
+    }
+    // The shape is that of the first row until close_rows(): a list stands for plain numbers.
+    Field &field = s_->fields[rows_];
+    const bool tuples = field.shape == Shape::rows;
+    if (tuples ? run.columns != field.columns
+               : run.columns != 0 || run.count > field.columns || field.count % field.columns != 0)
+        return unread("a row of another length");
+    field.count += run.count;
+    return Line::data;
+}
+
+// Settles whether the rows that have been read are a vector or a map.
+void Grammar::close_rows()
+{
+    if (rows_ == NONE)
+        return;
+    Field &field = s_->fields[rows_];
+    rows_ = NONE;
+    if (field.shape == Shape::rows)
+        return;
+
+    bool vector = field.columns == WRAPPED_COLUMNS || field.count <= field.columns;
+    const size_t open = field.key.rfind('[');
+    if (!vector && open != std::string_view::npos) {
+        std::string_view index = field.key.substr(open + 1);
+        uint32_t size = 0;
+        vector = take_number(index, size) && index == "]" && size == field.count;
+    }
+    field.shape = vector ? Shape::list : Shape::rows;
+    if (vector)
+        field.columns = field.count;
+}
+
+Grammar::Line Grammar::add_scalar_or_list(std::string_view key, const Run &run)
+{
+    if (run.columns == 0 && !run.list && key.ends_with(']')) {
+        const size_t open = key.rfind('[');
+        if (open != std::string_view::npos && open != 0) {
+            std::string_view rest = key.substr(open + 1);
+            uint32_t index = 0;
+            if (take_number(rest, index) && rest == "]")
+                return add_element(key.substr(0, open), index, run);
+        }
+    }
+    const Shape shape = run.columns != 0 ? Shape::rows : run.list ? Shape::list : Shape::scalar;
+    const FieldIndex field = add_field(key, run, shape);
+    return field != NONE ? Line::data : Line::unread;
+}
+
+// "base[index] = value"
+Grammar::Line Grammar::add_element(std::string_view base, uint32_t index, const Run &run)
+{
+    if (elements_ != NONE && index != 0) {
+        Field &field = s_->fields[elements_];
+        if (field.node == place() && field.key == base && field.count == index) {
+            field.columns = ++field.count;
+            return Line::data;
+        }
+    }
+    if (index != 0)
+        return unread("an element out of order");
+    const FieldIndex field = add_field(base, run, Shape::list);
+    if (field == NONE)
+        return Line::unread;
+    s_->fields[field].note = {}; // it would be one of many
+    elements_ = field;
+    return Line::data;
+}
+
+// true, false, text, nothing.
+Grammar::Line Grammar::add_other(std::string_view key, const char *begin, const char *end)
+{
+    if (begin > end)
+        begin = end;
+    const std::string_view text(begin, end);
+    Kind kind = Kind::text;
+    if (text == "true" || text == "false")
+        kind = Kind::boolean;
+    else if (skip_blanks(begin) >= end)
+        kind = Kind::empty;
+
+    Run run;
+    run.first = static_cast<uint32_t>(s_->values.size());
+    run.count = 1;
+    const FieldIndex field = add_field(key, run, Shape::scalar);
+    if (field == NONE)
+        return Line::unread;
+    const auto size = static_cast<uint32_t>(kind == Kind::empty ? 0 : text.size());
+    s_->values.push_back({begin, size, kind, 0});
+    if (kind != Kind::boolean) {
+        open_text_ = field;
+        text_begins_ = true;
+    }
+    return Line::data;
+}
+
+// Adds a field at the current place. Returns NONE, with why_ set, when its path is taken.
+FieldIndex Grammar::add_field(std::string_view key, const Run &run, Shape shape)
+{
+    elements_ = NONE;
+    const NodeIndex node = place();
+    if (node == NONE) {
+        why_ = "in a block of a name that is taken";
+        return NONE;
+    }
+    const FieldIndex field = s_->add_field({key, run.note, node, run.first, run.count,
+                                            run.columns != 0 ? run.columns : run.count, shape});
+    if (field == NONE)
+        why_ = "a second field of this name";
+    return field;
+}
+
+// Numbers separated by commas, and what may stand behind them.
+bool Grammar::read_numbers(const char *p, const char *end, Run &run)
+{
+    bool comma = false;
+    bool blank = false;
+    for (;;) {
+        Value value;
+        p = read_number(p, value);
+        if (p == nullptr)
+            return false;
+        s_->values.push_back(value);
+        run.count++;
+        comma = *p == ',';
+        p += comma;
+        blank = *p == ' ' || *p == '\t';
+        p = skip_blanks(p);
+        if (!comma || p >= end || !(is(*p, DIGIT | LOWER) || *p == '-'))
+            break;
+    }
+    run.list = run.count > 1 || (comma && blank);
+    if (p >= end)
+        return true;
+    if (*p == ';' || (*p == '(' && blank && !run.list && end[-1] == ')')) {
+        run.note = {p, end};
+        return true;
+    }
+    return false;
+}
+
+// "(1,2)", "(1 2) (3 4) "
+bool Grammar::read_tuples(const char *p, const char *end, Run &run)
+{
+    while (p < end && *p == '(') {
+        const uint32_t before = run.count;
+        p = read_tuple(p, run);
+        if (p == nullptr)
+            return false;
+        const uint32_t columns = run.count - before;
+        if (run.columns != 0 && columns != run.columns)
+            return false;
+        run.columns = columns;
+        p = skip_blanks(p);
+    }
+    if (p < end && *p == ';') {
+        run.note = {p, end};
+        p = end;
+    }
+    return p >= end;
+}
+
+const char *Grammar::read_tuple(const char *p, Run &run)
+{
+    p++;
+    for (;;) {
+        Value value;
+        p = read_number(skip_blanks(p), value);
+        if (p == nullptr)
+            return nullptr;
+        s_->values.push_back(value);
+        run.count++;
+        p = skip_blanks(p + (*p == ','));
+        if (*p == ')')
+            return p + 1;
+        if (!is(p[-1], BLANK) && p[-1] != ',')
+            return nullptr;
+    }
+}
+
+// Begins to read at an item, without heading and blocks.
+void Grammar::open_section(NodeIndex node)
+{
+    close_rows();
+    elements_ = NONE;
+    section_ = node;
+    heading_ = capitals_ = block_ = label_ = {};
+    place_ = node;
+}
+
+// Takes the category off a key that opens its section itself.
+void Grammar::take_prefix(std::string_view &key)
+{
+    for (const std::string_view prefix : PREFIXES) {
+        if (key.starts_with(prefix) && key.size() > prefix.size()) {
+            const NodeIndex node = category(prefix.substr(0, prefix.size() - 1));
+            if (node != section_ || place_ != node || !label_.empty())
+                open_section(node);
+            key.remove_prefix(prefix.size());
+            return;
+        }
+    }
+}
+
+NodeIndex Grammar::category(std::string_view name)
+{
+    if (std::find(std::begin(RESERVED), std::end(RESERVED), name) != std::end(RESERVED))
+        return NONE;
+    return s_->take_child(0, name, false);
+}
+
+// The node where the next field belongs, or NONE when the name of a block is taken.
+NodeIndex Grammar::place()
+{
+    if (place_ != NONE)
+        return place_;
+    NodeIndex node = section_;
+    for (const std::string_view name : {heading_, capitals_, block_})
+        if (node != NONE && !name.empty())
+            node = s_->take_child(node, name, true);
+    place_ = node;
+    return node;
+}
+
+} // namespace vordascope

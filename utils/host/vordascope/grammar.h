@@ -1,0 +1,84 @@
+// The grammar of vorda's text, as reader.h describes it: the lines of one snapshot to its fields.
+#pragma once
+
+#include "snapshot.h"
+
+namespace vordascope
+{
+
+class Grammar
+{
+public:
+    // Reads the body of a snapshot, of which the head is given, and adds to its unread lines.
+    void parse(Snapshot &snapshot);
+
+private:
+    // What a line turned out to be.
+    enum class Line : uint8_t { blank, layout, data, label, shapeless, unread };
+
+    // Values in one line: of a field, of a row.
+    struct Run {
+        uint32_t first = 0;
+        uint32_t count = 0;
+        uint32_t columns = 0; // of tuples; 0: plain numbers
+        bool list = false;
+        std::string_view note;
+    };
+
+    Line read_line(const char *p, const char *end);
+    Line read_section(const char *p, const char *end);
+    Line read_tag(const char *p, const char *end);
+    Line read_keyed(const char *p, const char *end);
+    Line read_label(std::string_view key);
+    Line read_row(const char *p, const char *end);
+    Line read_numbered_row(const char *p, const char *end);
+    Line add_row(const Run &run);
+    Line add_scalar_or_list(std::string_view key, const Run &run);
+    Line add_element(std::string_view base, uint32_t index, const Run &run);
+    Line add_other(std::string_view key, const char *begin, const char *end);
+    FieldIndex add_field(std::string_view key, const Run &run, Shape shape);
+
+    bool read_numbers(const char *p, const char *end, Run &run);
+    bool read_tuples(const char *p, const char *end, Run &run);
+    const char *read_tuple(const char *p, Run &run);
+
+    void open_section(NodeIndex node);
+    void take_prefix(std::string_view &key);
+    void close_rows();
+    NodeIndex category(std::string_view name);
+    NodeIndex place();
+
+    // A line of no form that vorda prints: it may belong to a text.
+    Line shapeless(const char *why)
+    {
+        why_ = why;
+        return Line::shapeless;
+    }
+
+    // A line that has a form but no place.
+    Line unread(const char *why)
+    {
+        why_ = why;
+        return Line::unread;
+    }
+
+    Snapshot *s_ = nullptr;
+
+    // Where the next field belongs: below the section, the names that are not empty. `place_` is
+    // their node, which comes into being with its first field.
+    NodeIndex section_ = NONE;
+    std::string_view heading_;
+    std::string_view capitals_;
+    std::string_view block_;
+    bool block_keeps_labels_ = false; // further labels stand within the block
+    NodeIndex place_ = NONE;
+
+    std::string_view label_;      // a label without rows so far
+    FieldIndex rows_ = NONE;      // the field that further rows belong to
+    FieldIndex elements_ = NONE;  // the field that a further element belongs to
+    FieldIndex open_text_ = NONE; // the field that an unreadable line belongs to
+    bool text_begins_ = false;    // with the line that is being read
+    const char *why_ = nullptr;
+};
+
+} // namespace vordascope
