@@ -4,7 +4,7 @@
 
 void camera_lock(PathLock *lock)
 {
-    pthread_mutex_lock(&lock->mutex);
+    pthread_mutex_lock(path_mutex(lock));
 }
 
 #else
@@ -16,14 +16,12 @@ void camera_lock(PathLock *lock)
 
 void camera_lock(PathLock *lock)
 {
-    if (path_trylock(lock))
+    if (path_trylock(lock) == PathLockAnswer::TAKEN)
         return;
-    // From here on the lock is taken as contended: others may have begun to queue meanwhile.
-    constexpr uint32_t FREE = 0;
-    constexpr uint32_t CONTENDED = 2;
+    // From here on the lock is taken as queued for: others may have begun to queue meanwhile.
     const std::atomic_ref<uint32_t> word(lock->word);
-    while (word.exchange(CONTENDED, std::memory_order_acquire) != FREE)
-        syscall(SYS_futex, &lock->word, FUTEX_WAIT, CONTENDED, nullptr, nullptr, 0);
+    while (word.exchange(PATH_LOCK_QUEUED, std::memory_order_acquire) != PATH_LOCK_FREE)
+        syscall(SYS_futex, &lock->word, FUTEX_WAIT, PATH_LOCK_QUEUED, nullptr, nullptr, 0);
 }
 
 #endif

@@ -11,16 +11,6 @@ namespace
 constexpr uint32_t GAIN_1X = 1024;
 constexpr float FPS = 25.0F; // what the sensor is set to
 
-// As the platform does, with the mutex free and shared between processes.
-void init_lock(PathLock *lock)
-{
-    constexpr uint32_t PROCESS_SHARED = 0x80; // the kind of the mutex, its fourth word
-    uint32_t words[6] = {};
-    words[3] = PROCESS_SHARED;
-    static_assert(sizeof(words) == sizeof(*lock));
-    memcpy(lock, words, sizeof(words));
-}
-
 // Exposure time follows what is wanted up to the time of a frame, gain does the rest.
 void fill_exposure(DipShareInfo *share, const Moment &moment)
 {
@@ -120,7 +110,7 @@ void init_region(VplatConf *conf)
     for (int path = 0; path < SCENE_PATH_NUM; path++) {
         conf->descptr.path[path].state = SR_DESCPTR_PRESENT;
         conf->path[path].state = 1;
-        init_lock(&conf->path[path].lock);
+        conf->path[path].lock = free_path_lock(PATH_LOCK_SHARED);
     }
 }
 

@@ -2,16 +2,13 @@
 //
 // Each path is copied under its lock, as vorda does it: the camera waits for one copy, nobody
 // queues and no signal falls between lock and unlock. In what is written every lock is free.
-#include "camera_lock.h"
-#include "path_lock.h"
+#include "path_copy.h"
 #include "sr.h"
 #include "sr_schema.h"
 #include "usage.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
@@ -44,33 +41,20 @@ VplatConf *map_region()
     return region == MAP_FAILED ? nullptr : static_cast<VplatConf *>(region);
 }
 
-bool copy_if_free(VplatPathConf *path, VplatPathConf *copy)
-{
-    memcpy(copy, path, sizeof(*copy)); // brings the pages in before the lock is taken
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    sigprocmask(SIG_SETMASK, &all, &before);
-    bool copied = false;
-    if (const PathLockGuard guard(&path->lock); guard) {
-        memcpy(copy, path, sizeof(*copy));
-        copied = true;
-    }
-    sigprocmask(SIG_SETMASK, &before, nullptr);
-    return copied;
-}
-
 void copy_path(VplatPathConf *path, VplatPathConf *copy, int index)
 {
-    constexpr int TRIES = 500; // for half a second
-    constexpr timespec NAP = {.tv_sec = 0, .tv_nsec = 1000000};
-    int tries = 0;
-    while (!copy_if_free(path, copy) && ++tries < TRIES)
-        nanosleep(&NAP, nullptr);
-    if (tries == TRIES)
+    constexpr int LONGEST_MS = 500;
+    const PathCopy whole = {.lock = &path->lock, .from = path, .to = copy, .size = sizeof(*copy)};
+    PathWait wait;
+    bool copied = path_copy(whole);
+    while (!copied && wait.pause() < LONGEST_MS)
+        copied = path_copy(whole);
+    if (!copied) {
+        memcpy(copy, path, sizeof(*copy));
         fprintf(stderr, "%s: path %d stays locked; its values may be of two frames.\n", PROGRAM,
                 index);
-    free_lock(&copy->lock);
+    }
+    copy->lock = free_path_lock(copy->lock.kind);
 }
 
 int write_out(const VplatConf &conf)

@@ -1,5 +1,4 @@
 // sr-run: runs a command with a stand-in for /dev/sr in place.
-#include "camera_lock.h"
 #include "sr_device.h"
 #include "sr_schema.h"
 #include "usage.h"
@@ -57,7 +56,7 @@ int unlocked_copy(int fd, const char *file)
     auto *conf = reinterpret_cast<VplatConf *>(copy.data());
     if (size == static_cast<ssize_t>(sizeof(VplatConf)))
         for (VplatPathConf &path : conf->path)
-            free_lock(&path.lock);
+            path.lock = free_path_lock(path.lock.kind);
     if (write(memory, copy.data(), static_cast<size_t>(size)) != size) {
         bad_file(PROGRAM, file, strerror(errno));
         return -1;
@@ -78,7 +77,7 @@ int held_path(int fd)
             const auto at =
                 static_cast<off_t>(offsetof(VplatConf, path) + path * sizeof(VplatPathConf) +
                                    offsetof(VplatPathConf, lock));
-            if (pread(fd, &word, sizeof(word), at) == sizeof(word) && word != 0)
+            if (pread(fd, &word, sizeof(word), at) == sizeof(word) && word != PATH_LOCK_FREE)
                 held = static_cast<int>(path);
         }
         if (held < 0)

@@ -6,18 +6,18 @@ int lock_tries;
 std::function<void()> after_lock;
 std::function<void()> before_unlock;
 
-bool real_path_trylock(PathLock *lock) __asm__("__real__Z12path_trylockP8PathLock");
+PathLockAnswer real_path_trylock(PathLock *lock) __asm__("__real__Z12path_trylockP8PathLock");
 void real_path_unlock(PathLock *lock) __asm__("__real__Z11path_unlockP8PathLock");
-bool wrap_path_trylock(PathLock *lock) __asm__("__wrap__Z12path_trylockP8PathLock");
+PathLockAnswer wrap_path_trylock(PathLock *lock) __asm__("__wrap__Z12path_trylockP8PathLock");
 void wrap_path_unlock(PathLock *lock) __asm__("__wrap__Z11path_unlockP8PathLock");
 
-bool wrap_path_trylock(PathLock *lock)
+PathLockAnswer wrap_path_trylock(PathLock *lock)
 {
     lock_tries++;
-    const bool taken = real_path_trylock(lock);
-    if (taken && after_lock)
+    const PathLockAnswer answer = real_path_trylock(lock);
+    if (answer == PathLockAnswer::TAKEN && after_lock)
         after_lock();
-    return taken;
+    return answer;
 }
 
 void wrap_path_unlock(PathLock *lock)

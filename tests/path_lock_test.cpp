@@ -3,6 +3,7 @@
 #include "camera_lock.h"
 #include "harness.h"
 #include "lock_probe.h"
+#include "path_copy.h"
 #include "sr_ctrl.h"
 #include "sr_device.h"
 #include "vorda.h"
@@ -12,12 +13,13 @@
 #include <bit>
 #include <csignal>
 #include <cstdlib>
-#include <ctime>
+#include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/futex.h>
 #include <linux/seccomp.h>
+#include <sched.h>
 #include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -25,6 +27,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 // The linker puts this between the product and the system: the clock of the wait.
 extern "C" {
@@ -60,8 +63,6 @@ constexpr bool BARE = !__has_feature(address_sanitizer);
 constexpr bool BARE = true;
 #endif
 
-constexpr uint32_t PROCESS_SHARED = 0x80;
-
 // The six words of the lock: whether it is taken, a count, its owner, its kind, users, spins.
 using Words = std::array<uint32_t, 6>;
 
@@ -77,12 +78,14 @@ PathLock lock_of(const Words &words)
 
 TEST(PathLock, IsTakenWhenFreeAndUntouchedOtherwise)
 {
-    const Words free = {0, 0, 0, PROCESS_SHARED, 0, 0};
-    PathLock lock = lock_of(free);
-    ASSERT_TRUE(path_trylock(&lock));
-    EXPECT_EQ(words(lock)[0], 1U);
+    PathLock lock = free_path_lock(PATH_LOCK_SHARED);
+    const Words free = words(lock);
+    EXPECT_FALSE(path_lock_is_held(&lock));
+    ASSERT_EQ(path_trylock(&lock), PathLockAnswer::TAKEN);
+    EXPECT_EQ(lock.word, PATH_LOCK_TAKEN);
     const Words held = words(lock);
-    EXPECT_FALSE(path_trylock(&lock));
+    EXPECT_TRUE(path_lock_is_held(&lock));
+    EXPECT_EQ(path_trylock(&lock), PathLockAnswer::HELD);
     EXPECT_EQ(words(lock), held);
     path_unlock(&lock);
     EXPECT_EQ(words(lock), free);
@@ -90,14 +93,14 @@ TEST(PathLock, IsTakenWhenFreeAndUntouchedOtherwise)
 
 TEST(PathLock, ItsReleaseWakesACameraThatQueues)
 {
-    static PathLock lock = lock_of({0, 0, 0, PROCESS_SHARED, 0, 0});
+    static PathLock lock = free_path_lock(PATH_LOCK_SHARED);
     static std::atomic<bool> taken = false;
-    ASSERT_TRUE(path_trylock(&lock));
+    ASSERT_EQ(path_trylock(&lock), PathLockAnswer::TAKEN);
     std::thread([] {
         camera_lock(&lock);
         taken = true;
     }).detach();
-    EXPECT_TRUE(eventually(10000, [] { return words(lock)[0] == 2; }));
+    EXPECT_TRUE(eventually(10000, [] { return words(lock)[0] == PATH_LOCK_QUEUED; }));
     EXPECT_FALSE(taken);
     path_unlock(&lock);
     EXPECT_TRUE(eventually(10000, [] { return taken.load(); }));
@@ -105,15 +108,41 @@ TEST(PathLock, ItsReleaseWakesACameraThatQueues)
 }
 
 #ifdef PATH_LOCK_IS_PTHREAD_MUTEX
+bool copy_under(PathLock *lock)
+{
+    const int from = 1;
+    int to = 0;
+    return path_copy({.lock = lock, .from = &from, .to = &to, .size = sizeof(from)}) && to == 1;
+}
+
 TEST(PathLock, StaysUsableAfterItsOwnerDied)
 {
-    constexpr uint32_t ROBUST = 0x10;
-    PathLock lock = lock_of({FUTEX_OWNER_DIED, 0, 4711, PROCESS_SHARED | ROBUST, 1, 0});
-    EXPECT_TRUE(path_trylock(&lock));
-    path_unlock(&lock);
-    EXPECT_EQ(words(lock)[0], 0U);
-    EXPECT_EQ(words(lock)[2], 0U); // no owner, in place of the mark of an unusable mutex
-    EXPECT_EQ(pthread_mutex_trylock(&lock.mutex), 0);
+    PathLock lock = free_path_lock(PATH_LOCK_SHARED | PATH_LOCK_ROBUST);
+    lock.word = FUTEX_OWNER_DIED;
+    lock.owner = 4711;
+    EXPECT_TRUE(copy_under(&lock));
+    EXPECT_EQ(lock.word, PATH_LOCK_FREE);
+    EXPECT_EQ(lock.owner, 0U); // in place of the mark of an unusable mutex
+    EXPECT_EQ(pthread_mutex_trylock(path_mutex(&lock)), 0);
+}
+
+TEST(PathLock, IsReleasedOnlyWhenItWasTaken)
+{
+    constexpr uint32_t CEILING_50 = 50 << 19;
+    constexpr uint32_t UNRECOVERABLE = 0x7FFFFFFE; // as an owner
+    constexpr uint32_t ROBUST = PATH_LOCK_SHARED | PATH_LOCK_ROBUST;
+    constexpr uint32_t CEILING = PATH_LOCK_SHARED | PATH_LOCK_CEILING;
+    const std::pair<Words, bool> rows[] = {
+        {{1, 0, 7, PATH_LOCK_SHARED, 1, 0}, false},
+        {{CEILING_50, 0, 0, CEILING, 0, 0}, true},
+        {{CEILING_50 | 1, 0, 7, CEILING, 1, 0}, false},
+        {{0, 3, UNRECOVERABLE, ROBUST, 1, 0}, true},
+    };
+    for (const auto &[before, copied] : rows) {
+        PathLock lock = lock_of(before);
+        EXPECT_EQ(copy_under(&lock), copied);
+        EXPECT_EQ(words(lock), before);
+    }
 }
 #endif
 
@@ -131,7 +160,7 @@ Apart snapshot_apart(
     Region &region, const std::function<void()> &prepare = [] {})
 {
     PathLock *lock = &region->path[0].lock;
-    const PathLock free = lock_of({0, 0, 0, PROCESS_SHARED, 0, 0});
+    const PathLock free = free_path_lock(PATH_LOCK_SHARED);
     fflush(stdout);
     const pid_t pid = fork();
     if (pid == 0) {
@@ -241,16 +270,57 @@ TEST_F(Snapshot, ClosesWhatItOpenedAndNothingElse)
 
 TEST_F(Snapshot, ASignalUnderTheLockTakesEffectAfterIt)
 {
-    for (const int number :
-         {SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGPIPE, SIGALRM, SIGTERM, SIGXCPU}) {
+    std::vector<int> numbers = {SIGHUP,  SIGINT,  SIGQUIT, SIGUSR1,
+                                SIGPIPE, SIGALRM, SIGTERM, SIGXCPU};
+    if (BARE) // the C library's own two, which an emulator needs too
+        numbers.insert(numbers.end(), {32, 33});
+    for (const int number : numbers) {
         for (std::function<void()> *moment : {&after_lock, &before_unlock}) {
-            *moment = [number] { raise(number); };
-            const Apart apart = snapshot_apart(region_, [number] { signal(number, SIG_DFL); });
+            *moment = [number] { syscall(SYS_tgkill, getpid(), gettid(), number); };
+            const Apart apart = snapshot_apart(region_, [number] {
+                const unsigned long by_default[4] = {}; // the kernel's struct sigaction
+                syscall(SYS_rt_sigaction, number, by_default, nullptr, 8);
+            });
             *moment = nullptr;
             EXPECT_EQ(apart.status, -number);
             EXPECT_EQ(apart.word, 0U) << number;
         }
     }
+}
+
+// Policy, priority and niceness of this process.
+using Priority = std::array<int, 3>;
+
+Priority priority()
+{
+    sched_param param = {};
+    sched_getparam(0, &param);
+    return {sched_getscheduler(0), param.sched_priority, getpriority(PRIO_PROCESS, 0)};
+}
+
+TEST_F(Snapshot, NobodyPreemptsItUnderTheLock)
+{
+    const int highest = sched_get_priority_max(SCHED_FIFO);
+    const sched_param ordinary = {.sched_priority = 0};
+    const sched_param before_all = {.sched_priority = highest};
+    if (sched_setscheduler(0, SCHED_FIFO, &before_all) != 0)
+        GTEST_SKIP() << "this process may not have a real-time priority";
+    sched_setscheduler(0, SCHED_BATCH | SCHED_RESET_ON_FORK, &ordinary);
+    const Priority before = priority();
+    Priority inside = {};
+    after_lock = [&] { inside = priority(); };
+    EXPECT_EQ(take().status, 0);
+    EXPECT_EQ(inside, (Priority{SCHED_FIFO | SCHED_RESET_ON_FORK, highest, before[2]}));
+    EXPECT_EQ(priority(), before);
+#ifndef PATH_LOCK_IS_PTHREAD_MUTEX
+    // A lock that is to be had only at first sight.
+    PathLock lock = lock_of({FUTEX_OWNER_DIED, 0, 0, 0, 0, 0});
+    const PathCopy copy = {.lock = &lock, .from = &before, .to = &inside, .size = sizeof(before)};
+    lock_tries = 0;
+    EXPECT_FALSE(path_copy(copy));
+    EXPECT_EQ(lock_tries, 1);
+    EXPECT_EQ(priority(), before);
+#endif
 }
 
 TEST_F(Snapshot, NoPageFaultUnderTheLock)
@@ -284,19 +354,24 @@ TEST_F(Snapshot, NoSystemCallUnderTheLock)
     EXPECT_EQ(snapshot_apart(region_).status, -SIGKILL); // the check can fail
 }
 
-TEST_F(Snapshot, NapsBetweenItsTries)
+TEST_F(Snapshot, WaitsWithoutTryingInPausesThatGrow)
 {
-    PathLock *lock = &region_->path[0].lock;
-    camera_lock(lock);
-    int naps = 0;
+    camera_lock(&region_->path[0].lock);
+    std::vector<long> naps;
+    const auto nothing = std::make_unique<DipPathCtx>();
+    memset(static_cast<void *>(nothing.get()), 0xA5, sizeof(*nothing));
+    ctx_ = *nothing;
     at_nap = [&](const timespec &nap) {
-        EXPECT_GE(nap.tv_nsec, 1000000);
-        if (++naps == 100)
-            path_unlock(lock);
+        naps.push_back(nap.tv_nsec / 1000);
+        EXPECT_EQ(lock_tries, 0);
+        EXPECT_EQ(memcmp(&ctx_, nothing.get(), sizeof(ctx_)), 0); // not rehearsed either
+        if (naps.size() == 6)
+            path_unlock(&region_->path[0].lock);
     };
     lock_tries = 0;
     EXPECT_EQ(take().status, 0);
-    EXPECT_LE(lock_tries, naps + 4); // before the first nap it is quicker
+    EXPECT_EQ(naps, (std::vector<long>{1000, 2000, 4000, 8000, 10000, 10000}));
+    EXPECT_EQ(lock_tries, 1);
 }
 
 // The kernel refuses to wait on pages that it cannot name, as some drivers map them.

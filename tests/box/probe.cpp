@@ -70,7 +70,7 @@ int hold(VplatPathConf *path, long ms, int32_t inttime)
     auto *bytes = reinterpret_cast<uint8_t *>(&path->dip);
     constexpr size_t HALF = sizeof(path->dip) / 2;
     for (uint8_t frame = 0;; frame++) {
-        while (!path_trylock(&path->lock))
+        while (path_trylock(&path->lock) != PathLockAnswer::TAKEN)
             sched_yield();
         memset(bytes, frame, HALF);
         usleep(2000);
@@ -80,28 +80,22 @@ int hold(VplatPathConf *path, long ms, int32_t inttime)
     }
 }
 
-// The lock as the C library of the target sees it.
-pthread_mutex_t *mutex(PathLock *lock)
-{
-    return reinterpret_cast<pthread_mutex_t *>(lock);
-}
-
 int die(PathLock *lock)
 {
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_setpshared(&attributes, PTHREAD_PROCESS_SHARED);
     pthread_mutexattr_setrobust(&attributes, PTHREAD_MUTEX_ROBUST);
-    pthread_mutex_init(mutex(lock), &attributes);
-    return pthread_mutex_lock(mutex(lock));
+    pthread_mutex_init(path_mutex(lock), &attributes);
+    return pthread_mutex_lock(path_mutex(lock));
 }
 
 int answer(PathLock *lock)
 {
-    const int error = pthread_mutex_trylock(mutex(lock));
+    const int error = pthread_mutex_trylock(path_mutex(lock));
     puts(error == 0 ? "free" : strerrorname_np(error));
     if (error == 0)
-        pthread_mutex_unlock(mutex(lock));
+        pthread_mutex_unlock(path_mutex(lock));
     return error;
 }
 

@@ -9,7 +9,7 @@ namespace
 constexpr uint8_t PATH_UPPER_BYTE = 0x80;
 
 // Found by "strings vorda | grep version"; the command line has no option for it.
-[[gnu::used]] const char version[] = "vorda version " VORDA_VERSION;
+[[gnu::used, gnu::retain]] const char version[] = "vorda version " VORDA_VERSION;
 
 // A standard descriptor that is closed would become the device's or the system log's, and what is
 // printed would go there.
