@@ -28,12 +28,14 @@ void use(const Snapshot &snapshot, std::string &out)
     require(again == snapshot.text);
     put_json(snapshot, out);
 
-    Comparison same = compare(snapshot, snapshot, {}, "a", "b", again);
+    Rules rules({}, {}, {});
+    const Comparison same = compare(snapshot, snapshot, rules, "a", "b");
+    put_report(same, "a", "b", out);
     require(same.same() && same.compared == snapshot.fields.size());
     Series series;
     if (series.begin(snapshot, {"*", "time"}, again)) {
         series.put_header(out);
-        series.put_row(snapshot, out);
+        series.put_row(snapshot, "file", out);
     }
 }
 

@@ -58,6 +58,7 @@ TEST(ScopeJourney, ChecksAndConverts)
     const Capture good(snapshot(1) + snapshot(2));
     const Capture bad("\x1b[31m\n" + snapshot(1, "oops\n") + "share.fps = 2");
     const Capture none("nothing\n");
+    const Capture two(snapshot(1) + "dev_idx = 0, path_idx = 2\nshare.inttime = 5\n");
     const std::string named = none.path();
 
     Result result = scope({"check", good.path()});
@@ -103,7 +104,11 @@ TEST(ScopeJourney, ChecksAndConverts)
         {{"diff", "--ignore-from", "/nowhere", good.path(), good.path()}, "/nowhere: No such file"},
         {{"diff", "--ignore-from", "/", good.path(), good.path()}, "/: Is a directory"},
         {{"diff", "--abs", "-1", good.path(), good.path()}, "--abs: N is a number of 0 or more"},
-        {{"diff", "--rel", "nan", good.path(), good.path()}, "--rel: N is a number of 0 or more"},
+        {{"diff", "--rel", "5", good.path(), good.path()}, "--rel: it is a percentage, 5%"},
+        {{"diff", "--ignore", "stat", good.path(), good.path()}, "--ignore: stat selects nothing"},
+        {{"series", two.path(), "share.inttime"}, "choose one with --path 0,1, or name"},
+        {{"series", "--path", "0", two.path(), "share.inttime"}, "--path: D,P is"},
+        {{"series", "--path", "7,7", two.path(), "share.inttime"}, "no snapshot of that path"},
         {{"frobnicate"}, "frobnicate"},
         {{}, "a verb is missing"},
     };

@@ -1,15 +1,12 @@
 // The comparison of two snapshots and its report.
 #include "compare.h"
 
-#include "select.h"
 #include "shown.h"
 
 #include <algorithm>
-#include <cfloat>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <unordered_map>
+#include <map>
 
 namespace vordascope
 {
@@ -18,77 +15,19 @@ namespace
 {
 
 constexpr size_t KEY_COLUMN_MAX = 48; // keys up to this length are aligned
+constexpr size_t UNREAD_SHOWN_MAX = 5;
+constexpr char UNREAD[] = "lines that are not understood";
 
-constexpr double ROUNDED = 1 + 4 * DBL_EPSILON; // for a product: 0.29 of 100 is 29
-
-double to_double(const Value &value)
+// b - a, where both are numbers, and finite.
+std::optional<Decimal> distance(const Value &a, const Value &b)
 {
-    if (value.kind == Kind::integer) {
-        const auto magnitude = static_cast<double>(value.magnitude);
-        return value.negative() ? -magnitude : magnitude;
-    }
-    return strtod(std::string(value.text()).c_str(), nullptr);
-}
-
-int decimals(const Value &value)
-{
-    const size_t point = value.text().find('.');
-    return point == std::string_view::npos ? 0 : static_cast<int>(value.size - point - 1);
-}
-
-// Of a distance between two numbers, as many decimals as the longer of them has.
-std::string distance_text(const Value &a, const Value &b, double size)
-{
-    char text[400];
-    snprintf(text, sizeof(text), "%+.*f", std::min(std::max(decimals(a), decimals(b)), 20), size);
-    return text;
-}
-
-// Two numbers apart. Exact for integers as long as the distance fits 64 bits.
-struct Distance {
-    double size = 0; // b - a; not finite when either is not
-    bool exact = false;
-    bool less = false; // b is less than a
-    uint64_t magnitude = 0;
-};
-
-Distance distance(const Value &a, const Value &b)
-{
-    Distance result;
-    result.size = to_double(b) - to_double(a);
-    if (a.kind != Kind::integer || b.kind != Kind::integer) {
-        // 1.10 and 1.00 are 0.10 apart, as people count, and not the binary fraction beside it.
-        if (std::isfinite(result.size))
-            result.size = strtod(distance_text(a, b, result.size).c_str(), nullptr);
-        return result;
-    }
-    const bool signs_differ = a.negative() != b.negative();
-    if (signs_differ) {
-        result.exact = !__builtin_add_overflow(a.magnitude, b.magnitude, &result.magnitude);
-        result.less = b.negative();
-    } else {
-        const bool larger = b.magnitude > a.magnitude;
-        result.exact = true;
-        result.magnitude = larger ? b.magnitude - a.magnitude : a.magnitude - b.magnitude;
-        result.less = larger == a.negative();
-    }
-    if (result.exact)
-        result.size = result.less ? -static_cast<double>(result.magnitude)
-                                  : static_cast<double>(result.magnitude);
-    return result;
-}
-
-bool same(const Value &a, const Value &b, const Rules &rules)
-{
-    if (a.text() == b.text())
-        return true;
     if (!a.number() || !b.number())
-        return false;
-    const double apart = std::fabs(distance(a, b).size);
-    if (!std::isfinite(apart))
-        return false;
-    const double larger = std::max(std::fabs(to_double(a)), std::fabs(to_double(b)));
-    return apart <= rules.absolute || apart <= ROUNDED * rules.relative * larger;
+        return {};
+    const std::optional<Decimal> first = read_decimal(a.text());
+    const std::optional<Decimal> second = read_decimal(b.text());
+    if (!first || !second)
+        return {};
+    return subtract(*second, *first);
 }
 
 void put_value(const Value &value, std::string &out)
@@ -105,21 +44,16 @@ void put_change(const Value &a, const Value &b, std::string &out)
     put_value(a, out);
     out += " -> ";
     put_value(b, out);
-    if (!a.number() || !b.number())
+    const std::optional<Decimal> apart = distance(a, b);
+    if (!apart)
         return;
-    const Distance apart = distance(a, b);
-    if (!std::isfinite(apart.size))
-        return;
+    std::string size = apart->negative ? "" : "+";
+    put(*apart, size);
     out += "  (";
-    if (apart.exact) {
-        out += apart.less ? '-' : '+';
-        out += std::to_string(apart.magnitude);
-    } else {
-        out += distance_text(a, b, apart.size);
-    }
-    const double before = std::fabs(to_double(a));
-    if (before != 0) {
-        const double percent = 100 * apart.size / before;
+    put_shown(size, out);
+    const double before = std::fabs(to_double(*read_decimal(a.text())));
+    const double percent = 100 * to_double(*apart) / before;
+    if (before != 0 && std::isfinite(before) && std::isfinite(percent)) {
         char text[400];
         snprintf(text, sizeof(text), std::fabs(percent) < 999.5 ? ", %+.3g %%" : ", %+.0f %%",
                  percent);
@@ -135,176 +69,287 @@ void put_place(const Field &field, uint32_t i, std::string &out)
     out += '[' + std::to_string(field.shape == Shape::rows ? i % field.columns : i) + ']';
 }
 
-// Appends how two fields differ; nothing when they do not. Returns whether they do.
-bool put_difference(const Snapshot &a, const Field &field_a, const Snapshot &b,
-                    const Field &field_b, const Rules &rules, std::string &out)
+std::string shape_of(const Field &field)
 {
-    const Value *const values_a = a.begin(field_a);
-    const Value *const values_b = b.begin(field_b);
-    if (field_a.count != field_b.count) {
-        out += std::to_string(field_a.count) + (field_a.count == 1 ? " value -> " : " values -> ") +
-               std::to_string(field_b.count) + (field_b.count == 1 ? " value" : " values");
-        return true;
-    }
+    if (field.shape == Shape::scalar)
+        return "a single value";
+    if (field.shape == Shape::list)
+        return field.count == 1 ? "a list of 1 value" : std::to_string(field.count) + " values";
+    const uint32_t whole = field.count / field.columns;
+    const uint32_t rest = field.count % field.columns;
+    return std::to_string(whole) + " x " + std::to_string(field.columns) +
+           (rest != 0 ? " and " + std::to_string(rest) : "") + " values";
+}
 
+// "3 of 9 values, most [0][1]: "; of a single value nothing.
+void put_count(const Field &field, uint32_t count, const char *which, uint32_t place,
+               std::string &out)
+{
+    if (field.shape == Shape::scalar)
+        return;
+    out += std::to_string(count) + " of " + std::to_string(field.count) + " values, " + which + ' ';
+    put_place(field, place, out);
+    out += ": ";
+}
+
+// Appends how the values differ. The shapes are the same.
+bool put_values(const Value *a, const Value *b, const Field &field, const Rule &rule,
+                std::string &out)
+{
     uint32_t count = 0;
     uint32_t most = 0;
-    double most_apart = -1;
-    for (uint32_t i = 0; i < field_a.count; i++) {
-        if (same(values_a[i], values_b[i], rules))
+    std::optional<Decimal> most_apart;
+    bool settled = false; // nothing is farther apart than what is no number
+    for (uint32_t i = 0; i < field.count; i++) {
+        if (same(a[i], b[i], rule))
             continue;
-        count++;
-        double apart = std::fabs(distance(values_a[i], values_b[i]).size);
-        if (std::isnan(apart))
-            apart = HUGE_VAL;
-        if (apart > most_apart) {
-            most_apart = apart;
+        if (count++ == 0)
             most = i;
+        if (settled)
+            continue;
+        std::optional<Decimal> apart = distance(a[i], b[i]);
+        settled = !apart;
+        if (apart)
+            apart->negative = false;
+        if (settled || !most_apart || compare(*apart, *most_apart) > 0) {
+            most = i;
+            most_apart = std::move(apart);
         }
     }
     if (count == 0)
         return false;
-    if (field_a.shape != Shape::scalar) {
-        out += std::to_string(count) + " of " + std::to_string(field_a.count) + " values, most ";
-        put_place(field_a, most, out);
-        out += ": ";
-    }
-    put_change(values_a[most], values_b[most], out);
+    put_count(field, count, "most", most, out);
+    put_change(a[most], b[most], out);
     return true;
 }
 
-// What is to be said of one item.
-struct Paragraph {
-    std::string item;
-    std::vector<std::pair<std::string, std::string>> lines; // of each field: its name, what differs
-    size_t fields = 0;                                      // in either snapshot
-    size_t only_a = 0;
-    size_t only_b = 0;
-};
+// Appends how two fields differ; nothing when they do not. Returns whether they do.
+bool put_difference(const Snapshot &a, const Field &field_a, const Snapshot &b,
+                    const Field &field_b, const Rule &rule, std::string &out)
+{
+    if (rule.compares()) {
+        const Value *const values_a = a.begin(field_a);
+        const Value *const values_b = b.begin(field_b);
+        if (field_a.shape != field_b.shape || field_a.count != field_b.count ||
+            field_a.columns != field_b.columns) {
+            out += shape_of(field_a) + " -> " + shape_of(field_b);
+            return true;
+        }
+        if (put_values(values_a, values_b, field_a, rule, out))
+            return true;
+        // What stands behind a value may say what the value means. Where the values are not the
+        // same in full, it may also have been computed of them.
+        if (field_a.note != field_b.note && values_a[0].text() == values_b[0].text()) {
+            put_shown(field_a.note.empty() ? "(nothing)" : field_a.note, out);
+            out += " behind the value -> ";
+            put_shown(field_b.note.empty() ? "(nothing)" : field_b.note, out);
+            return true;
+        }
+    }
+    return put_out_of_range(b, field_b, rule, out);
+}
 
-class Report
+// A comparison that is being made.
+class Comparing
 {
 public:
-    Report(std::string_view name_a, std::string_view name_b) : names_{name_a, name_b} {}
-
-    Paragraph &of(const Snapshot &snapshot, const Field &field)
+    Comparing(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
+              std::string_view name_b)
+        : sides_{&a, &b}, rules_(rules), names_{name_a, name_b}
     {
-        const std::string item = snapshot.item(field);
-        if (paragraphs_.empty() || paragraphs_[last_].item != item) {
-            const auto [known, added] = places_.try_emplace(item, paragraphs_.size());
-            if (added)
-                paragraphs_.push_back({item, {}});
-            last_ = known->second;
+    }
+
+    Comparison run()
+    {
+        const Snapshot &a = *sides_[0];
+        const Snapshot &b = *sides_[1];
+        std::vector<bool> met(b.fields.size());
+        for (const Field &field : a.fields) {
+            const Field *const other = b.same_field(a, field);
+            if (other != nullptr)
+                met[static_cast<size_t>(other - b.fields.data())] = true;
+            const Rule &rule = rules_.of(a, field);
+            if (rule.ignore)
+                continue;
+            if (other == nullptr) {
+                put_only(0, field, rule);
+                continue;
+            }
+            ItemDifferences &item = item_of(0, field);
+            std::string what;
+            if (put_difference(a, field, b, *other, rule, what))
+                (rule.warn ? result_.warned : result_.different)++;
+            if (!what.empty())
+                item.differences.push_back({name_in_item(a, field), std::move(what), rule.warn});
         }
-        return paragraphs_[last_];
+        for (size_t i = 0; i < b.fields.size(); i++) {
+            if (met[i])
+                continue;
+            const Rule &rule = rules_.of(b, b.fields[i]);
+            if (!rule.ignore)
+                put_only(1, b.fields[i], rule);
+        }
+        if (!rules_.chosen())
+            put_unread();
+        return std::move(result_);
     }
-
-    static std::string name(const Snapshot &snapshot, const Field &field)
-    {
-        std::string name = snapshot.block(field);
-        if (!name.empty())
-            name += " / ";
-        return name.append(field.key);
-    }
-
-    void put(std::string &out) const
-    {
-        for (const Paragraph &paragraph : paragraphs_)
-            put(paragraph, out);
-    }
-
-    const std::string_view names_[2];
 
 private:
-    void put(const Paragraph &paragraph, std::string &out) const
+    // The item of a field, which is compared.
+    ItemDifferences &item_of(int side, const Field &field)
     {
-        if (paragraph.lines.empty())
-            return;
-        for (const auto &[only, name] :
-             {std::pair(paragraph.only_a, names_[0]), std::pair(paragraph.only_b, names_[1])}) {
-            if (only == paragraph.fields && only > 1) {
-                out += paragraph.item + ": only in ";
-                put_shown(name, out);
-                out += " (" + std::to_string(only) + " fields)\n";
-                return;
-            }
+        if (side != last_side_ || field.node != last_node_) {
+            last_side_ = side;
+            last_node_ = field.node;
+            last_ = item_named(sides_[side]->item(field));
         }
-        size_t width = 0;
-        for (const auto &[key, difference] : paragraph.lines)
-            if (key.size() <= KEY_COLUMN_MAX)
-                width = std::max(width, key.size());
-        out += paragraph.item + '\n';
-        for (const auto &[key, difference] : paragraph.lines) {
-            out += "  " + key;
-            out.append(key.size() < width ? width - key.size() : 0, ' ');
-            out += "  " + difference + '\n';
+        result_.compared++;
+        result_.items[last_].fields++;
+        return result_.items[last_];
+    }
+
+    size_t item_named(const std::string &name)
+    {
+        const auto [known, added] = places_.try_emplace(name, result_.items.size());
+        if (added)
+            result_.items.push_back({name, {}});
+        return known->second;
+    }
+
+    void put_only(int side, const Field &field, const Rule &rule)
+    {
+        ItemDifferences &item = item_of(side, field);
+        (side == 0 ? item.only_a : item.only_b)++;
+        (rule.warn ? result_.warned : side == 0 ? result_.only_a : result_.only_b)++;
+        const Snapshot &snapshot = *sides_[side];
+        std::string what = "only in ";
+        put_shown(names_[side], what);
+        if (field.shape == Shape::scalar) {
+            what += ": ";
+            put_value(*snapshot.begin(field), what);
+        } else {
+            what += " (" + std::to_string(field.count) + " values)";
+        }
+        item.differences.push_back({name_in_item(snapshot, field), std::move(what), rule.warn});
+    }
+
+    void put_unread()
+    {
+        std::map<std::string_view, int> surplus; // how many more the second one has
+        for (const Unread &line : sides_[0]->unread)
+            surplus[line.text]--;
+        for (const Unread &line : sides_[1]->unread)
+            surplus[line.text]++;
+        for (const auto &[text, count] : surplus) {
+            if (count == 0)
+                continue;
+            result_.unread += static_cast<size_t>(std::abs(count));
+            ItemDifferences &item = result_.items[item_named(UNREAD)];
+            if (item.differences.size() == UNREAD_SHOWN_MAX)
+                continue;
+            std::string what = "only in ";
+            put_shown(names_[count > 0], what);
+            what += ": ";
+            put_shown(text, what);
+            item.differences.push_back({"", std::move(what), false});
         }
     }
 
-    std::vector<Paragraph> paragraphs_;
-    std::unordered_map<std::string, size_t> places_;
+    const Snapshot *sides_[2];
+    Rules &rules_;
+    std::string_view names_[2];
+    Comparison result_;
+    std::map<std::string, size_t> places_;
+    int last_side_ = -1;
+    NodeIndex last_node_ = 0;
     size_t last_ = 0;
 };
 
-bool compared(const Rules &rules, const Snapshot &snapshot, const Field &field)
+void put_range(const Rule &rule, std::string &out)
 {
-    const auto any_of = [&snapshot, &field](const std::vector<std::string> &patterns) {
-        return std::any_of(patterns.begin(), patterns.end(), [&](const std::string &pattern) {
-            return selects(pattern, snapshot, field);
-        });
-    };
-    return (rules.only.empty() || any_of(rules.only)) && !any_of(rules.ignore);
+    if (rule.low)
+        put(rule.low->exact, out);
+    out += "..";
+    if (rule.high)
+        put(rule.high->exact, out);
 }
 
 } // namespace
 
-Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
-                   std::string_view name_a, std::string_view name_b, std::string &out)
+bool ItemDifferences::same() const
 {
-    Comparison result;
-    Report report(name_a, name_b);
-    const auto put_only = [&report](const Snapshot &snapshot, const Field &field, int side) {
-        Paragraph &paragraph = report.of(snapshot, field);
-        paragraph.fields++;
-        (side == 0 ? paragraph.only_a : paragraph.only_b)++;
-        std::string text = "only in ";
-        put_shown(report.names_[side], text);
-        if (field.shape == Shape::scalar) {
-            text += ": ";
-            put_value(*snapshot.begin(field), text);
-        } else {
-            text += " (" + std::to_string(field.count) + " values)";
-        }
-        paragraph.lines.emplace_back(Report::name(snapshot, field), text);
-    };
+    return std::all_of(differences.begin(), differences.end(),
+                       [](const Difference &difference) { return difference.warning; });
+}
 
-    for (const Field &field : a.fields) {
-        if (!compared(rules, a, field))
-            continue;
-        result.compared++;
-        const Field *const other = b.same_field(a, field);
-        if (other == nullptr) {
-            result.only_a++;
-            put_only(a, field, 0);
-            continue;
-        }
-        Paragraph &paragraph = report.of(a, field);
-        paragraph.fields++;
-        std::string difference;
-        if (put_difference(a, field, b, *other, rules, difference)) {
-            result.different++;
-            paragraph.lines.emplace_back(Report::name(a, field), difference);
+std::string name_in_item(const Snapshot &snapshot, const Field &field)
+{
+    std::string name = snapshot.block(field);
+    if (!name.empty())
+        name += " / ";
+    return name.append(field.key);
+}
+
+bool put_out_of_range(const Snapshot &snapshot, const Field &field, const Rule &rule,
+                      std::string &out)
+{
+    if (!rule.ranged())
+        return false;
+    const Value *const values = snapshot.begin(field);
+    uint32_t count = 0;
+    uint32_t first = 0;
+    for (uint32_t i = 0; i < field.count; i++)
+        if (!in_range(values[i], rule) && count++ == 0)
+            first = i;
+    if (count == 0)
+        return false;
+    put_count(field, count, "first", first, out);
+    put_value(values[first], out);
+    out += " is outside of ";
+    put_range(rule, out);
+    return true;
+}
+
+Comparison compare(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
+                   std::string_view name_b)
+{
+    return Comparing(a, b, rules, name_a, name_b).run();
+}
+
+void put_report(const ItemDifferences &item, std::string_view name_a, std::string_view name_b,
+                std::string &out)
+{
+    if (item.differences.empty())
+        return;
+    for (const auto &[only, name] :
+         {std::pair(item.only_a, name_a), std::pair(item.only_b, name_b)}) {
+        if (only == item.fields && only > 1) {
+            out += item.item + ": only in ";
+            put_shown(name, out);
+            out += " (" + std::to_string(only) + " fields)\n";
+            return;
         }
     }
-    for (const Field &field : b.fields) {
-        if (!compared(rules, b, field) || a.same_field(b, field) != nullptr)
-            continue;
-        result.compared++;
-        result.only_b++;
-        put_only(b, field, 1);
+    size_t width = 0;
+    for (const Difference &difference : item.differences)
+        if (difference.name.size() <= KEY_COLUMN_MAX)
+            width = std::max(width, difference.name.size());
+    out += item.item + '\n';
+    for (const Difference &difference : item.differences) {
+        out += "  " + difference.name;
+        if (width > 0) {
+            out.append(difference.name.size() < width ? width - difference.name.size() : 0, ' ');
+            out += "  ";
+        }
+        out += difference.what + (difference.warning ? "  (warning)\n" : "\n");
     }
-    report.put(out);
-    return result;
+}
+
+void put_report(const Comparison &comparison, std::string_view name_a, std::string_view name_b,
+                std::string &out)
+{
+    for (const ItemDifferences &item : comparison.items)
+        put_report(item, name_a, name_b, out);
 }
 
 } // namespace vordascope

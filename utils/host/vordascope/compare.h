@@ -1,38 +1,65 @@
 // Compares two snapshots field by field.
 #pragma once
 
-#include "snapshot.h"
+#include "rules.h"
 
 namespace vordascope
 {
 
-// What is compared, and what counts as the same.
-struct Rules {
-    std::vector<std::string> only;   // patterns of the fields to compare; none: all fields
-    std::vector<std::string> ignore; // patterns of fields that are left out
-    double absolute = 0;             // numbers that are no farther apart are the same
-    double relative = 0;             // so are those apart by this part of the larger one
+// How a field differs.
+struct Difference {
+    std::string name; // "Gwd RGL / r channel"
+    std::string what; // "8000 -> 40000  (+32000, +400 %)"
+    bool warning = false;
 };
 
-// How many fields the rules select, and how many of these differ.
-struct Comparison {
-    size_t compared = 0;
-    size_t different = 0; // in both, with other values
+// What differs in one item.
+struct ItemDifferences {
+    std::string item; // "stat.awb"
+    std::vector<Difference> differences;
+    size_t fields = 0; // that the rules select, in either snapshot
     size_t only_a = 0;
     size_t only_b = 0;
 
-    bool same() const { return different == 0 && only_a == 0 && only_b == 0; }
+    bool same() const;
 };
 
-// Compares the fields of two snapshots by their paths; their indexes and times are not compared.
-// Appends what differs, an item a paragraph, and calls the snapshots `name_a` and `name_b` there:
+struct Comparison {
+    size_t compared = 0;  // fields that the rules select
+    size_t different = 0; // of these: in both, with other values
+    size_t only_a = 0;
+    size_t only_b = 0;
+    size_t warned = 0; // differ, but that is no failure
+    size_t unread = 0; // lines that are not understood and stand in one snapshot alone
+    std::vector<ItemDifferences> items; // of which the rules select something, in order
+
+    bool same() const { return different + only_a + only_b + unread == 0; }
+};
+
+// Compares the fields of two snapshots by the names of their nodes and keys; what the snapshots say
+// of themselves is not compared. Unless the rules leave fields out by `--only`, so are the lines
+// that are not understood. Calls the snapshots `name_a` and `name_b`.
+Comparison compare(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
+                   std::string_view name_b);
+
+// Appends what differs, an item a paragraph:
 //
 //     share
 //       inttime      8000 -> 40000  (+32000, +400 %)
 //       colormatrix  3 of 9 values, most [0][1]: -552 -> -600  (-48, -8.7 %)
 //       old_key      only in a.txt: 7
 //     cfg.hdr: only in b.txt (24 fields)
-Comparison compare(const Snapshot &a, const Snapshot &b, const Rules &rules,
-                   std::string_view name_a, std::string_view name_b, std::string &out);
+void put_report(const Comparison &comparison, std::string_view name_a, std::string_view name_b,
+                std::string &out);
+void put_report(const ItemDifferences &item, std::string_view name_a, std::string_view name_b,
+                std::string &out);
+
+// Appends how a field leaves the range of its rule; nothing when it does not. Returns whether it
+// does.
+bool put_out_of_range(const Snapshot &snapshot, const Field &field, const Rule &rule,
+                      std::string &out);
+
+// "Gwd RGL / r channel": the name of a field within its item.
+std::string name_in_item(const Snapshot &snapshot, const Field &field);
 
 } // namespace vordascope

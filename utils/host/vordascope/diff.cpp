@@ -1,11 +1,14 @@
 // The comparison of two snapshots of captures.
 #include "verbs.h"
 
+#include "gate.h"
+#include "gates.h"
 #include "select.h"
 #include "shown.h"
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <unistd.h>
 
 namespace vordascope
@@ -35,35 +38,39 @@ public:
         std::from_chars(after.data(), after.data() + after.size(), number_);
     }
 
-    // Reads the snapshot. Returns whether it is there; if not, a message has been printed.
+    // Reads the snapshot. Returns whether it is there; if not, a message has been printed, which
+    // ends in error().
     bool read()
     {
         Input input(file_);
-        uint64_t found = 0;
+        name_ = input.name();
         while (const Snapshot *snapshot = input.next()) {
             if (!snapshot->indexed || (!last_ && snapshot->number != number_))
                 continue;
-            found = snapshot->number;
             snapshot_ = *snapshot;
             if (!last_)
                 break;
         }
         if (input.failed())
+            error_ = input.error();
+        else if (snapshot_.number == 0 && (number_ == 1 || last_))
+            error_ = "no snapshot";
+        else if (snapshot_.number == 0)
+            error_ = "no snapshot " + wanted_;
+        if (error_ == "no snapshot")
+            no_snapshot(input);
+        else if (!error_.empty() && !input.failed())
+            complain(name_ + ": " + error_);
+        if (!error_.empty())
             return false;
-        if (found == 0) {
-            if (number_ == 1 || last_)
-                no_snapshot(input);
-            else
-                complain(input.name() + ": no snapshot " + wanted_);
-            return false;
-        }
-        name_ = input.name() + '#' + std::to_string(found);
+        name_ += '#' + std::to_string(snapshot_.number);
         warn_of_unread(input, snapshot_.unread.size());
         return true;
     }
 
     const std::string &file() const { return file_; }
     const std::string &name() const { return name_; }
+    const std::string &error() const { return error_; }
     const Snapshot &snapshot() const { return snapshot_; }
 
 private:
@@ -72,6 +79,7 @@ private:
     bool last_ = false;
     uint64_t number_ = 1;
     std::string name_;
+    std::string error_;
     Snapshot snapshot_;
 };
 
@@ -87,83 +95,143 @@ void put_title(const char *mark, const Side &side, std::string &out)
     out += snapshot.cut ? ", cut off\n" : "\n";
 }
 
-// Appends the patterns of a file, one a line; blank lines and lines that begin with `#` are none.
-bool read_patterns(const std::string &file, std::vector<std::string> &patterns)
+// The rules that the command line asks for. No value, after a message, when they cannot be read.
+std::optional<Rules> rules_of(const DiffOptions &options)
 {
-    std::string text;
-    if (!read_file(file, text))
-        return false;
-    for (size_t begin = 0; begin < text.size();) {
-        const size_t end = std::min(text.find('\n', begin), text.size());
-        std::string line = text.substr(begin, end - begin);
-        begin = end + 1;
-        line.erase(line.find_last_not_of(" \t\r") + 1);
-        if (!line.empty() && line[0] != '#')
-            patterns.push_back(line);
+    std::vector<Rule> rules;
+    for (const std::string &file : options.rules)
+        if (!read_rules_file(file, rules))
+            return {};
+    for (const std::string &glob : options.ignore) {
+        Rule rule;
+        rule.glob = as_path(glob);
+        rule.ignore = true;
+        rule.origin = "--ignore";
+        rules.push_back(std::move(rule));
     }
-    return true;
+    Rule standard;
+    if (!options.absolute.empty())
+        standard.absolute = read_tolerance(options.absolute);
+    if (!options.relative.empty())
+        standard.relative = read_part(options.relative);
+    return Rules(std::move(standard), std::move(rules), options.only);
 }
 
-// Whether each pattern selects something: one that does not is a slip that would make everything
-// the same.
-bool all_select(const std::vector<std::string> &patterns, const Side &a, const Side &b)
+// Appends "2 fields of 1046 differ, 1 only in the first, 2 only in the second".
+void put_counts(const Comparison &result, std::string &out)
 {
-    for (const std::string &pattern : patterns) {
-        const auto selected = [&pattern](const Side &side) {
-            const Snapshot &snapshot = side.snapshot();
-            return std::any_of(
-                snapshot.fields.begin(), snapshot.fields.end(),
-                [&](const Field &field) { return selects(pattern, snapshot, field); });
-        };
-        if (!selected(a) && !selected(b)) {
-            complain("--only " + pattern + " selects nothing. " + suggest(a.snapshot(), pattern));
-            return false;
-        }
+    out += plural(result.different, "field") + " of " + std::to_string(result.compared) +
+           (result.different == 1 ? " differs" : " differ");
+    if (result.only_a + result.only_b > 0)
+        out += ", " + std::to_string(result.only_a) + " only in the first, " +
+               std::to_string(result.only_b) + " only in the second";
+    if (result.unread > 0)
+        out += ", " + plural(result.unread, "line") + " not understood in one of them";
+    if (result.warned > 0)
+        out += ", " + plural(result.warned, "warning");
+    out += '\n';
+}
+
+// What is printed of two snapshots.
+void put_pair(const Side &a, const Side &b, const Comparison &result, bool quiet, std::string &out)
+{
+    if (quiet) {
+        if (!result.same())
+            out += a.name() + " and " + b.name() + " differ\n";
+        return;
     }
-    return true;
+    if (result.same() && result.warned == 0)
+        return;
+    put_title("--- ", a, out);
+    put_title("+++ ", b, out);
+    put_report(result, a.name(), b.name(), out);
+    put_counts(result, out);
+}
+
+// What is printed of one of many snapshots.
+void put_one(const Side &b, const Comparison &result, bool quiet, std::string &out)
+{
+    constexpr size_t NAMED = 5;
+    if (result.same())
+        return;
+    out += b.name();
+    size_t count = 0;
+    for (const ItemDifferences &item : result.items)
+        for (const Difference &difference : item.differences)
+            if (!quiet && !difference.warning && count++ < NAMED)
+                out += (count == 1 ? ": " : ", ") + item.item +
+                       (difference.name.empty() ? "" : "." + difference.name);
+    if (count > NAMED)
+        out += " and " + std::to_string(count - NAMED) + " more";
+    out += '\n';
+}
+
+// Holds each snapshot against the first one and prints what differs. Returns the status.
+int compare_all(const DiffOptions &options, const Side &a, Rules &rules, Gate &gate)
+{
+    Output output;
+    Progress progress;
+    int status = YES;
+    std::string out;
+    for (const std::string &argument : options.b) {
+        if (progress.due())
+            progress.show(std::to_string(gate.captures()) + " of " +
+                          plural(options.b.size(), "capture"));
+        Side b(argument);
+        if (!b.read()) {
+            gate.add_trouble(argument, b.error());
+            status = TROUBLE;
+            continue;
+        }
+        const Comparison result = compare(a.snapshot(), b.snapshot(), rules, a.name(), b.name());
+        gate.add(b.name(), result);
+        status = std::max(status, result.same() ? YES : NO);
+        out.clear();
+        if (options.b.size() == 1)
+            put_pair(a, b, result, options.quiet, out);
+        else
+            put_one(b, result, options.quiet, out);
+        if (!output.write(out))
+            break;
+    }
+    progress.end();
+    out.clear();
+    if (options.b.size() > 1 && !options.quiet) {
+        gate.put_summary(out);
+        out += std::to_string(gate.different()) + " of " + plural(gate.captures(), "capture") +
+               (gate.different() == 1 ? " differs\n" : " differ\n");
+    }
+    output.write(out);
+    return output.close() ? status : TROUBLE;
 }
 
 } // namespace
 
 int diff(const DiffOptions &options)
 {
-    Rules rules = options.rules;
-    for (const std::string &file : options.ignore_from)
-        if (!read_patterns(file, rules.ignore))
-            return TROUBLE;
+    std::optional<Rules> rules = rules_of(options);
+    if (!rules)
+        return TROUBLE;
     Side a(options.a);
-    Side b(options.b);
-    if (is_standard_input(a.file()) && is_standard_input(b.file())) {
+    const bool twice = std::count_if(options.b.begin(), options.b.end(),
+                                     [](const std::string &argument) {
+                                         return is_standard_input(Side(argument).file());
+                                     }) +
+                           is_standard_input(a.file()) >
+                       1;
+    if (twice) {
         complain("only one side can be standard input");
         return TROUBLE;
     }
-    if (!a.read() || !b.read() || !all_select(rules.only, a, b))
+    if (!a.read())
         return TROUBLE;
-
-    std::string text;
-    const Comparison result = compare(a.snapshot(), b.snapshot(), rules, a.name(), b.name(), text);
-    if (result.same())
-        return YES;
-    std::string out;
-    if (options.quiet) {
-        put_shown(a.name(), out);
-        out += " and ";
-        put_shown(b.name(), out);
-        out += " differ\n";
-    } else {
-        put_title("--- ", a, out);
-        put_title("+++ ", b, out);
-        out += text;
-        out += plural(result.different, "field") + " of " + std::to_string(result.compared) +
-               (result.different == 1 ? " differs" : " differ");
-        if (result.only_a + result.only_b > 0)
-            out += ", " + std::to_string(result.only_a) + " only in the first, " +
-                   std::to_string(result.only_b) + " only in the second";
-        out += '\n';
-    }
-    Output output;
-    output.write(out);
-    return output.close() ? NO : TROUBLE;
+    Gate gate(a.name());
+    int status = compare_all(options, a, *rules, gate);
+    if (gate.captures() > 0 && !all_used(*rules, a.snapshot(), options.unused_warn))
+        status = TROUBLE;
+    if (!options.junit.empty() && !write_junit(gate, options.junit))
+        status = TROUBLE;
+    return status;
 }
 
 } // namespace vordascope

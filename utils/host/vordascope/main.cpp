@@ -24,7 +24,8 @@ constexpr char FIELDS[] =
     "  share.inttime   cfg.gamma.GMA curve[60]   stat.awb.Gwd RGL.r channel[3][4]\n"
     "An array gives a column for each of its values. In a pattern * stands for any characters\n"
     "and ? for one; a pattern that matches an item or a block stands for all of its fields.\n"
-    "Beside fields there are: time, snapshot (its number), dev_idx, path_idx, file.";
+    "Beside fields there are: time, frame, snapshot (its number), dev_idx, path_idx, file,\n"
+    "and \"label KEY\". One capture: FILE FIELD...; several: --files FILE... -- FIELD...";
 
 constexpr char PATTERNS[] =
     "GLOB matches the path of a field, or of its item or block: share.*gain, stat, cfg.nr,\n"
@@ -69,17 +70,28 @@ public:
 // An option that can be given again and takes one argument each time.
 CLI::Option *repeated(CLI::Option *option, const char *type)
 {
-    return option->type_name(type)->expected(1)->take_all();
+    return option->type_name(type)->expected(1)->allow_extra_args(false)->take_all();
 }
 
-CLI::Validator tolerance()
+// Accepts what can be read as a number.
+CLI::Validator checked(std::optional<Limit> (*read)(std::string_view), const char *error)
 {
-    return {[](std::string &text) {
-                double value = -1;
-                const bool number = CLI::detail::lexical_cast(text, value) && std::isfinite(value);
-                return number && value >= 0 ? "" : "N is a number of 0 or more";
-            },
-            ""};
+    return {[read, error](std::string &text) { return read(text) ? "" : error; }, ""};
+}
+
+void add_unused(CLI::App *verb, bool &warn)
+{
+    verb->add_option_function<std::string>(
+            "--unused", [&warn](const std::string &word) { warn = word == "warn"; },
+            "What a rule is that matches no field: error (when left out) or warn")
+        ->type_name("WORD")
+        ->check(CLI::IsMember({"error", "warn"}));
+}
+
+void add_junit(CLI::App *verb, std::string &file)
+{
+    verb->add_option("--junit", file, "Write a test case an item, for CI servers")
+        ->type_name("FILE.xml");
 }
 
 void add_check(CommandLine &line)
@@ -103,22 +115,24 @@ void add_json(CommandLine &line)
 void add_diff(CommandLine &line)
 {
     const auto [verb, options] =
-        line.add("diff", "Compare two snapshots field by field", PATTERNS, diff);
-    verb->add_flag("-q,--quiet", options.quiet, "Say only whether they differ");
-    repeated(verb->add_option("--only", options.rules.only, "Compare these fields alone"), "GLOB");
-    repeated(verb->add_option("--ignore", options.rules.ignore, "Leave these fields out"), "GLOB");
-    repeated(verb->add_option("--ignore-from", options.ignore_from,
-                              "Leave out the GLOBs in a file, one a line"),
+        line.add("diff", "Compare snapshots field by field", PATTERNS, diff);
+    verb->add_flag("-q,--quiet", options.quiet, "Say only which ones differ");
+    repeated(verb->add_option("--only", options.only, "Compare these fields alone"), "GLOB");
+    repeated(verb->add_option("--ignore", options.ignore, "Leave these fields out"), "GLOB");
+    repeated(verb->add_option("--rules,--ignore-from", options.rules,
+                              "What a file says of each field; a GLOB alone leaves it out"),
              "FILE");
-    verb->add_option("--abs", options.rules.absolute, "Numbers at most N apart are the same")
+    add_unused(verb, options.unused_warn);
+    verb->add_option("--abs", options.absolute, "Numbers at most N apart are the same")
         ->type_name("N")
-        ->check(tolerance());
-    verb->add_option("--rel", options.rules.relative,
-                     "Numbers are the same when at most this part of the larger apart (0.01: 1 %)")
-        ->type_name("N")
-        ->check(tolerance());
+        ->check(checked(read_tolerance, "N is a number of 0 or more"));
+    verb->add_option("--rel", options.relative,
+                     "So are those that are at most N% of the larger one apart")
+        ->type_name("N%")
+        ->check(checked(read_part, "it is a percentage, 5%, or less than 1"));
+    add_junit(verb, options.junit);
     verb->add_option("A", options.a, "The first snapshot")->required();
-    verb->add_option("B", options.b, "The second snapshot")->required();
+    verb->add_option("B", options.b, "Those that are held against it")->required();
 }
 
 void add_series(CommandLine &line)
@@ -126,8 +140,11 @@ void add_series(CommandLine &line)
     const auto [verb, options] =
         line.add("series", "Print CSV: a row a snapshot, a column a field", FIELDS, series);
     verb->add_flag("--no-header", options.no_header, "Leave the columns' names out");
-    verb->add_option("FILE", options.file, "A capture")->required();
-    verb->add_option("FIELD", options.fields, "Fields")->required();
+    verb->add_option("--path", options.path, "Only snapshots of device D and path P")
+        ->type_name("D,P");
+    verb->add_option("--files", options.files, "Captures; all other words are fields then")
+        ->type_name("FILE...");
+    verb->add_option("FILE FIELD", options.words, "A capture and fields")->required();
 }
 
 void add_report(CommandLine &line)

@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr size_t NEAR_MOST = 5;
+constexpr size_t NAME_MOST = 300; // of longer names nobody looks for a slip
 
 // How many characters must be inserted, removed or replaced to make one text of the other.
 size_t edit_distance(std::string_view a, std::string_view b)
@@ -55,16 +56,40 @@ bool matches(std::string_view text, std::string_view pattern)
 
 bool selects(std::string_view pattern, const Snapshot &snapshot, const Field &field)
 {
-    for (NodeIndex i = field.node; i != 0; i = snapshot.node(i).parent)
-        if (matches(snapshot.path(i), pattern))
+    const std::string path = snapshot.path(field);
+    std::string_view rest = path;
+    if (matches(rest, pattern))
+        return true;
+    rest.remove_suffix(field.key.size());
+    for (NodeIndex i = field.node; i != 0; i = snapshot.node(i).parent) {
+        rest.remove_suffix(1); // the dot
+        if (matches(rest, pattern))
             return true;
-    return matches(snapshot.path(field), pattern);
+        rest.remove_suffix(snapshot.node(i).name.size());
+    }
+    return false;
+}
+
+std::string as_path(std::string_view name)
+{
+    constexpr std::string_view BETWEEN = " / ";
+    std::string path;
+    while (true) {
+        const size_t between = name.find(BETWEEN);
+        path += name.substr(0, between);
+        if (between == std::string_view::npos)
+            return path;
+        path += '.';
+        name.remove_prefix(between + BETWEEN.size());
+    }
 }
 
 std::string suggest(const Snapshot &snapshot, std::string_view wanted)
 {
     std::vector<std::pair<size_t, std::string>> ranked;
     const auto rank = [&ranked, wanted](std::string path, std::string_view name) {
+        if (path.size() > NAME_MOST || wanted.size() > NAME_MOST)
+            return;
         const size_t slips = std::min(edit_distance(path, wanted), edit_distance(name, wanted));
         if (path.find(wanted) != std::string::npos)
             ranked.emplace_back(0, std::move(path));

@@ -14,6 +14,10 @@ bool matches(std::string_view text, std::string_view pattern);
 // selects everything in there.
 bool selects(std::string_view pattern, const Snapshot &snapshot, const Field &field);
 
+// The path of a name that the page or a comparison shows, where blocks stand apart:
+// "stat.awb.Rtx ROI / Channel information.g0" has a dot between them. A path stays as it is.
+std::string as_path(std::string_view name);
+
 // What somebody who asked in vain for `wanted` may have meant, for the end of a message: the paths
 // that hold it or that a few slips lead to, the nearest first, or else the items that there are.
 std::string suggest(const Snapshot &snapshot, std::string_view wanted);

@@ -20,10 +20,20 @@ constexpr size_t PIECE = size_t{256} << 10;
 constexpr std::chrono::milliseconds FIRST_PROGRESS(1000);
 constexpr std::chrono::milliseconds NEXT_PROGRESS(200);
 
+bool progress_shown = false;
+
+void clear_progress()
+{
+    if (progress_shown)
+        fputs("\r\33[K", stderr);
+    progress_shown = false;
+}
+
 } // namespace
 
 void complain(std::string_view message)
 {
+    clear_progress();
     fputs("vordascope: ", stderr);
     char room[4];
     for (const char c : message) {
@@ -55,10 +65,39 @@ bool read_file(const std::string &file, std::string &text)
     return size == 0;
 }
 
+Progress::Progress()
+    // Rows that come one by one on the same terminal are progress enough.
+    : on_(isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0),
+      next_(std::chrono::steady_clock::now() + FIRST_PROGRESS)
+{
+}
+
+bool Progress::due()
+{
+    const auto now = on_ ? std::chrono::steady_clock::now() : next_;
+    if (!on_ || now < next_)
+        return false;
+    next_ = now + NEXT_PROGRESS;
+    return true;
+}
+
+void Progress::show(const std::string &text)
+{
+    clear_progress();
+    fputs(text.c_str(), stderr);
+    progress_shown = shown_ = true;
+}
+
+void Progress::end()
+{
+    if (shown_)
+        clear_progress();
+    shown_ = false;
+}
+
 Input::Input(const std::string &file)
     : name_(is_standard_input(file) ? "standard input" : shown(file)),
-      fd_(is_standard_input(file) ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC)),
-      show_next_(std::chrono::steady_clock::now() + FIRST_PROGRESS)
+      fd_(is_standard_input(file) ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC))
 {
     struct stat status = {};
     struct stat output = {};
@@ -70,13 +109,10 @@ Input::Input(const std::string &file)
             output.st_ino == status.st_ino)
             fail("this capture is also where the output goes");
     }
-    // Rows that come one by one on the same terminal are progress enough.
-    progress_ = isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
 }
 
 Input::~Input()
 {
-    clear_progress();
     if (fd_ > STDIN_FILENO)
         close(fd_);
 }
@@ -93,13 +129,16 @@ const Snapshot *Input::next()
             break;
         fill();
     }
-    clear_progress();
+    progress_.end();
     return nullptr;
 }
 
 void Input::fill()
 {
-    show_progress();
+    if (progress_.due())
+        progress_.show(name_ + ": " + std::to_string(snapshots_) + " snapshots, " +
+                       std::to_string(read_ / 1000000) + " MB" +
+                       (size_ != 0 ? ", " + std::to_string(100 * read_ / size_) + " %" : ""));
     char *const room = reader_.room(PIECE);
     ssize_t size;
     do
@@ -115,33 +154,9 @@ void Input::fill()
     }
 }
 
-void Input::show_progress()
-{
-    if (!progress_)
-        return;
-    const auto now = std::chrono::steady_clock::now();
-    if (now < show_next_)
-        return;
-    show_next_ = now + NEXT_PROGRESS;
-    shown_ = true;
-    fprintf(stderr, "\r%s: %llu snapshots, %llu MB", name_.c_str(),
-            static_cast<unsigned long long>(snapshots_),
-            static_cast<unsigned long long>(read_ / 1000000));
-    if (size_ != 0)
-        fprintf(stderr, ", %llu %%", static_cast<unsigned long long>(100 * read_ / size_));
-}
-
-void Input::clear_progress()
-{
-    if (shown_)
-        fputs("\r\33[K", stderr);
-    shown_ = false;
-}
-
 void Input::fail(std::string why)
 {
     error_ = std::move(why);
-    clear_progress();
     complain(name_ + ": " + error_);
 }
 

@@ -16,6 +16,27 @@ void complain(std::string_view message);
 // message has been printed.
 bool read_file(const std::string &file, std::string &text);
 
+// A line on standard error that tells how far long work has come, when that is a terminal.
+class Progress
+{
+public:
+    Progress();
+    ~Progress() { end(); }
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
+
+    // Whether it is time to show something.
+    bool due();
+    void show(const std::string &text);
+    // The work has come to its end: the line disappears.
+    void end();
+
+private:
+    bool on_;
+    bool shown_ = false;
+    std::chrono::steady_clock::time_point next_;
+};
+
 // Besides "-", the name of standard input as a file.
 constexpr char STANDARD_INPUT[] = "/dev/stdin";
 
@@ -47,19 +68,15 @@ public:
 
 private:
     void fill();
-    void show_progress();
-    void clear_progress();
     void fail(std::string why);
 
+    Progress progress_;
     std::string name_;
     int fd_;
     std::string error_;
-    bool progress_ = false;
-    bool shown_ = false;
     uint64_t size_ = 0; // of a regular file; 0 when that is not known
     uint64_t read_ = 0;
     uint64_t snapshots_ = 0;
-    std::chrono::steady_clock::time_point show_next_;
     Reader reader_;
 };
 

@@ -39,6 +39,91 @@ std::string title_of(const std::string &file, const std::vector<std::string> &fi
     return is_standard_input(file) ? "standard input" : alone ? base(file) : file;
 }
 
+// One path of one device.
+struct PathChoice {
+    uint32_t dev_idx;
+    uint32_t path_idx;
+
+    bool operator==(const PathChoice &) const = default;
+};
+
+std::optional<PathChoice> read_path(std::string_view text)
+{
+    PathChoice path = {};
+    if (take_number(text, path.dev_idx) && take(text, ",") && take_number(text, path.path_idx) &&
+        text.empty())
+        return path;
+    return {};
+}
+
+// The table that `series` prints.
+class Rows
+{
+public:
+    Rows(const std::vector<std::string> &fields, std::optional<PathChoice> path, bool header,
+         Output &output)
+        : fields_(fields), path_(path), chosen_(path), header_(header), output_(output)
+    {
+    }
+
+    // Prints the rows of a capture. Returns a status.
+    int add(const std::string &file)
+    {
+        Input input(file);
+        uint64_t unread = 0;
+        uint64_t used = 0;
+        const int read = read_all(input, [&](const Snapshot &snapshot) {
+            unread += snapshot.unread.size();
+            const PathChoice path = {snapshot.dev_idx, snapshot.path_idx};
+            if (!snapshot.indexed || (chosen_ && path != *chosen_))
+                return true;
+            used++;
+            return add(input, snapshot, path);
+        });
+        if (!error_.empty())
+            complain(input.name() + ": " + error_);
+        else if (read == YES && used == 0)
+            complain(input.name() + ": no snapshot of that path");
+        else if (read == YES && output_.writable())
+            warn_of_unread(input, unread);
+        return read == YES && used == 0 ? TROUBLE : read;
+    }
+
+    // Whether there cannot be more rows; a message has been printed.
+    bool failed() const { return !error_.empty(); }
+
+private:
+    bool add(const Input &input, const Snapshot &snapshot, const PathChoice &path)
+    {
+        text_.clear();
+        if (!begun_) {
+            begun_ = table_.begin(snapshot, fields_, error_);
+            if (begun_ && header_)
+                table_.put_header(text_);
+        }
+        if (!path_)
+            path_ = path;
+        else if (path != *path_ && !table_.tells_paths())
+            error_ = "snapshots of several paths; choose one with --path " +
+                     std::to_string(path_->dev_idx) + ',' + std::to_string(path_->path_idx) +
+                     ", or name the columns dev_idx and path_idx as well";
+        if (!error_.empty())
+            return false;
+        table_.put_row(snapshot, input.name(), text_);
+        return output_.write(text_);
+    }
+
+    const std::vector<std::string> &fields_;
+    std::optional<PathChoice> path_; // of the rows so far
+    const std::optional<PathChoice> chosen_;
+    const bool header_;
+    Output &output_;
+    Series table_;
+    bool begun_ = false;
+    std::string text_;
+    std::string error_;
+};
+
 } // namespace
 
 int json(const JsonOptions &options)
@@ -70,33 +155,30 @@ int json(const JsonOptions &options)
 
 int series(const SeriesOptions &options)
 {
-    Input input(options.file);
+    std::vector<std::string> files = options.files;
+    std::vector<std::string> fields = options.words;
+    if (files.empty()) {
+        files.push_back(fields.front());
+        fields.erase(fields.begin());
+    }
+    if (fields.empty()) {
+        complain("series: FIELD is required");
+        return TROUBLE;
+    }
+    std::optional<PathChoice> path;
+    if (!options.path.empty() && !(path = read_path(options.path))) {
+        complain("--path: D,P is the number of a device and that of one of its paths");
+        return TROUBLE;
+    }
     Output output;
-    Series table;
-    std::string text;
-    std::string error;
-    uint64_t unread = 0;
-    bool begun = false;
-    const int read = read_all(input, [&](const Snapshot &snapshot) {
-        unread += snapshot.unread.size();
-        if (!snapshot.indexed)
-            return true;
-        text.clear();
-        if (!begun) {
-            begun = table.begin(snapshot, options.fields, error);
-            if (!begun)
-                return false;
-            if (!options.no_header)
-                table.put_header(text);
-        }
-        table.put_row(snapshot, text);
-        return output.write(text);
-    });
-    if (!error.empty())
-        complain(input.name() + ": " + error);
-    if (read == YES && error.empty() && output.writable())
-        warn_of_unread(input, unread);
-    return output.close() && error.empty() ? read : TROUBLE;
+    Rows rows(fields, path, !options.no_header, output);
+    int status = YES;
+    for (const std::string &file : files) {
+        status = std::max(status, rows.add(file));
+        if (rows.failed() || !output.writable())
+            break;
+    }
+    return output.close() && !rows.failed() ? status : TROUBLE;
 }
 
 int report(const ReportOptions &options)

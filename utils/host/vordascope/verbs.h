@@ -25,19 +25,25 @@ struct JsonOptions {
 int json(const JsonOptions &options);
 
 struct DiffOptions {
-    std::string a; // FILE, FILE#N or FILE#last
-    std::string b;
-    std::vector<std::string> ignore_from; // files of patterns, which add to the rules
-    Rules rules;
+    std::string a;              // FILE, FILE#N or FILE#last
+    std::vector<std::string> b; // each is held against it
+    std::vector<std::string> only;
+    std::vector<std::string> ignore;
+    std::vector<std::string> rules; // files of them
+    bool unused_warn = false;       // a rule that matches no field is no error
+    std::string absolute;           // tolerances, as given; empty for none
+    std::string relative;
+    std::string junit; // the file for CI servers; empty for none
     bool quiet = false;
 };
 
-// Compares two snapshots field by field.
+// Compares snapshots with one field by field.
 int diff(const DiffOptions &options);
 
 struct SeriesOptions {
-    std::string file;
-    std::vector<std::string> fields;
+    std::vector<std::string> words; // a capture and fields; fields alone where there are `files`
+    std::vector<std::string> files; // captures
+    std::string path;               // "D,P": only snapshots of this path; empty for all
     bool no_header = false;
 };
 
