@@ -18,6 +18,8 @@ namespace
 
 const std::string INDEX = "dev_idx = 0, path_idx = 1\n";
 
+const std::string LEFT_OUT = "left out: the snapshot that it is added to is not before it\n";
+
 struct Row {
     std::string text;
     std::string fields;
@@ -213,6 +215,56 @@ TEST(Reader, SnapshotsBeginAndEnd)
         EXPECT_EQ(read_all(text.substr(0, size)), "? 2: cut off: the line does not end\n");
     Reader reader(std::string_view(text).substr(0, text.size() - 1));
     EXPECT_TRUE(reader.next()->cut);
+}
+
+TEST(Reader, AddedSnapshotsComeOutWhole)
+{
+    const auto head = [](int frame, int to) {
+        return "frame = " + std::to_string(frame) + "\n" +
+               (to != 0 ? "added_to = " + std::to_string(to) + "\n" : "") + INDEX;
+    };
+    const std::string end = "; end\n";
+    const std::string whole = head(1, 0) + "=== stat.x ===\na = 1\n[Two]\nb = 2\n[NR]\nc = 3\n" +
+                              "share.d = 4\nshare.l:\nl.e = 5\nvinfo.f = 6\n" + end;
+    const std::string first =
+        "frame 1\nstat.x.a = 1\nstat.x.Two.b = 2\nintl.nr.c = 3\nshare.d = 4\n"
+        "share.l.l.e = 5\nvinfo.f = 6\n";
+    expect_rows(
+        whole,
+        {
+            // Sections take the place of their own, whole, and stay for the next one.
+            {head(2, 1) + "[NR]\nc = 30\n" + end + head(3, 2) + "share.d = 40\nvinfo.f = 60\n" +
+                 end,
+             first +
+                 "-- 0 1\nframe 2\nstat.x.a = 1\nstat.x.Two.b = 2\nintl.nr.c = 30\nshare.d = 4\n"
+                 "share.l.l.e = 5\nvinfo.f = 6\n"
+                 "-- 0 1\nframe 3\nstat.x.a = 1\nstat.x.Two.b = 2\nintl.nr.c = 30\nshare.d = 40\n"
+                 "vinfo.f = 60\n"},
+            // Nothing changed; a section that was not there follows what it follows.
+            {head(2, 1) + end + "time = 5\nmark = m\n" + head(3, 2) +
+                 "=== stat.x ===\na = 9\n=== stat.y ===\ng = 7\n" + end,
+             first + "-- 0 1\n" + "frame 2" + first.substr(7) +
+                 "-- 0 1\ntime 5\nframe 3\nmark m\nstat.x.a = 9\nstat.y.g = 7\nintl.nr.c = 3\n"
+                 "share.d = 4\nshare.l.l.e = 5\nvinfo.f = 6\n"},
+            // Lines keep their numbers, wherever they come from.
+            {"oops\n" + head(2, 1) + "[NR]\n$\n" + end + head(3, 2) + "[LSC]\n%\n" + end,
+             first +
+                 "-- 0 1\nframe 2\nstat.x.a = 1\nstat.x.Two.b = 2\nshare.d = 4\nshare.l.l.e = 5\n"
+                 "vinfo.f = 6\n? 14: outside of any snapshot\n? 19: neither a key nor a row\n"
+                 "-- 0 1\nframe 3\nstat.x.a = 1\nstat.x.Two.b = 2\nshare.d = 4\nshare.l.l.e = 5\n"
+                 "vinfo.f = 6\n? 19: neither a key nor a row\n? 25: neither a key nor a row\n"},
+            // What is added to something else is left out, and what is added to that, until the
+            // next whole one.
+            {head(3, 2) + "[NR]\nc = 30\n" + end + head(4, 3) + end + head(5, 0) + "share.d = 1\n" +
+                 end + head(6, 5) + end,
+             first + "? 15: " + LEFT_OUT + "? 21: " + LEFT_OUT +
+                 "-- 0 1\nframe 5\nshare.d = 1\n-- 0 1\nframe 6\nshare.d = 1\n"},
+            {"frame = 2\nadded_to = 1\ndev_idx = 1, path_idx = 1\nshare.d = 1\n",
+             first + "? 15: " + LEFT_OUT},
+            {"frame = 2\nadded_to = 1\n" + INDEX + "share.d = 1\nshare.l:\nl.e = 5",
+             first + "-- 0 1\nframe 2\nstat.x.a = 1\nstat.x.Two.b = 2\nintl.nr.c = 3\nshare.d = 1\n"
+                     "vinfo.f = 6\n? 19: cut off: the line does not end\n"},
+        });
 }
 
 TEST(Reader, TextsMayHoldLineEnds)

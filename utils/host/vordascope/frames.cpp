@@ -59,6 +59,8 @@ bool is_head_line(std::string_view line)
     std::string_view key;
     std::string_view value;
     switch (line.empty() ? '\0' : line[0]) {
+    case 'a':
+        return read_number_line(line, "added_to = ", number);
     case 't':
         return read_time_line(line, time);
     case 'f':
@@ -120,33 +122,30 @@ bool Frames::next(Head &head)
     const size_t end = find_end();
     if (end == begin_.at)
         return false;
-    number_ += begun_;
     head.text = {text_ + begin_.at, end - begin_.at};
     head.line = begin_.line;
-    head.number = number_;
     head.indexed = begun_;
     head.timed = head.cut = false;
     head.frame.reset();
+    head.added_to.reset();
     head.missed = 0;
     head.marks.clear();
     head.unread.clear();
+    head.body.clear();
     if (begun_) {
         read_outside(head, begin_, own_head_.at);
         read_head(head);
-        size_t body_end = end;
-        if (ended_ && end == size_ && left_head())
-            body_end = head_.at;
-        head.body = {text_ + body_.at, body_end - body_.at};
-        head.body_line = body_.line;
-        read_outside(head, {body_end, head_.line}, end);
+        const size_t body_end = ended_by_line_ ? end_line_ : left_head(end) ? head_.at : end;
+        head.body.push_back({{text_ + body_.at, body_end - body_.at}, body_.line});
+        if (!ended_by_line_)
+            read_outside(head, {body_end, head_.line}, end);
     } else {
         read_outside(head, begin_, end);
-        head.body = {};
     }
     // What was looked at is the end of this one, or head lines and the line behind them.
     begin_ = end == head_.at ? head_ : Mark{end, scanned_.line};
     scanned_ = head_ = begin_;
-    begun_ = false;
+    begun_ = ended_by_line_ = false;
     return true;
 }
 
@@ -176,6 +175,8 @@ size_t Frames::find_end()
             own_head_ = head_;
             body_ = head_ = after;
         } else if (begun_ && line == END_LINE) {
+            ended_by_line_ = true;
+            end_line_ = scanned_.at;
             scanned_ = after;
             return next;
         } else if (!is_head_line(line)) {
@@ -187,8 +188,10 @@ size_t Frames::find_end()
 }
 
 // Whether the input ends behind the head of a snapshot, as a recording does that is stopped there.
-bool Frames::left_head() const
+bool Frames::left_head(size_t end) const
 {
+    if (end == head_.at || end != size_)
+        return false;
     bool timed = false;
     const std::string_view lines(text_ + head_.at, size_ - head_.at);
     for_each_line(lines, 0, [&timed](std::string_view line, uint64_t, bool ends) {
@@ -213,6 +216,8 @@ void Frames::read_head(Head &head) const
             head.timed = true;
         } else if (uint64_t frame; read_number_line(line, "frame = ", frame)) {
             head.frame = frame;
+        } else if (read_number_line(line, "added_to = ", frame)) {
+            head.added_to = frame;
         } else if (take(value, "mark = ")) {
             head.marks.push_back(value);
         } else if (read_label_line(line, key, value)) {

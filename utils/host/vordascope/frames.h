@@ -26,8 +26,9 @@ public:
     void end() { ended_ = true; }
     bool ended() const { return ended_; }
 
-    // Finds the next snapshot and what its head says; `head` must be the same one each time, since
-    // labels stay. Returns false when more input is needed, or after end() there are no more.
+    // Finds the next snapshot and sets all of `head` but its number; it must be the same one each
+    // time, since labels stay. Returns false when more input is needed, or after end() there are no
+    // more.
     bool next(Head &head);
 
 private:
@@ -38,7 +39,7 @@ private:
 
     size_t find_end();
     void read_head(Head &head) const;
-    bool left_head() const;
+    bool left_head(size_t end) const;
     void read_outside(Head &head, Mark begin, size_t end) const;
 
     std::vector<char> buffer_;
@@ -51,7 +52,8 @@ private:
     bool begun_ = false;    // the index line has been seen
     Mark own_head_ = {};    // then: the head lines before it, and what follows it
     Mark body_ = {};
-    uint64_t number_ = 0; // of the last snapshot
+    bool ended_by_line_ = false; // and the end line, which begins at `end_line_`
+    size_t end_line_ = 0;
 };
 
 } // namespace vordascope

@@ -1,6 +1,8 @@
 // The lines of a snapshot.
 #include "grammar.h"
 
+#include "sections.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -32,9 +34,6 @@ constexpr Tag TAGS[] = {
     {"TRAIL_SUPPRESS", "ts"},
 };
 
-// Categories that print without section lines.
-constexpr std::string_view PREFIXES[] = {"share.", "vinfo."};
-
 // What a snapshot says of itself, so no category can have these names.
 constexpr std::string_view RESERVED[] = {"vorda_json", "dev_idx", "path_idx", "time",   "cut",
                                          "unread",     "frame",   "missed",   "labels", "marks"};
@@ -57,16 +56,22 @@ void Grammar::parse(Snapshot &snapshot)
     label_ = {};
     open_section(NONE);
 
-    const char *p = s_->body.data();
-    const char *const body_end = p + s_->body.size();
-    uint64_t number = s_->body_line;
-    for (; p != body_end; number++) {
+    for (const Part &part : s_->body)
+        read_part(part);
+    close_rows();
+}
+
+void Grammar::read_part(const Part &part)
+{
+    const char *p = part.text.data();
+    const char *const part_end = p + part.text.size();
+    for (uint64_t number = part.line; p != part_end; number++) {
         const char *const begin = p;
         const auto *const newline =
-            static_cast<const char *>(memchr(p, '\n', static_cast<size_t>(body_end - p)));
+            static_cast<const char *>(memchr(p, '\n', static_cast<size_t>(part_end - p)));
         if (newline == nullptr) {
             s_->cut = true;
-            s_->unread.push_back({number, {p, body_end}, "cut off: the line does not end"});
+            s_->unread.push_back({number, {p, part_end}, "cut off: the line does not end"});
             break;
         }
         p = newline + 1;
@@ -85,7 +90,6 @@ void Grammar::parse(Snapshot &snapshot)
         if (line != Line::blank && !text_begins_)
             open_text_ = NONE;
     }
-    close_rows();
 }
 
 Grammar::Line Grammar::read_line(const char *p, const char *end)
@@ -111,16 +115,9 @@ Grammar::Line Grammar::read_line(const char *p, const char *end)
 // "=== cat.item ==="
 Grammar::Line Grammar::read_section(const char *p, const char *end)
 {
-    constexpr std::string_view OPEN = "=== ";
-    constexpr std::string_view CLOSE = " ===";
-    std::string_view name(p, static_cast<size_t>(end - p));
-    if (!name.starts_with(OPEN) || !name.ends_with(CLOSE) ||
-        name.size() <= OPEN.size() + CLOSE.size())
+    const std::string_view name = section_of({p, static_cast<size_t>(end - p)});
+    if (name.empty())
         return shapeless("no section");
-    name = name.substr(OPEN.size(), name.size() - OPEN.size() - CLOSE.size());
-    if (!is(name.front(), LETTER) || !all_of(name, KEY))
-        return shapeless("no section");
-
     const size_t dot = name.find('.');
     NodeIndex node = category(name.substr(0, dot));
     if (node != NONE && dot != std::string_view::npos)
@@ -132,26 +129,23 @@ Grammar::Line Grammar::read_section(const char *p, const char *end)
 // "[CAPITALS]" and "[Other words]"
 Grammar::Line Grammar::read_tag(const char *p, const char *end)
 {
-    std::string_view name(p + 1, static_cast<size_t>(end - p - 1));
-    if (!name.ends_with(']') || name.size() < 2 || !is(name.front(), LETTER))
-        return shapeless("no heading");
-    name.remove_suffix(1);
-
-    if (all_of(name, UPPER | DIGIT | MARK)) {
-        std::string item(name);
+    if (const std::string_view tag = tag_of({p, static_cast<size_t>(end - p)}); !tag.empty()) {
+        std::string item(tag);
         for (char &c : item)
             if (is(c, UPPER))
                 c = static_cast<char>(c - 'A' + 'a');
-        for (const Tag &tag : TAGS)
-            if (tag.tag == name)
-                item = tag.item;
+        for (const Tag &other : TAGS)
+            if (other.tag == tag)
+                item = other.item;
         const NodeIndex intl = category("intl");
         const NodeIndex node = intl != NONE ? s_->take_child(intl, item, false) : NONE;
         open_section(node);
         return node != NONE ? Line::data : unread("a section of a name that is taken");
     }
-    if (!all_of(name, KEY | BLANK))
+    std::string_view name(p + 1, static_cast<size_t>(end - p - 1));
+    if (!name.ends_with(']') || !is(name.front(), LETTER) || !all_of(name, KEY | BLANK))
         return shapeless("no heading");
+    name.remove_suffix(1);
     if (section_ == NONE)
         return unread("outside of any section");
     open_section(section_);
@@ -496,15 +490,13 @@ void Grammar::open_section(NodeIndex node)
 // Takes the category off a key that opens its section itself.
 void Grammar::take_prefix(std::string_view &key)
 {
-    for (const std::string_view prefix : PREFIXES) {
-        if (key.starts_with(prefix) && key.size() > prefix.size()) {
-            const NodeIndex node = category(prefix.substr(0, prefix.size() - 1));
-            if (node != section_ || place_ != node || !label_.empty())
-                open_section(node);
-            key.remove_prefix(prefix.size());
-            return;
-        }
-    }
+    const std::string_view name = category_of(key);
+    if (name.empty())
+        return;
+    const NodeIndex node = category(name);
+    if (node != section_ || place_ != node || !label_.empty())
+        open_section(node);
+    key.remove_prefix(name.size() + 1);
 }
 
 NodeIndex Grammar::category(std::string_view name)

@@ -25,6 +25,7 @@ private:
         std::string_view note;
     };
 
+    void read_part(const Part &part);
     Line read_line(const char *p, const char *end);
     Line read_section(const char *p, const char *end);
     Line read_tag(const char *p, const char *end);

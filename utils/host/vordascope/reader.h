@@ -7,6 +7,8 @@
 //                                    nobody saw
 //     label KEY = VALUE              head line: says something of the capture from there on
 //     mark = TEXT                    head line: says what was changed then
+//     added_to = M                   head line: the text holds only the sections that changed since
+//                                    frame M, which is the snapshot before it
 //     === cat.item ===               a section: an item
 //     [CAPITALS]                     an attribute text: the item intl.capitals
 //     [Other words]                  a heading within an item
@@ -34,11 +36,14 @@
 //   an Unread, and the rest is read on. So is any text before the first index line.
 // - A last line without its end may have lost digits: it is not read, and the snapshot is `cut`.
 // - CRLF is read as LF; a byte-order mark before the first line is layout.
+// - An added snapshot comes out whole: the sections that it lacks are those of the one before. When
+//   that one is not there it is left out, which is an Unread.
 // - A text that goes on for SNAPSHOT_MAX bytes without a new snapshot is taken apart there.
 #pragma once
 
 #include "frames.h"
 #include "grammar.h"
+#include "merge.h"
 
 namespace vordascope
 {
@@ -83,8 +88,10 @@ public:
 
 private:
     Frames frames_;
+    Merge merge_;
     Grammar grammar_;
     Snapshot snapshot_;
+    uint64_t number_ = 0;
 };
 
 } // namespace vordascope

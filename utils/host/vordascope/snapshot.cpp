@@ -111,14 +111,7 @@ Snapshot::Snapshot(const Snapshot &other)
         if (!view.empty())
             view = {own(view.data()), view.size()};
     };
-    own_view(text);
-    own_view(body);
-    if (timed)
-        time.begin = own(time.begin);
-    for (std::string_view &mark : marks)
-        own_view(mark);
-    for (Unread &gap : unread)
-        own_view(gap.text);
+    move_text({own_text_.data(), own_text_.size()}, own);
     for (Value &value : values)
         value.begin = own(value.begin);
     for (Field &field : fields) {

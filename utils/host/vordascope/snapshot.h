@@ -64,24 +64,51 @@ struct Label {
     std::string value;
 };
 
+// Whole lines, and the number of the first in the input.
+struct Part {
+    std::string_view text;
+    uint64_t line;
+};
+
 // What a snapshot says of itself, and its text.
 struct Head {
-    std::string_view text; // all of it, from the end of the one before it
-    std::string_view body; // the part of it that follows the index line
-    uint64_t line = 1;     // number of the first line of `text` in the input
-    uint64_t body_line = 1;
-    uint64_t number = 0;  // which one of its input it is, from 1
-    bool indexed = false; // has an index line; false for text that belongs to no snapshot
-    bool timed = false;   // `time` is there
-    bool cut = false;     // the input ends within a line
+    // All of it, from the end of the one before it. Of an added snapshot that has been made whole:
+    // its own head, and the sections of which it is made.
+    std::string_view text;
+    std::vector<Part> body; // what follows the index line up to the end line
+    uint64_t line = 1;      // number of its first line in the input
+    uint64_t number = 0;    // which one of its input it is, from 1
+    bool indexed = false;   // has an index line; false for text that belongs to no snapshot
+    bool timed = false;     // `time` is there
+    bool cut = false;       // the input ends within a line
     uint32_t dev_idx = 0;
     uint32_t path_idx = 0;
     Value time = {};                     // in seconds, on the camera's clock
     std::optional<uint64_t> frame;       // the camera's frame counter
     uint64_t missed = 0;                 // frames that nobody saw between the one before and this
+    std::optional<uint64_t> added_to;    // the text holds only what changed since that frame
     std::vector<Label> labels;           // of the capture so far
     std::vector<std::string_view> marks; // what was changed then
     std::vector<Unread> unread;
+
+    // Lets what points into the text point to another place: move(pointer) says where.
+    template <typename Move>
+    void move_text(std::string_view to, Move move)
+    {
+        const auto view = [&move](std::string_view &part) {
+            if (!part.empty())
+                part = {move(part.data()), part.size()};
+        };
+        if (timed)
+            time.begin = move(time.begin);
+        for (std::string_view &mark : marks)
+            view(mark);
+        for (Unread &gap : unread)
+            view(gap.text);
+        for (Part &part : body)
+            view(part.text);
+        text = to;
+    }
 };
 
 // A snapshot that has been read. It points into its text: that of a reader lasts until the reader
