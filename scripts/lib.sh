@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# What the presets need to configure and build vordascope and its tests.
+# What vordascope and its tests need to be configured and built.
 # shellcheck disable=SC2034 # used where this file is sourced
 HOST_PACKAGES=(libcli11-dev nlohmann-json3-dev zlib1g-dev)
 # What makes the page of vordascope: its reader for WebAssembly, and node from wherever it came.
