@@ -20,7 +20,8 @@ _vordascope()
     for ((i = 2; i < COMP_CWORD; i++)); do
         [[ ${COMP_WORDS[i]} == -* ]] || { file=${COMP_WORDS[i]}; break; }
     done
-    if [[ $verb == series && -n $file && -r $file && -n $word ]]; then
+    [[ $verb != response || -r $file ]] || file=${file%#*}
+    if [[ $verb == @(series|response) && -n $file && -r $file && -n $word ]]; then
         # Columns of an array differ in their last index; names may hold blanks.
         mapfile -t COMPREPLY < <("$scope" series "$file" "$word*" 2>/dev/null | head -n 1 |
             tr , '\n' | sed 's/\[[0-9]*\]$//' | uniq | sed 's/[][ ()*?]/\\&/g')

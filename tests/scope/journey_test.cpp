@@ -3,6 +3,7 @@
 #include "reading.h"
 #include "sr_device.h"
 
+#include <cmath>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
@@ -316,12 +317,86 @@ TEST(Record, StopsBetweenSnapshots)
     rmdir(folder);
 }
 
+// A step of exposure time from snapshot 41 on, ten a second, and what follows two snapshots later.
+std::string step_recording(int level, double tau)
+{
+    std::string text;
+    for (int i = 0; i < 160; i++) {
+        const auto at = [&](int begin) {
+            return i < begin ? 0 : 1 - std::exp((begin - 1 - i) / tau);
+        };
+        text += "time = " + std::to_string(6000 + i * 0.1) + "\n" +
+                snapshot(level + int(std::lround(level * at(40))),
+                         "share.sys_gain = 1024\nshare.list = 7, " +
+                             std::to_string(std::lround(100 + 60 * at(42))) + "\n");
+    }
+    return text;
+}
+
+TEST(ScopeJourney, MeasuresAnswers)
+{
+    const Capture fast(step_recording(8000, 5));
+    const Capture slow(step_recording(4000, 10));
+    Result result = scope({"response", "--cause", "share.inttime", fast.path() + "#11-last",
+                           slow.path(), "share.inttime", "share.list[1]", "exposure.stops"});
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.status, 0);
+    const auto row = [&result](int i) {
+        const Result line = bash("sed -n " + std::to_string(i) + "p <<< \"$out\" | tr -s ' '",
+                                 {{"out", result.out}});
+        return line.out.substr(line.out.find(' ') + 1);
+    };
+    EXPECT_EQ(row(1), "field answer before after departs delay rise settles band\n");
+    EXPECT_EQ(row(2), "share.inttime step 8000 16000 #41, 4.00 s 0 (0.00 s) 11 (1.10 s) "
+                      "14 (1.40 s) 400, 5 % of 8000\n");
+    EXPECT_EQ(row(3), "share.inttime step 4000 8000 #41, 4.00 s 0 (0.00 s) 22 (2.20 s) "
+                      "29 (2.90 s) 200, 5 % of 4000\n");
+    EXPECT_EQ(row(4).find("share.list[1] step 100 160 #43, 4.20 s 2 (0.20 s) "), 0) << row(4);
+    EXPECT_EQ(row(6).find("exposure.stops step 22.966 23.966 #41, "), 0) << row(6);
+    EXPECT_EQ(row(8), "is computed: log2(share.inttime x share.sys_gain)\n");
+
+    // A selection that ends too early, what came before as a reference, and CSV.
+    result = scope({"response", "--csv", "--reference", slow.path() + "#1-9",
+                    fast.path() + "#30-45", "share.inttime", "share.sys_gain"});
+    const std::string name = fast.path() + "#30-45";
+    EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
+              name +
+                  ",share.inttime,moving,30,45,16,4000,,8000,13057,420.25,8405,30,2.9,,,,,,,"
+                  "13057,45,1.0775728732897085,,,,,,\n" +
+                  name +
+                  ",share.sys_gain,steady,30,45,16,1024,,1024,1024,51.2,1024,,,,,,,,,,,,,"
+                  ",,,,\n");
+
+    // A clock that goes back begins another run; a second path is one of its own.
+    const Capture mixed(step_recording(8000, 5) + step_recording(4000, 5) +
+                        "dev_idx = 0, path_idx = 0\nshare.inttime = 5\n");
+    result = scope({"response", mixed.path(), "share.inttime"});
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 4);
+    EXPECT_NE(result.out.find("path_idx = 1, run 2)  share.inttime  step             4000"),
+              std::string::npos)
+        << result.out;
+    for (const std::vector<std::string> &wrong :
+         {std::vector<std::string>{fast.path()},
+          {fast.path() + "#5", "share.inttime"},
+          {fast.path() + "#9-8", "share.inttime"},
+          {fast.path() + "#900-999", "share.inttime"},
+          {fast.path(), "share.intime"},
+          {fast.path(), "share.inttime", "--cause", "share.list"}}) {
+        std::vector<std::string> args = wrong;
+        args.insert(args.begin(), "response");
+        result = scope(args);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.err.find("vordascope: "), 0);
+        EXPECT_EQ(result.out, "");
+    }
+}
+
 TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
 {
     const std::string manual = read_file(VORDA_BUILD_DIR "/vordascope.1");
     const std::string help = scope({"--help"}).out;
     size_t options = 0;
-    for (const std::string verb : {"check", "json", "diff", "series", "report"}) {
+    for (const std::string verb : {"check", "json", "diff", "series", "response", "report"}) {
         EXPECT_NE(help.find("\n  " + verb), std::string::npos) << verb;
         EXPECT_NE(manual.find("\n.SS " + verb), std::string::npos) << verb;
         const std::string text = scope({verb, "--help"}).out;
@@ -350,6 +425,7 @@ TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
     EXPECT_EQ(completed("diff --ig"), "--ignore --ignore-from\n");
     const Capture capture(snapshot(1, "share.isp_gain = 1\nshare.fps = 25.00\n"));
     EXPECT_EQ(completed("series " + capture.path() + " share.i"), "share.inttime share.isp_gain\n");
+    EXPECT_EQ(completed("response " + capture.path() + "#1-9 share.f"), "share.fps\n");
 }
 
 } // namespace

@@ -33,6 +33,13 @@ constexpr char PATTERNS[] =
     "A and B are FILE, FILE#N for its Nth snapshot (the first when left out) or FILE#last.\n"
     "Exit status: 0 the same, 1 different, 2 trouble.";
 
+constexpr char ANSWERS[] =
+    "FILE#I-J measures snapshots I to J of a capture, FILE#I-last all from I on. The first word is\n"
+    "a capture, as are those behind it that name a file. FIELD is the path of a field or a pattern\n"
+    "(see series); exposure is share.inttime x share.sys_gain, exposure.stops its logarithm.\n"
+    "A step goes to another value, a recovery comes back, steady does not leave the band, and what\n"
+    "is moving is not at rest at the end: it has no value after and does not settle.";
+
 // A verb on the command line, and where its options go.
 template <typename Options>
 struct Verb {
@@ -147,6 +154,25 @@ void add_series(CommandLine &line)
     verb->add_option("FILE FIELD", options.words, "A capture and fields")->required();
 }
 
+void add_response(CommandLine &line)
+{
+    const auto [verb, options] =
+        line.add("response", "Measure how fields answer to a change", ANSWERS, response);
+    verb->add_option("--band", options.band,
+                     "Measure against N percent: of a step, or of the value before (5)")
+        ->type_name("N")
+        ->check(CLI::Range(0.01, 50.0));
+    verb->add_option("--cause", options.cause, "Tell the delay behind the departure of this field")
+        ->type_name("FIELD");
+    verb->add_option("--reference", options.reference,
+                     "Take the value before from this capture, or from some of its snapshots")
+        ->type_name("FILE[#I-J]");
+    verb->add_flag("--csv", options.csv, "Print CSV, with every number as it was measured");
+    verb->add_option("FILE FIELD", options.words, "Captures, and then fields")
+        ->type_name("")
+        ->required();
+}
+
 void add_report(CommandLine &line)
 {
     const auto [verb, options] =
@@ -206,7 +232,7 @@ int run(int argc, char **argv)
     occupy_standard_descriptors();
 
     CommandLine line;
-    for (const auto add : {add_check, add_json, add_diff, add_series, add_report})
+    for (const auto add : {add_check, add_json, add_diff, add_series, add_response, add_report})
         add(line);
     try {
         line.app.parse(arguments(argc, argv));

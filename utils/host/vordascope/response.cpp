@@ -360,6 +360,12 @@ const char *name_of(Answer kind)
     return NAMES[static_cast<size_t>(kind)];
 }
 
+double median_of(std::span<const double> values)
+{
+    const Numbers series = numbers_of(values);
+    return series.size() != 0 ? median(series.values) : UNKNOWN;
+}
+
 Response measure(std::span<const double> values, const Measure &how)
 {
     Numbers series = numbers_of(values);
@@ -397,7 +403,7 @@ Response measure(std::span<const double> values, const Measure &how)
     if (!take_recovery(series, bands, end, by_value, response) &&
         !take_step(series, bands, end, by_step, response) &&
         !take_steady(series, bands, by_value, response)) {
-        set(response, Answer::moving, rough, bands.farthest, bands.of_excursion());
+        set(response, Answer::moving, rough, bands.excursion, bands.of_excursion());
         response.peak = farthest_of_both(series, rough);
     }
     finish(series, response);

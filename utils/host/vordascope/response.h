@@ -58,8 +58,8 @@ struct Response {
     size_t before_count = 0; // of how many values it is the median; 0 for a reference
     double after = UNKNOWN;  // step, recovery: the median of the end
     double scale = UNKNOWN;  // 1 in parts: the size of the step; of a recovery the value before,
-                             // without its sign, or the unit; where it is 0, and of what moves,
-                             // the farthest distance from the value before
+                             // without its sign, or the unit; where it is 0, the farthest from it;
+                             // of what moves, the farthest from it that two neighbours are
     double band = UNKNOWN;   // half the width of the band, as a distance: its part of the scale,
                              // and at least what the last printed digit counts
     double noise = UNKNOWN;  // standard deviation at the end
@@ -89,6 +89,9 @@ struct Response {
 //   times its size, is a recovery. One that stays within it altogether is a step only where the
 //   band of the step itself is no finer than the last printed digit; otherwise it is steady.
 Response measure(std::span<const double> values, const Measure &how = {});
+
+// The median of the numbers among values; UNKNOWN where there is none.
+double median_of(std::span<const double> values);
 
 // "step".
 const char *name_of(Answer kind);

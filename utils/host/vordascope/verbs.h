@@ -50,6 +50,17 @@ struct SeriesOptions {
 // Prints CSV: a row a snapshot, as soon as it is complete.
 int series(const SeriesOptions &options);
 
+struct ResponseOptions {
+    std::vector<std::string> words; // captures, FILE or FILE#I-J, and then fields
+    std::string cause;              // a field, or empty
+    std::string reference;          // FILE or FILE#I-J, or empty
+    double band = 5;                // percent
+    bool csv = false;
+};
+
+// Measures how fields answer to a change: a row a field and capture.
+int response(const ResponseOptions &options);
+
 struct ReportOptions {
     std::vector<std::string> files;
     std::string out; // empty for standard output
