@@ -16,7 +16,8 @@ namespace
 class Machine
 {
 public:
-    Machine()
+    // `kind` is an argument of power-on, or nullptr.
+    explicit Machine(const char *kind)
     {
         std::string folder = std::filesystem::temp_directory_path() / "vorda-box-XXXXXX";
         folder_ = mkdtemp(folder.data());
@@ -24,7 +25,7 @@ public:
         int ends[2];
         socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends);
         std::string program = VORDA_SOURCE_DIR "/sim/box/run";
-        char *argv[] = {program.data(), folder_.data(), nullptr};
+        char *argv[] = {program.data(), folder_.data(), const_cast<char *>(kind), nullptr};
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, ends[1], STDIN_FILENO);
@@ -82,6 +83,12 @@ std::ostream &operator<<(std::ostream &stream, const Answer &answer)
 
 Answer box(const std::string &line)
 {
-    static Machine machine;
+    static Machine machine(nullptr);
+    return machine.run(line);
+}
+
+Answer one_core_box(const std::string &line)
+{
+    static Machine machine("one-core");
     return machine.run(line);
 }

@@ -1,4 +1,4 @@
-// The emulated camera, which the tests of the box share: it is switched on by the first line of
+// The emulated cameras, which the tests of the box share: each is switched on by its first line of
 // shell and off at the end of the tests.
 #pragma once
 
@@ -20,3 +20,7 @@ std::ostream &operator<<(std::ostream &stream, const Answer &answer);
 // Runs a line of shell in the emulated camera. When the machine dies, its console has been shown on
 // standard error, and the process ends.
 Answer box(const std::string &line);
+
+// The same in a camera with one processor, whose clock counts instructions: the load of the
+// workstation changes nothing in it.
+Answer one_core_box(const std::string &line);
