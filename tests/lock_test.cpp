@@ -1,10 +1,9 @@
-// The real binary beside a holder of the lock: it waits without a trace, any signal ends the wait,
-// and what it prints is of one frame.
+// The real binary beside a holder of the lock: it waits without a trace, and what it prints is of
+// one frame.
 #include "camera_lock.h"
 #include "harness.h"
 #include "vorda.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -28,10 +27,10 @@ bool emulated()
 }
 
 // Starts a tool and returns when it has come to the lock of its path, which somebody holds.
-std::unique_ptr<Child> start_waiting(const Region &region, const std::set<int> &closed = {})
+std::unique_ptr<Child> start_waiting(const Region &region)
 {
     // The emulator then prints the tool's system calls.
-    auto child = start_vorda({"share.inttime"}, region.file(), {{"QEMU_STRACE", "1"}}, "", closed);
+    auto child = start_vorda({"share.inttime"}, region.file(), {{"QEMU_STRACE", "1"}});
     const std::string proc = "/proc/" + std::to_string(child->pid());
     EXPECT_TRUE(eventually(10000, [&] {
         // Until it is the tool's process it has this one's mappings.
@@ -74,50 +73,6 @@ TEST(Lock, ASnapshotWaitsForTheHolderWithoutAMark)
     camera_lock(&region->path[1].lock);
     EXPECT_EQ(run_vorda({"share.inttime"}, region.file()).status, 0);
     path_unlock(&region->path[1].lock);
-}
-
-// The device or the system log's socket would get the number of a closed one, and the output.
-TEST(Lock, StandsBehindStandardDescriptorsThatAreOpen)
-{
-    Region region;
-    run_vorda({"vinfo"}, region.file());
-    const std::string before = read_file(region.file());
-    for (int subset = 1; subset < 8; subset++) {
-        SCOPED_TRACE(subset);
-        std::set<int> closed;
-        for (int fd = 0; fd < 3; fd++)
-            if ((subset >> fd & 1) != 0)
-                closed.insert(fd);
-        camera_lock(&region->path[0].lock);
-        const auto child = start_waiting(region, closed);
-        for (const int fd : closed) {
-            const std::string link =
-                "/proc/" + std::to_string(child->pid()) + "/fd/" + std::to_string(fd);
-            std::error_code error;
-            EXPECT_EQ(std::filesystem::read_symlink(link, error), "/dev/null") << fd;
-        }
-        path_unlock(&region->path[0].lock);
-        const Result result = child->finish();
-        EXPECT_EQ(result.out.empty(), closed.contains(1));
-        EXPECT_EQ(result.status, 0);
-        EXPECT_TRUE(read_file(region.file()) == before);
-    }
-}
-
-TEST(Lock, AnySignalEndsTheWait)
-{
-    Region region;
-    PathLock *lock = &region->path[0].lock;
-    camera_lock(lock);
-    const std::string held = bytes_of(*lock);
-    for (const int signal :
-         {SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGPIPE, SIGALRM, SIGTERM, SIGXCPU}) {
-        const auto child = start_waiting(region);
-        kill(child->pid(), signal);
-        ASSERT_TRUE(child->ends_within(10000)) << signal;
-        EXPECT_EQ(child->finish().status, -signal);
-        EXPECT_EQ(bytes_of(*lock), held);
-    }
 }
 
 class Live

@@ -92,6 +92,11 @@ TEST(Sim, ACommandSeesARegionOrAFreshOne)
               "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
     EXPECT_EQ(Child({sr_run, vorda, "vinfo"}, environment).finish().err,
               "Input path 0 is not enabled on video device 0.\n");
+
+    // What is preloaded besides stays so.
+    const std::string preload =
+        Child({sr_run, "printenv", "LD_PRELOAD"}, {{"LD_PRELOAD", "libm.so.6"}}).finish().out;
+    EXPECT_TRUE(preload.ends_with("/libsr_device.so:libm.so.6\n")) << preload;
 }
 
 TEST(Sim, ABuildFolderMayHaveABlankAndAColonInItsName)

@@ -216,17 +216,4 @@ TEST(StdoutText, GoesOnAfterSignalsAndShortWrites)
     EXPECT_TRUE(arrived({.most = 1000, .signals = true}) == whole);
 }
 
-TEST(StdoutText, TheIndexLinePrecedesWhatFailsAfterIt)
-{
-    setenv(SR_REGION_ENV, "/nonexistent/region", 1);
-    const auto ctx = std::make_unique<DipPathCtx>();
-    const Result result = captured([&] {
-        dup2(STDERR_FILENO, STDOUT_FILENO);
-        return get_dip_ctx({.dev = 1, .path = 2, .dummy1 = 0, .dummy0 = 0}, ctx.get());
-    });
-    EXPECT_EQ(result.err, "dev_idx = 1, path_idx = 2\nUnable to initialize MPP.\n");
-    EXPECT_EQ(result.status, 1);
-    unsetenv(SR_REGION_ENV);
-}
-
 } // namespace
