@@ -4,6 +4,7 @@ import { readdirSync } from 'node:fs';
 import { basename } from 'node:path';
 import { test } from 'node:test';
 import { inflateSync } from 'node:zlib';
+import { Run } from '../../utils/host/vordascope/page/src/model.js';
 import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import {
     blockOf,
@@ -30,8 +31,13 @@ function model(...texts) {
     return modelOf(report('model.html', ...files));
 }
 
-const field = (model, item, key, group = 0) =>
-    model.groups[group].fields.find((f) => f.item === item && f.key === key);
+/** The runs of captures, given as texts, as the page has them. */
+function runsOf(...texts) {
+    const m = model(...texts);
+    return m.runs.map((run) => new Run(run, m));
+}
+/** What a field holds, snapshot by snapshot. */
+const values = (run, name) => Array.from({ length: run.length }, (_, n) => run.field(name).at(n));
 
 const INDEX = 'dev_idx = 0, path_idx = 0\n';
 
@@ -90,103 +96,124 @@ test('the reader in the page and the native one agree byte for byte', async () =
     assert.ok(native.equals(await readInWasm(captures, 65536)), 'all together');
 });
 
-test('a value is kept once while it stays, else once a snapshot', () => {
-    const snapshot = (...lines) => `${INDEX}${lines.join('\n')}\n`;
-    const m = model(
-        snapshot('share.fps = 25.00', 'share.a = 1', 'share.gone = 5') +
-            snapshot('share.fps = 25.00', 'share.a = 2', 'share.new = 0.5') +
-            snapshot('share.fps = 25.00', 'share.a = 1', 'share.gone = 5', 'share.new = 0.5'),
+const snapshot = (...lines) => `${INDEX}${lines.join('\n')}\n`;
+
+test('what is read is what the page has, value by value, and each change is kept once', () => {
+    const texts = [
+        ['share.fps = 25.00', 'share.a = 1', 'share.gone = 5', 'share.list = 1, 2'],
+        ['share.fps = 25.00', 'share.a = -2', 'share.new = 0.5', 'share.list = 1, 2, 3'],
+        ['share.fps = 25.00', 'share.a = nan', 'share.new = 0.50', 'share.list = 7'],
+        ['share.fps = 25.00', 'share.a = 1', 'share.gone = 5', 'share.list = (1 2) (3 4)'],
+    ].map((lines) => snapshot(...lines));
+    const [run] = runsOf(texts.join(''));
+    const a = { ...Object.fromEntries(run.fields.map(({ name }) => [name, values(run, name)])) };
+    assert.deepEqual(a, {
+        'share.fps': ['25.00', '25.00', '25.00', '25.00'],
+        'share.a': [1, -2, 'nan', 1],
+        'share.gone': [5, null, null, 5],
+        'share.new': [null, '0.5', '0.50', null],
+        'share.list': [
+            [1, 2],
+            [1, 2, 3],
+            7,
+            [
+                [1, 2],
+                [3, 4],
+            ],
+        ],
+    });
+    assert.deepEqual(
+        [...run.field('share.gone').courses[0], ...run.field('share.a').courses[0]],
+        [5, Number.NaN, Number.NaN, 5, 1, -2, Number.NaN, 1],
     );
-    assert.deepEqual(field(m, 'share', 'fps').v, ['25.00']);
-    assert.deepEqual(field(m, 'share', 'a').v, [1, 2, 1]);
-    assert.deepEqual(field(m, 'share', 'gone').v, [5, null, 5]);
-    assert.deepEqual(field(m, 'share', 'new').v, [null, 0.5, 0.5]);
 });
 
-test('numbers stand as printed', () => {
+test('numbers stand as printed, whether they stay or change', () => {
     const printed =
         '0 -1 9007199254740993 18446744073709551615 -0 0.50 0.5 -12.25 nan -inf 1000000000000000 ' +
-        '340282346638528859811704183484516925440.00 0.0000001 123456789012345';
+        '340282346638528859811704183484516925440.00 0.0000001 123456789012345 -0.00 -0.07 true';
     const lines = printed.split(' ').map((value, i) => `share.n${i} = ${value}`);
-    const m = model(`${INDEX}${lines.join('\n')}\nshare.b = true\n`);
-    const values = m.groups[0].fields.map((f) => f.v[0]);
-    assert.equal(values.slice(0, -1).map(String).join(' '), printed);
-    assert.deepEqual(
-        values.filter((value) => typeof value === 'number'),
-        [0, -1, 0.5, -12.25, 123456789012345],
-    );
-    assert.equal(values.at(-1), true);
-    assert.deepEqual(new Set(m.groups[0].fields.map((f) => f.kind)), new Set(['number', 'bool']));
+    const others = lines.map((line) => line.replace(/= .*/, '= 3'));
+    for (const texts of [[lines], [others, lines], [lines, others]]) {
+        const [run] = runsOf(texts.map((one) => snapshot(...one)).join(''));
+        const n = texts.indexOf(lines);
+        assert.equal(run.fields.map((field) => String(field.at(n))).join(' '), printed);
+    }
 });
 
 test('grids keep their rows, wrapped vectors are flat', () => {
-    const m = model(`${INDEX}${read(kept('tests/golden/distinct.txt'))}`);
-    const shape = (item, key) => {
-        const [value] = field(m, item, key).v;
+    const [run] = runsOf(`${INDEX}${read(kept('tests/golden/distinct.txt'))}`);
+    const shape = (name) => {
+        const value = run.field(name).at(0);
         return Array.isArray(value[0]) ? [value.length, value[0].length] : [value.length];
     };
-    assert.deepEqual(shape('stat.lum', 'Luminance histogram'), [60]);
-    assert.deepEqual(shape('stat.lum', 'Regional Luminance average'), [8, 8]);
-    assert.deepEqual(shape('cfg.cal', 'table.coeff.ee'), [32, 32]);
-    assert.deepEqual(shape('share', 'colormatrix'), [3, 3]);
+    assert.deepEqual(shape('stat.lum.Luminance histogram'), [60]);
+    assert.deepEqual(shape('stat.lum.Regional Luminance average'), [8, 8]);
+    assert.deepEqual(shape('cfg.cal.LSC0.table.coeff.ee'), [32, 32]);
+    assert.deepEqual(shape('share.colormatrix'), [3, 3]);
 });
 
-test('paths and devices are kept apart, files are not', () => {
-    const snapshot = (dev, path, fps) =>
-        `dev_idx = ${dev}, path_idx = ${path}\nshare.fps = ${fps}\n`;
-    const m = model(
-        snapshot(0, 0, 1) + snapshot(0, 1, 2) + snapshot(0, 0, 3),
-        snapshot(1, 0, 4) + snapshot(0, 0, 5),
+test('a run is a path of a file, and ends where time or frame go back', () => {
+    const at = (head, dev, path, n) =>
+        `${head}dev_idx = ${dev}, path_idx = ${path}\nshare.n = ${n}\n`;
+    const runs = runsOf(
+        at('time = 9.5\n', 0, 0, 1) + at('', 0, 1, 2) + at('time = 9.62\n', 0, 0, 3),
+        at('frame = 7\n', 1, 0, 4) +
+            at('missed = 2\nframe = 10\nmark = <b>lamp\n', 1, 0, 5) +
+            at('frame = 9\n', 1, 0, 6) +
+            at('time = 1\n', 0, 0, 7) +
+            at('time = 1\n', 0, 0, 8) +
+            at('time = 0.5\n', 0, 0, 9),
     );
-    assert.deepEqual(m.files, ['capture-0.txt', 'capture-1.txt']);
     assert.deepEqual(
-        m.groups.map((g) => [g.dev_idx, g.path_idx, g.file, g.number, g.fields[0].v]),
+        runs.map((run) => [run.file, run.path, values(run, 'share.n'), run.timed && [...run.axis]]),
         [
-            [0, 0, [0, 0, 1], [1, 3, 2], [1, 3, 5]],
-            [0, 1, [0], [2], [2]],
-            [1, 0, [1], [1], [4]],
+            ['capture-0.txt', 'dev_idx 0, path_idx 0', [1, 3], [0, 0.12]],
+            ['capture-0.txt', 'dev_idx 0, path_idx 1', [2], false],
+            ['capture-1.txt', 'dev_idx 1, path_idx 0', [4, 5], false],
+            ['capture-1.txt', 'dev_idx 1, path_idx 0', [6], false],
+            ['capture-1.txt', 'dev_idx 0, path_idx 0', [7, 8], [0, 0]],
+            ['capture-1.txt', 'dev_idx 0, path_idx 0', [9], [0]],
         ],
     );
+    assert.deepEqual([...runs[2].missed], [[1, 2]]);
+    assert.deepEqual(runs[2].marks, [[1, '<b>lamp']]);
+    assert.match(runs[0].originOf(1), /^capture-0\.txt, snapshot 3, .*time 9\.62$/);
 });
 
-test('time is an axis only where all have it and none goes back', () => {
-    const timed = (...times) =>
-        model(
-            times
-                .map(
-                    (time) =>
-                        `${time === null ? '' : `time = ${time}\n`}dev_idx = 0, path_idx = 0\nshare.fps = 1\n`,
-                )
-                .join(''),
-        ).groups[0].time;
-    assert.deepEqual(timed('9.5', '10.25', '10.25', '100'), [9.5, 10.25, 10.25, 100]);
-    assert.equal(timed('9.5', null, '11'), null);
-    assert.equal(timed('9.5', '10.5', '10.25'), null);
-    assert.equal(timed('9.5', 'nan'), null);
-});
-
-test('--max thins evenly, keeps the ends of each path, and says so', () => {
-    const text = Array.from(
-        { length: 101 },
-        (_, i) => `dev_idx = 0, path_idx = ${i % 2}\nshare.n = ${i}\n`,
-    ).join('');
-    const file = write('long.txt', text);
-    const thinned = (max) => {
-        assert.equal(vordascope('report', '--max', String(max), '-o', 'thin.html', file).status, 0);
-        return modelOf(`${scratch}/thin.html`).groups.map((g) => [
-            g.read,
-            field({ groups: [g] }, 'share', 'n').v,
-        ]);
-    };
-    assert.deepEqual(thinned(12), [
-        [51, [0, 20, 40, 60, 80, 100]],
-        [50, [1, 25, 49, 73, 99].map((n) => n)],
-    ]);
-    assert.deepEqual(
-        thinned(1).map(([, v]) => v),
-        [[0], [1]],
+test('long lists are thinned where they change too often, all else is complete', () => {
+    const long = (n) => Array.from({ length: 17 }, (_, i) => n * 100 + i).join(', ');
+    const snapshots = Array.from({ length: 101 }, (_, n) =>
+        snapshot(`share.n = ${n * n}`, `share.often = ${long(n)}`, `share.once = ${long(n >> 5)}`),
     );
-    assert.equal(thinned(101)[0][1].length, 51);
+    const file = write('long.txt', snapshots.join(''));
+    const { stderr } = vordascope('report', '--max', '12', '-o', 'thin.html', file);
+    assert.match(stderr, /long\.txt: One of 16 snapshots has the 1 field of more than 16 values/);
+    const m = modelOf(`${scratch}/thin.html`);
+    assert.match(m.notes[0].text, /One of 16/);
+    const run = new Run(m.runs[0], m);
+    const field = run.field('share.often');
+    for (let n = 0; n < 101; n++) {
+        assert.equal(run.field('share.n').at(n), n * n);
+        assert.equal(run.field('share.once').at(n)[0], 100 * (n >> 5));
+        const of = n === 100 ? 100 : n - (n % 16);
+        assert.deepEqual([field.pictureOf(n), field.at(n)[0]], [of, of * 100], `snapshot ${n}`);
+    }
+});
+
+test('a capture of anything takes no more memory than a few times its size', () => {
+    const many = Array.from({ length: 50000 }, (_, n) => snapshot(`share.k${n} = ${n}`)).join('');
+    const back = Array.from(
+        { length: 3000 },
+        (_, n) => `time = ${9000 - n}\n${snapshot('share.a = 1')}`,
+    );
+    const files = [write('keys.txt', many), write('back.txt', back.join(''))];
+    const { stderr } = vordascope('report', '-o', 'hostile.html', ...files);
+    assert.match(stderr, /30999 values left out: there are more than 20000 names/);
+    assert.match(stderr, /2001 snapshots left out: there are more than 1000 runs/);
+    const m = modelOf(`${scratch}/hostile.html`);
+    assert.deepEqual([m.runs.length, m.names.length, m.notes.length], [1000, 20000, 2]);
+    assert.ok(inflated(`${scratch}/hostile.html`, 'captures').length < 3 * many.length);
 });
 
 test('what cannot be read is told', () => {
@@ -203,7 +230,7 @@ test('what cannot be read is told', () => {
         m.notes.map((note) => note.file),
         [0, 2],
     );
-    assert.deepEqual(m.groups[0].cut, [0]);
+    assert.deepEqual(m.runs[0].cut, [0]);
 });
 
 test('a file that is not there or empty does not take the others with it', () => {
@@ -212,7 +239,7 @@ test('a file that is not there or empty does not take the others with it', () =>
     assert.equal(status, 2);
     assert.match(stderr, /gone\.txt: No such file.*\n.*empty\.txt: no snapshot/);
     const m = modelOf(`${scratch}/gone.html`);
-    assert.deepEqual([m.groups.length, m.groups[0].file], [1, [1]]);
+    assert.deepEqual([m.runs.length, m.runs[0].file], [1, 1]);
     assert.deepEqual(
         m.notes.map(({ file, text }) => [file, /No such file|no snapshot/.exec(text)[0]]),
         [

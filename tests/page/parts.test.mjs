@@ -6,7 +6,7 @@ import { inflateSync } from 'node:zlib';
 import { difference, differenceText } from '../../utils/host/vordascope/page/src/compare.js';
 import { fromFragment, toFragment } from '../../utils/host/vordascope/page/src/fragment.js';
 import { PLAIN, SECTIONS } from '../../utils/host/vordascope/page/src/known.js';
-import { number, Series } from '../../utils/host/vordascope/page/src/model.js';
+import { Moment, number, Run } from '../../utils/host/vordascope/page/src/model.js';
 import { plan } from '../../utils/host/vordascope/page/src/plan.js';
 import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import { finder } from '../../utils/host/vordascope/page/src/search.js';
@@ -22,11 +22,11 @@ const reader = inflateSync(
 /** Every item of two stitched sensors. */
 const stitched = `dev_idx = 0, path_idx = 0\n${readFileSync(kept('tests/golden/distinct.txt'), 'latin1')}`;
 
-/** The series of the first path of a capture. */
-async function seriesOf(content) {
+/** The first run of a capture. */
+async function runOf(content) {
     const captures = [{ name: 'capture.txt', content: new Blob([content]) }];
     const model = JSON.parse(await readModel(reader, captures));
-    return new Series(model.groups[0], model.files);
+    return new Run(model.runs[0], model);
 }
 
 const isPlain = ({ item, key }) =>
@@ -39,10 +39,10 @@ test('every list and grid of every item is drawn, or listed as plain numbers', a
     const drawnCards = new Set();
     const usedRows = new Set();
     for (const content of captures) {
-        const series = await seriesOf(content);
-        const cards = plan(series);
+        const run = await runOf(content);
+        const cards = plan(run);
         const drawn = new Set(cards.flatMap(({ fields }) => fields));
-        const arrays = series.fields.filter(({ shape }) => shape !== 'scalar');
+        const arrays = run.fields.filter(({ shape }) => shape !== 'scalar');
         assert.ok(arrays.length > 3);
         const unknown = arrays.filter((field) => !drawn.has(field) && !isPlain(field));
         assert.deepEqual(
@@ -69,19 +69,18 @@ test('every list and grid of every item is drawn, or listed as plain numbers', a
 });
 
 test('cards of two sensors are told apart, and draw rows in their order', async () => {
-    const series = await seriesOf(stitched);
-    const titles = plan(series).map(({ title }) => title);
+    const run = await runOf(stitched);
+    const titles = plan(run).map(({ title }) => title);
     for (const title of ['Lens shading, LSC0', 'Lens shading, LSC1', 'CRC curves, CRC1'])
         assert.ok(titles.includes(title), title);
-    const levels = plan(series).find(
-        ({ item, card }) => item === 'intl.nr' && card.draw === 'maps',
-    );
-    const rows = levels.parts[0].rows(0);
+    const levels = plan(run).find(({ item, card }) => item === 'intl.nr' && card.draw === 'maps');
+    const now = new Moment(run, 0);
+    const rows = levels.parts[0].rows(now);
     assert.deepEqual([rows.length, rows[0].length], [17, 9]);
-    assert.deepEqual(rows[16], series.field('intl.nr.lut_ma_y_lut_i-16').at(0));
-    const scenes = plan(series).find(({ card }) => card.draw === 'family');
+    assert.deepEqual(rows[16], run.field('intl.nr.lut_ma_y_lut_i-16').at(0));
+    const scenes = plan(run).find(({ card }) => card.draw === 'family');
     assert.deepEqual(
-        scenes.parts.map(({ y }) => y.numbers(0).length),
+        scenes.parts.map(({ y }) => y.numbers(now).length),
         Array(11).fill(33),
     );
 });
@@ -166,17 +165,27 @@ test('a scale stands still, but never leaves out what shows', () => {
     const extents = Array.from({ length: 30 }, (_, n) => [10 + (n % 3), 200 - (n % 3)]);
     extents[7] = [0, 65535];
     extents[8] = [Number.NaN, Number.NaN];
-    assert.deepEqual(steadyRange(extents, [3]), [10, 200]);
-    assert.deepEqual(steadyRange(extents, [8]), [10, 200]);
-    assert.deepEqual(steadyRange(extents, [3, 7]), [0, 65535]);
-    assert.deepEqual(steadyRange([[5, 6]], [29]), [5, 6]);
+    assert.deepEqual(steadyRange(extents, [extents[3]]), [10, 200]);
+    assert.deepEqual(steadyRange(extents, [extents[8]]), [10, 200]);
+    assert.deepEqual(steadyRange(extents, [extents[3], extents[7]]), [0, 65535]);
+    assert.deepEqual(steadyRange([[5, 6]], []), [5, 6]);
 });
 
 test('a view survives as a fragment, and a wrong fragment does no harm', () => {
-    const defaults = { path: 0, n: 299, a: null, only: false, query: '', step: null, added: [] };
+    const defaults = {
+        run: 0,
+        n: 299,
+        against: null,
+        a: null,
+        only: false,
+        query: '',
+        step: null,
+        added: [],
+    };
     const view = {
-        path: 1,
+        run: 1,
         n: 0,
+        against: 2,
         a: 41,
         only: true,
         query: 'nr/ lut=1&2 #ü',
@@ -185,17 +194,16 @@ test('a view survives as a fragment, and a wrong fragment does no harm', () => {
     };
     assert.deepEqual({ ...defaults, ...fromFragment(`#${toFragment(view, defaults)}`) }, view);
     assert.equal(toFragment(defaults, defaults), '');
-    const compared = { ...defaults, a: 0 };
+    const compared = { ...defaults, against: 0, a: 0 };
     assert.equal(fromFragment(toFragment(defaults, compared)).a, null);
-    assert.deepEqual(fromFragment('#n=-1&a=x&step=9-3&path=1e9&only=<b>&%E0%A4%A'), {});
+    assert.deepEqual(fromFragment('#n=-1&a=x&step=9-3&run=1e9&only=<b>&%E0%A4%A'), {});
 });
 
 test('a search takes every word, and values', async () => {
-    const series = await seriesOf(
-        'dev_idx = 0, path_idx = 0\n=== cfg.nr ===\nfir.a = 12\nfir.b = 1\n',
-    );
+    const run = await runOf('dev_idx = 0, path_idx = 0\n=== cfg.nr ===\nfir.a = 12\nfir.b = 1\n');
+    const now = new Moment(run, 0);
     const found = (query) =>
-        series.fields.filter((field) => finder(query).field(field, 0)).map(({ key }) => key);
+        run.fields.filter((field) => finder(query).field(field, now)).map(({ key }) => key);
     assert.deepEqual(found(''), ['fir.a', 'fir.b']);
     assert.deepEqual(found('FIR .A'), ['fir.a']);
     assert.deepEqual(found('nr.fir.b'), ['fir.b']);

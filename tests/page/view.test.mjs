@@ -31,7 +31,11 @@ const press = async (page, ...keys) => {
     );
 };
 const texts = (page, selector) => page.$$eval(selector, (all) => all.map((one) => one.textContent));
-const place = (page) => page.$eval('.place', (output) => output.textContent);
+/** What stands beside the sliders: "#3 of 40 · 2 s", in a comparison "A ..., B ...". */
+const place = (page) =>
+    page.$$eval('.snapshot-line:not([hidden]) .place', (all) =>
+        all.length > 1 ? `A ${all[1].textContent}, ${all[0].textContent}` : all[0].textContent,
+    );
 /** The value that a key figure shows. */
 const figure = (page, title) =>
     page.$$eval(
@@ -96,17 +100,17 @@ test('a card that fails says so, and the others stand', async (t) => {
 
 test('keys step through a series, compare and measure nothing twice', async (t) => {
     const page = await show(t, { 'series.txt': many() });
-    const last = `${SNAPSHOTS} / ${SNAPSHOTS} · ${SNAPSHOTS} s`;
+    const last = `#${SNAPSHOTS} of ${SNAPSHOTS} · ${SNAPSHOTS - 1} s`;
     assert.equal(await place(page), last);
     await press(page, 'ArrowLeft', 'ArrowLeft', 'Shift+ArrowLeft');
-    assert.equal(await place(page), `${SNAPSHOTS - 12} / ${SNAPSHOTS} · ${SNAPSHOTS - 12} s`);
+    assert.equal(await place(page), `#${SNAPSHOTS - 12} of ${SNAPSHOTS} · ${SNAPSHOTS - 13} s`);
     await press(page, 'Home', 'ArrowLeft');
-    assert.equal(await place(page), `1 / ${SNAPSHOTS} · 1 s`);
+    assert.equal(await place(page), `#1 of ${SNAPSHOTS} · 0 s`);
     await press(page, 'c', 'ArrowRight', 'ArrowRight', 'ArrowRight');
-    assert.equal(await place(page), 'A 1 · 1 s → B 4 · 4 s');
+    assert.equal(await place(page), 'A #1 · 0 s, B #4 · 3 s');
     assert.ok((await shownSections(page)).includes('Differences'));
     await press(page, 'x');
-    assert.equal(await place(page), 'A 4 · 4 s → B 1 · 1 s');
+    assert.equal(await place(page), 'A #4 · 3 s, B #1 · 0 s');
     await press(page, 'c', 'End');
     assert.equal(await place(page), last);
     assert.ok(!(await shownSections(page)).includes('Differences'));
@@ -115,10 +119,10 @@ test('keys step through a series, compare and measure nothing twice', async (t) 
     await page.clock.pauseAt(1000);
     await page.keyboard.press(' ');
     await page.clock.runFor(250);
-    assert.equal(await place(page), `4 / ${SNAPSHOTS} · 4 s`);
+    assert.equal(await place(page), `#4 of ${SNAPSHOTS} · 3 s`);
     await page.keyboard.press('ArrowRight');
     await page.clock.runFor(1000);
-    assert.equal(await place(page), `5 / ${SNAPSHOTS} · 5 s`);
+    assert.equal(await place(page), `#5 of ${SNAPSHOTS} · 4 s`);
 });
 
 test('keys belong to the field that has the focus', async (t) => {
@@ -146,7 +150,7 @@ test('two captures are compared: figures, cards and fields say what changed', as
     const page = await show(t, { 'before.txt': one, 'after.txt': after });
     assert.equal(await figure(page, 'Exposure time'), '8000 → 40000');
     assert.equal(await figure(page, 'Total gain'), '1024');
-    assert.equal(await place(page), 'A 1 · before.txt → B 2 · after.txt');
+    assert.equal(await place(page), 'A before.txt · #1, B after.txt · #1');
     assert.deepEqual(await texts(page, '.differences tr'), [
         'cfg.calDBC / level_g01024 -> 1000  (-24, -2.34 %)',
         'shareinttime8000 -> 40000  (+32000, +400 %)',
@@ -226,7 +230,7 @@ test('a series shows what series prints', async (t) => {
     assert.equal(new Set(rows.map((row) => row.replace(/^\d+,/, ''))).size > 5, true);
     await press(page, 'Home');
     for (const row of rows) {
-        const time = (await place(page)).match(/· (\d+) s$/)[1];
+        const time = Number((await place(page)).match(/· (\d+) s$/)[1]) + 1;
         const values = [];
         for (const title of ['Exposure time', 'Gains', 'White balance gains'])
             values.push(...(await texts(page, `#time [data-title="${title}"] .reading`)));
@@ -287,7 +291,7 @@ test('a drag across a chart measures, a click goes there', async (t) => {
     await page.mouse.click(x(6), box.y + 20);
     await page.keyboard.up('Shift');
     await page.waitForFunction(() =>
-        document.querySelector('.place').textContent.startsWith('A 7 → B 3'),
+        document.querySelector('.place').textContent.startsWith('B #3'),
     );
     await page.selectOption('.below select', 'share.odd');
     await page.waitForSelector('[data-title="share.odd"]');
@@ -302,39 +306,61 @@ test('an address leads back to the same view', async (t) => {
         { 'series.txt': many() },
         { fragment: '#n=7&a=3&only=changed&find=inttime&step=5-20' },
     );
-    assert.equal(await place(page), 'A 3 · 3 s → B 7 · 7 s');
+    assert.equal(await place(page), 'A #3 · 2 s, B #7 · 6 s');
     assert.equal(await page.$eval('input[type=search]', (input) => input.value), 'inttime');
     assert.equal(await page.getAttribute('.tools button', 'aria-pressed'), 'true');
     await press(page, 'ArrowRight', 'o');
-    await page.waitForFunction(() => window.location.hash === '#n=8&a=3&find=inttime&step=5-20');
+    await page.waitForFunction(() => window.location.hash === '#n=8&a=1.3&find=inttime&step=5-20');
     await page.evaluate(() => {
         window.location.hash = '#n=2';
     });
     await page.waitForFunction(() =>
-        document.querySelector('.place').textContent.startsWith('2 /'),
+        document.querySelector('.place').textContent.includes('#2'),
     );
-    // Other captures begin anew.
-    await drop(page, { name: 'one.txt', content: one });
-    await page.waitForFunction(() => document.title.startsWith('one.txt'));
-    await page.waitForFunction(() => window.location.hash === '');
 });
 
-test('paths are kept apart, and a switch leads from one to the other', async (t) => {
-    const text = (path, inttime) => `dev_idx = 0, path_idx = ${path}\nshare.inttime = ${inttime}\n`;
-    const page = await show(t, { 'both.txt': text(0, 11) + text(1, 22) + text(0, 11) });
-    const pressed = () => texts(page, '.bar [aria-label=path] [aria-pressed=true]');
-    assert.deepEqual(
-        [await figure(page, 'Exposure time'), await pressed()],
-        ['11', ['dev_idx 0, path_idx 0']],
-    );
+test('what is dropped is added as runs, held against each other, and taken away', async (t) => {
+    const text = (path, ...inttimes) =>
+        inttimes
+            .map((one) => `dev_idx = 0, path_idx = ${path}\nshare.inttime = ${one}\n`)
+            .join('');
+    const page = await show(t, { 'both.txt': text(0, 11, 12, 13) + text(1, 22) + text(0, 14) });
+    const runs = () => texts(page, '.run button:first-child');
+    const shown = () => texts(page, '.run [aria-pressed=true]');
+    assert.deepEqual(await runs(), [
+        'both.txt · dev_idx 0, path_idx 04 snapshots',
+        'both.txt · dev_idx 0, path_idx 11 snapshot',
+    ]);
+    assert.equal(await figure(page, 'Exposure time'), '14');
     await press(page, 'p');
-    assert.deepEqual(
-        [await figure(page, 'Exposure time'), await pressed()],
-        ['22', ['dev_idx 0, path_idx 1']],
-    );
-    await page.click('.bar [aria-label=path] button');
-    await page.waitForSelector('.place');
-    assert.equal(await figure(page, 'Exposure time'), '11');
+    assert.equal(await figure(page, 'Exposure time'), '22');
+    // Any snapshot of any run is A.
+    await page.click('.run:first-child [aria-label^=compare]');
+    await page.fill('.reference-line input', '1');
+    await press(page);
+    assert.match(await place(page), /^A both.*path_idx 0 · #2, B both.*path_idx 1 · #1$/);
+    assert.equal(await figure(page, 'Exposure time'), '12 → 22');
+    assert.deepEqual(await texts(page, '.differences tr'), [
+        'shareinttime12 -> 22  (+10, +83.3 %)',
+    ]);
+    await page.waitForFunction(() => window.location.hash === '#run=2&n=1&a=1.2');
+
+    // A text without a snapshot changes nothing and says why; a capture becomes one run more.
+    await drop(page, { name: 'letter.txt', content: 'Dear all\n' });
+    await page.waitForSelector('.notice');
+    assert.match((await texts(page, '.notice')).join(), /letter\.txt: There is no snapshot/);
+    assert.equal(await figure(page, 'Exposure time'), '12 → 22');
+    await drop(page, { name: 'third.txt', content: text(0, 33) });
+    await page.waitForFunction(() => document.querySelectorAll('.run').length === 3);
+    assert.equal(await figure(page, 'Exposure time'), '12 → 22');
+    assert.deepEqual(await shown(), ['A', 'both.txt · dev_idx 0, path_idx 11 snapshot']);
+
+    await page.click('[aria-label="take both.txt · dev_idx 0, path_idx 1 away"]');
+    await page.waitForFunction(() => document.querySelectorAll('.run').length === 2);
+    // What is left are a run before and one after of the same path.
+    assert.equal(await figure(page, 'Exposure time'), '14 → 33');
+    for (let i = 0; i < 2; i++) await page.click('.run [aria-label^=take], .bar [aria-label^=take]');
+    await page.waitForSelector('main.empty');
 });
 
 test('what could not be read is said, and never takes the rest with it', async (t) => {
@@ -346,8 +372,10 @@ test('what could not be read is said, and never takes the rest with it', async (
     assert.match(notices, /3 lines could not be read/);
     assert.match(notices, /bad\.txt:3.*\?\? <b>what<\/b>/);
     assert.equal(await figure(page, 'Exposure time'), '5');
-    const empty = await show(t, { 'none.txt': '' });
-    assert.match(await empty.innerText('main'), /There is no snapshot/);
+    const empty = await open(t, emptyPage());
+    await drop(empty, { name: 'none.txt', content: '' });
+    await empty.waitForSelector('.notice');
+    assert.match(await empty.innerText('main'), /none\.txt: There is no snapshot/);
 });
 
 test('names and values of a capture are text, whatever they are', async (t) => {

@@ -184,10 +184,12 @@ void add_report(CommandLine &line)
     verb->add_option("-o,--output", options.out,
                      "Where the page goes; standard output when left out")
         ->type_name("OUT.html");
-    verb->add_option("--max", options.most,
-                     "Show at most N snapshots, evenly spread (1000 when left out)")
+    verb->add_option(
+            "--max", options.pictures,
+            "Keep the grids and long lists of at most N snapshots of a run (512 when left\n"
+            "out); scalars and lists of up to 16 values are always kept")
         ->type_name("N")
-        ->check(CLI::Range(1, 1000000));
+        ->check(CLI::Range(2, 1000000));
     verb->add_option("FILE", options.files, "Captures")->required();
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 
 namespace vordascope
 {
@@ -50,27 +51,34 @@ double seconds(std::string_view text)
     return text.starts_with('-') ? -value : value;
 }
 
-// Which of `all` snapshots are shown: `most` of them, evenly spread, the first and the last too.
-std::vector<uint32_t> spread(size_t all, size_t most)
+// The next multiple of `step`.
+uint32_t round_up(uint32_t at, uint32_t step)
 {
-    const size_t count = std::min(all, most);
-    std::vector<uint32_t> chosen(count);
-    for (size_t i = 0; i < count; i++)
-        chosen[i] = static_cast<uint32_t>(count == 1 ? 0 : i * (all - 1) / (count - 1));
-    return chosen;
+    return (at + step - 1) / step * step;
 }
 
-// A list of `count` elements, each of which `append` writes by its index.
-template <typename Append>
-void append_list(std::string &out, size_t count, Append append)
+// Drops what stands before snapshot `first`; what holds there stays, from there on.
+template <typename Change>
+void forget_before(std::vector<Change> &changes, uint32_t first)
 {
-    out += '[';
-    for (size_t i = 0; i < count; i++) {
-        if (i != 0)
-            out += ',';
-        append(i);
-    }
-    out += ']';
+    auto behind = std::find_if(changes.begin(), changes.end(),
+                               [first](const Change &change) { return change.at > first; });
+    if (behind == changes.begin())
+        return;
+    (--behind)->at = first;
+    changes.erase(changes.begin(), behind);
+}
+
+void append_member(std::string &out, std::string_view name, uint64_t value)
+{
+    ((out += '"') += name) += "\":";
+    put_json(value, out);
+    out += ',';
+}
+
+std::string counted(uint64_t count, const char *what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 } // namespace
@@ -78,6 +86,7 @@ void append_list(std::string &out, size_t count, Append append)
 void Model::begin_file(std::string_view name)
 {
     files_.push_back({std::string(name), 0});
+    open_runs_.clear();
 }
 
 void Model::note(std::string_view text)
@@ -85,45 +94,7 @@ void Model::note(std::string_view text)
     notes_.push_back({static_cast<uint32_t>(files_.size() - 1), std::string(text)});
 }
 
-Model::Group &Model::group_of(const Snapshot &snapshot)
-{
-    const uint64_t key = uint64_t{snapshot.dev_idx} << 32 | snapshot.path_idx;
-    const auto [found, is_new] = group_of_.emplace(key, groups_.size());
-    if (is_new)
-        groups_.push_back({snapshot.dev_idx, snapshot.path_idx, {}, {}, {}});
-    return groups_[found->second];
-}
-
-Model::Column &Model::column_of(Group &group, const Snapshot &snapshot, const Field &field,
-                                const std::string &node, size_t expected)
-{
-    // Fields come in the same order in nearly every snapshot.
-    if (expected < group.columns.size()) {
-        Column &column = group.columns[expected];
-        if (column.key == field.key && column.node == node)
-            return column;
-    }
-    const auto [found, is_new] =
-        group.column_of.emplace(node + '\n' + std::string(field.key), group.columns.size());
-    if (is_new) {
-        group.columns.push_back({.node = node,
-                                 .item = snapshot.item(field),
-                                 .block = snapshot.block(field),
-                                 .key = std::string(field.key),
-                                 .note = std::string(field.note),
-                                 .kind = kind_of(snapshot, field),
-                                 .note_stays = true,
-                                 .text = {},
-                                 .count = 0,
-                                 .columns = 0,
-                                 .shape = field.shape,
-                                 .until = 0,
-                                 .changes = {}});
-    }
-    return group.columns[found->second];
-}
-
-void Model::add(const Snapshot &snapshot)
+void Model::add_unread(const Snapshot &snapshot)
 {
     const auto file = static_cast<uint32_t>(files_.size() - 1);
     unread_count_ += snapshot.unread.size();
@@ -135,164 +106,564 @@ void Model::add(const Snapshot &snapshot)
             text += "...";
         unread_.push_back({file, unread.line, std::move(text), unread.why});
     }
-    if (!snapshot.indexed)
+}
+
+// The run that a snapshot belongs to, a new one where it has to begin.
+std::optional<uint32_t> Model::run_of(const Snapshot &snapshot)
+{
+    const uint64_t key = uint64_t{snapshot.dev_idx} << 32 | snapshot.path_idx;
+    const auto open = open_runs_.find(key);
+    if (open != open_runs_.end()) {
+        const Run &run = runs_[open->second];
+        const bool time_goes_back = snapshot.timed && seconds(snapshot.time.text()) < run.last_time;
+        if (!time_goes_back && snapshot.frame.value_or(run.last_frame) >= run.last_frame)
+            return open->second;
+    }
+    if (runs_.size() == RUNS_MOST) {
+        snapshots_left_out_++;
+        return {};
+    }
+    const auto index = static_cast<uint32_t>(runs_.size());
+    Run run;
+    run.file = static_cast<uint32_t>(files_.size() - 1);
+    run.dev_idx = snapshot.dev_idx;
+    run.path_idx = snapshot.path_idx;
+    runs_.push_back(std::move(run));
+    open_runs_[key] = index;
+    return index;
+}
+
+// What a snapshot says of itself.
+void Model::add_origin(Run &run, const Snapshot &snapshot)
+{
+    const uint32_t at = run.end++;
+    run.number.put(at, snapshot.number);
+    run.timed = run.timed && snapshot.timed;
+    if (snapshot.timed) {
+        run.time.put(at, snapshot.time);
+        run.last_time = seconds(snapshot.time.text());
+    }
+    run.framed = run.framed && snapshot.frame.has_value();
+    if (snapshot.frame) {
+        run.frame.put(at, *snapshot.frame);
+        run.last_frame = *snapshot.frame;
+    }
+    if (snapshot.missed > 0)
+        run.missed.emplace_back(at, snapshot.missed);
+    for (const std::string_view mark : snapshot.marks)
+        run.marks.emplace_back(at, mark);
+    run.labels = snapshot.labels;
+    if (snapshot.cut)
+        run.cut.push_back(at);
+    files_[run.file].snapshots++;
+}
+
+// The number of a field's name; `node` is the path of what it belongs to.
+std::optional<uint32_t> Model::name_of(const Snapshot &snapshot, const Field &field,
+                                       const std::string &node)
+{
+    std::string path = node + '\n' + std::string(field.key);
+    const auto known = name_of_.find(path);
+    if (known != name_of_.end())
+        return known->second;
+    if (names_.size() == NAMES_MOST)
+        return {};
+    const auto index = static_cast<uint32_t>(names_.size());
+    names_.push_back({node, snapshot.item(field), snapshot.block(field), std::string(field.key)});
+    name_of_.emplace(std::move(path), index);
+    return index;
+}
+
+Model::Column *Model::column_of(Run &run, const Snapshot &snapshot, const Field &field,
+                                const std::string &node, size_t expected)
+{
+    // Fields come in the same order in nearly every snapshot.
+    if (expected < run.columns.size()) {
+        Column &column = run.columns[expected];
+        const Name &name = names_[column.name];
+        if (name.key == field.key && name.node == node)
+            return &column;
+    }
+    const std::optional<uint32_t> name = name_of(snapshot, field, node);
+    if (!name)
+        return nullptr;
+    const auto known = run.column_of.find(*name);
+    if (known != run.column_of.end())
+        return &run.columns[known->second];
+    if (fields_ == FIELDS_MOST)
+        return nullptr;
+    fields_++;
+    run.column_of.emplace(*name, static_cast<uint32_t>(run.columns.size()));
+    Column column = {};
+    column.name = *name;
+    column.kind = kind_of(snapshot, field);
+    column.note = field.note;
+    column.note_stays = true;
+    column.step = 1;
+    run.columns.push_back(std::move(column));
+    return &run.columns.back();
+}
+
+// Keeps the newest picture where it is due.
+void Model::sample(Column &column, uint32_t at)
+{
+    if (!column.newest_due || at % column.step != 0)
         return;
+    column.pictures.push_back({at, std::move(column.newest)});
+    column.newest_due = false;
+}
 
-    Group &group = group_of(snapshot);
-    const auto index = static_cast<uint32_t>(group.snapshots.size());
-    group.snapshots.push_back({file, snapshot.cut, snapshot.number,
-                               std::string(snapshot.timed ? snapshot.time.text() : "")});
-    files_.back().snapshots++;
-    snapshots_++;
-
-    std::vector<std::string> nodes(snapshot.node_count());
-    for (NodeIndex i = 1; i < nodes.size(); i++)
-        nodes[i] = snapshot.path(i, '\n');
-    size_t expected = 0;
-    for (const Field &field : snapshot.fields) {
-        Column &column = column_of(group, snapshot, field, nodes[field.node], expected);
-        expected = static_cast<size_t>(&column - group.columns.data()) + 1;
-        column.note_stays = column.note_stays && column.note == field.note;
-        if (column.until < index)
-            column.changes.push_back({column.until, "null"});
-
-        const std::string_view text = text_of(snapshot, field);
-        const bool alike = column.until == index && index != 0 && column.shape == field.shape &&
-                           column.count == field.count && column.columns == field.columns &&
-                           column.text == text;
-        column.until = index + 1;
-        if (alike)
-            continue;
-
-        std::string json;
-        put_json(snapshot, field, Numbers::javascript, json);
-        if (column.changes.empty() || column.changes.back().json != json)
-            column.changes.push_back({index, std::move(json)});
-        column.text = text;
-        column.shape = field.shape;
-        column.count = field.count;
-        column.columns = field.columns;
-        if (std::strcmp(column.kind, kind_of(snapshot, field)) != 0)
-            column.kind = "text";
+void Model::add_picture(Column &column, uint32_t at, std::string json) const
+{
+    if (!column.newest_due && !column.pictures.empty() && column.pictures.back().json == json)
+        return;
+    column.newest = std::move(json);
+    column.newest_due = true;
+    sample(column, at);
+    while (column.pictures.size() > pictures_) {
+        // Steps are powers of two, so that a picture of one field is there for all that have the
+        // same or a smaller step.
+        column.step *= 2;
+        std::vector<Picture> all = std::move(column.pictures);
+        column.pictures.clear();
+        for (Picture &picture : all) {
+            const uint32_t place = round_up(picture.at, column.step);
+            if (place > at) {
+                column.newest = std::move(picture.json);
+                column.newest_due = true;
+            } else if (!column.pictures.empty() && column.pictures.back().at == place) {
+                column.pictures.back().json = std::move(picture.json);
+            } else {
+                column.pictures.push_back({place, std::move(picture.json)});
+            }
+        }
     }
 }
 
-void Model::append_group(std::string &out, const Group &group, size_t most)
+// Takes in the value that a field has in snapshot `at`. Returns whether it is another one.
+bool Model::add_field(Column &column, uint32_t at, const Snapshot &snapshot, const Field &field)
 {
-    const std::vector<Origin> &all = group.snapshots;
-    const std::vector<uint32_t> shown = spread(all.size(), most);
-    const auto append_index = [&](std::string_view name, uint32_t value) {
-        ((out += '"') += name) += "\":";
-        put_json(value, out);
-        out += ',';
-    };
+    constexpr Form FORMS[] = {Form::scalar, Form::list, Form::rows};
+    const Form form = field.count > SHORT ? Form::is_long : FORMS[static_cast<int>(field.shape)];
+    const FormChange change = {at, field.count, field.columns, form};
+    const bool came = column.forms.empty() || column.until < at;
+    if (came && !column.forms.empty())
+        column.forms.push_back({column.until, 0, 0, Form::absent});
+    column.until = at + 1;
+    column.note_stays = column.note_stays && column.note == field.note;
 
-    out += '{';
-    append_index("dev_idx", group.dev_idx);
-    append_index("path_idx", group.path_idx);
-    append_index("read", static_cast<uint32_t>(all.size()));
-
-    out += "\"file\":";
-    append_list(out, shown.size(), [&](size_t i) { put_json(all[shown[i]].file, out); });
-    out += ",\"number\":";
-    append_list(out, shown.size(), [&](size_t i) { put_json(all[shown[i]].number, out); });
-
-    std::vector<size_t> cut;
-    for (size_t i = 0; i < shown.size(); i++) {
-        if (all[shown[i]].cut)
-            cut.push_back(i);
+    const std::string_view text = text_of(snapshot, field);
+    const bool other_form = came || !(column.forms.back() == change);
+    if (!other_form && column.text == text) {
+        sample(column, at);
+        return false;
     }
-    out += ",\"cut\":";
-    append_list(out, cut.size(), [&](size_t i) { put_json(cut[i], out); });
+    if (other_form)
+        column.forms.push_back(change);
+    column.text = text;
+    if (std::strcmp(column.kind, kind_of(snapshot, field)) != 0)
+        column.kind = "text";
 
-    const bool timed = std::all_of(all.begin(), all.end(),
-                                   [](const Origin &origin) { return !origin.time.empty(); }) &&
-                       std::is_sorted(all.begin(), all.end(), [](const Origin &a, const Origin &b) {
-                           return seconds(a.time) < seconds(b.time);
-                       });
-    out += ",\"time\":";
-    if (timed)
-        append_list(out, shown.size(), [&](size_t i) { out += all[shown[i]].time; });
+    if (form == Form::is_long) {
+        std::string json;
+        put_json(snapshot, field, Numbers::javascript, json);
+        add_picture(column, at, std::move(json));
+        return true;
+    }
+    bool changed = other_form;
+    if (column.parts.size() < field.count)
+        column.parts.resize(field.count);
+    const Value *const values = snapshot.begin(field);
+    for (uint32_t i = 0; i < field.count; i++)
+        changed = column.parts[i].put(at, values[i]) || changed;
+    return changed;
+}
+
+std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *news)
+{
+    add_unread(snapshot);
+    if (!snapshot.indexed)
+        return {};
+    const size_t names_before = names_.size();
+    const std::optional<uint32_t> index = run_of(snapshot);
+    if (!index)
+        return {};
+    Run &run = runs_[*index];
+    const uint32_t at = run.end;
+    add_origin(run, snapshot);
+
+    // With line ends between their names, so that each is the path of one node alone.
+    std::vector<std::string> nodes(snapshot.node_count());
+    for (NodeIndex i = 1; i < nodes.size(); i++)
+        nodes[i] = snapshot.path(i, '\n');
+    std::string changed;
+    size_t expected = 0;
+    for (const Field &field : snapshot.fields) {
+        Column *const column = column_of(run, snapshot, field, nodes[field.node], expected);
+        if (column == nullptr) {
+            fields_left_out_++;
+            continue;
+        }
+        expected = static_cast<size_t>(column - run.columns.data()) + 1;
+        if (!add_field(*column, at, snapshot, field) || news == nullptr)
+            continue;
+        changed += changed.empty() ? "[" : ",[";
+        put_json(column->name, changed);
+        changed += ',';
+        put_json(snapshot, field, Numbers::javascript, changed);
+        ((changed += ",\"") += column->kind) += "\"]";
+    }
+    if (news != nullptr)
+        append_news(*news, *index, snapshot, names_before, changed);
+    return Place{*index, at};
+}
+
+// What add() has to tell of the newest snapshot of a run.
+void Model::append_news(std::string &out, uint32_t index, const Snapshot &snapshot,
+                        size_t names_before, std::string_view changed) const
+{
+    const Run &run = runs_[index];
+    const uint32_t at = run.end - 1;
+    out += '{';
+    append_member(out, "run", index);
+    append_member(out, "snapshot", at - run.first);
+    if (at == 0) {
+        out += "\"begin\":{\"file\":";
+        put_json_string(files_[run.file].name, out);
+        out += ',';
+        append_member(out, "dev_idx", run.dev_idx);
+        append_member(out, "path_idx", run.path_idx);
+        out.back() = '}';
+        out += ',';
+    }
+    append_member(out, "number", snapshot.number);
+    out += "\"time\":";
+    if (snapshot.timed)
+        put_json_string(snapshot.time.text(), out);
     else
         out += "null";
-
-    out += ",\"fields\":[";
+    out += ",\"frame\":";
+    if (snapshot.frame)
+        put_json(*snapshot.frame, out);
+    else
+        out += "null";
+    out += ',';
+    append_member(out, "missed", snapshot.missed);
+    out += "\"marks\":";
+    append_list(out, snapshot.marks.size(),
+                [&](size_t i) { put_json_string(snapshot.marks[i], out); });
+    out += ",\"labels\":";
+    append_labels(out, run);
+    out += snapshot.cut ? ",\"cut\":true" : ",\"cut\":false";
+    out += ",\"names\":";
+    append_list(out, names_.size() - names_before,
+                [&](size_t i) { append_name(out, names_before + i); });
+    ((out += ",\"fields\":[") += changed) += "],\"gone\":[";
     bool first = true;
-    for (const Column &column : group.columns) {
-        // The values of the snapshots shown; one that stays the same is one value.
-        std::vector<std::string_view> values(shown.size(), "null");
-        size_t change = 0;
-        for (size_t i = 0; i < shown.size() && shown[i] < column.until; i++) {
-            while (change + 1 < column.changes.size() &&
-                   column.changes[change + 1].from <= shown[i])
-                change++;
-            values[i] = column.changes[change].json;
-        }
-        const bool stays = std::all_of(values.begin(), values.end(),
-                                       [&](std::string_view v) { return v == values.front(); });
-
-        out += first ? "{\"item\":" : ",\n{\"item\":";
+    for (const Column &column : run.columns) {
+        if (column.until != at || column.forms.empty())
+            continue;
+        out += first ? "" : ",";
         first = false;
-        put_json_string(column.item, out);
-        out += ",\"block\":";
-        put_json_string(column.block, out);
-        out += ",\"key\":";
-        put_json_string(column.key, out);
-        ((out += ",\"kind\":\"") += column.kind) += '"';
-        if (column.note_stays && !column.note.empty()) {
-            out += ",\"note\":";
-            put_json_string(column.note, out);
-        }
-        out += ",\"v\":";
-        append_list(out, stays ? 1 : values.size(), [&](size_t i) { out += values[i]; });
-        out += '}';
+        put_json(column.name, out);
     }
     out += "]}";
 }
 
-std::string Model::json(size_t most) const
+void Model::forget(Place before)
 {
-    std::string out = "{\"vorda_page\":1,\"files\":";
+    Run &run = runs_[before.run];
+    run.first = std::min(before.snapshot, run.end);
+    const uint32_t first = run.first;
+    if (first == run.end) {
+        fields_ -= run.columns.size();
+        run.columns.clear();
+        run.column_of.clear();
+    }
+    for (Course *course : {&run.number, &run.time, &run.frame})
+        course->forget(first);
+    std::erase_if(run.missed, [first](const auto &entry) { return entry.first < first; });
+    std::erase_if(run.marks, [first](const auto &entry) { return entry.first < first; });
+    std::erase_if(run.cut, [first](uint32_t at) { return at < first; });
+    for (Column &column : run.columns) {
+        forget_before(column.forms, first);
+        forget_before(column.pictures, first);
+        for (Course &part : column.parts)
+            part.forget(first);
+    }
+}
+
+std::vector<Model::Note> Model::limits_reached() const
+{
+    std::vector<Note> notes;
+    for (const Run &run : runs_) {
+        size_t thinned = 0;
+        uint32_t step = 1;
+        for (const Column &column : run.columns) {
+            thinned += column.step > 1;
+            step = std::max(step, column.step);
+        }
+        if (thinned > 0)
+            notes.push_back({run.file, "One of " + std::to_string(step) + " snapshots has the " +
+                                           counted(thinned, "field") + " of more than " +
+                                           std::to_string(SHORT) +
+                                           " values that change; all others are complete."});
+    }
+    const bool names = names_.size() == NAMES_MOST;
+    if (fields_left_out_ > 0)
+        notes.push_back({{},
+                         counted(fields_left_out_, "value") + " left out: there are more than " +
+                             std::to_string(names ? NAMES_MOST : FIELDS_MOST) +
+                             (names ? " names of fields." : " fields.")});
+    if (snapshots_left_out_ > 0)
+        notes.push_back({{},
+                         counted(snapshots_left_out_, "snapshot") +
+                             " left out: there are more than " + std::to_string(RUNS_MOST) +
+                             " runs."});
+    return notes;
+}
+
+std::vector<std::string> Model::left_out() const
+{
+    std::vector<std::string> texts;
+    for (const Note &note : limits_reached())
+        texts.push_back((note.file ? files_[*note.file].name + ": " : "") + note.text);
+    return texts;
+}
+
+void Model::append_name(std::string &out, size_t name) const
+{
+    const Name &names = names_[name];
+    out += '[';
+    put_json_string(names.item, out);
+    out += ',';
+    put_json_string(names.block, out);
+    out += ',';
+    put_json_string(names.key, out);
+    out += ']';
+}
+
+void Model::append_pictures(std::string &out, const Run &run, const Column &column)
+{
+    append_member(out, "step", column.step);
+    out += "\"at\":[";
+    uint32_t last = run.first;
+    for (const Picture &picture : column.pictures) {
+        out += last == run.first && &picture == column.pictures.data() ? "" : ",";
+        put_json(picture.at - last, out);
+        last = picture.at;
+    }
+    if (column.newest_due) {
+        out += column.pictures.empty() ? "" : ",";
+        put_json(column.until - 1 - last, out);
+    }
+    out += "],\"v\":[";
+    for (const Picture &picture : column.pictures) {
+        out += &picture == column.pictures.data() ? "" : ",";
+        out += picture.json;
+    }
+    if (column.newest_due)
+        (out += column.pictures.empty() ? "" : ",") += column.newest;
+    out += ']';
+}
+
+// The value of a field that is the same in every snapshot.
+void Model::append_value_of(std::string &out, const Column &column)
+{
+    const FormChange &form = column.forms.front();
+    if (form.form == Form::is_long) {
+        out += column.newest_due ? column.newest : column.pictures.front().json;
+        return;
+    }
+    const auto part = [&](size_t i) { column.parts[i].append_last(out); };
+    if (form.form == Form::scalar)
+        return part(0);
+    if (form.form == Form::list)
+        return append_list(out, form.count, part);
+    const size_t rows = (form.count + form.columns - 1) / form.columns;
+    append_list(out, rows, [&](size_t row) {
+        const size_t from = row * form.columns;
+        append_list(out, std::min<size_t>(form.columns, form.count - from),
+                    [&](size_t i) { part(from + i); });
+    });
+}
+
+void Model::append_column(std::string &out, const Run &run, const Column &column)
+{
+    out += '{';
+    append_member(out, "name", column.name);
+    ((out += "\"kind\":\"") += column.kind) += "\",";
+    if (column.note_stays && !column.note.empty()) {
+        out += "\"note\":";
+        put_json_string(column.note, out);
+        out += ',';
+    }
+    const bool stays = column.forms.size() == 1 && column.forms.front().at <= run.first &&
+                       column.until == run.end && column.pictures.size() + column.newest_due <= 1 &&
+                       std::all_of(column.parts.begin(), column.parts.end(),
+                                   [](const Course &part) { return part.changes() == 1; });
+    if (stays) {
+        out += "\"value\":";
+        append_value_of(out, column);
+        out += '}';
+        return;
+    }
+    const auto append_form = [&](size_t i) {
+        constexpr const char *WORDS[] = {"null", "\"scalar\"", "\"list\"", "\"rows\"", "\"long\""};
+        const bool ends = i == column.forms.size();
+        const FormChange &form = column.forms[ends ? 0 : i];
+        out += '[';
+        put_json((ends ? column.until : form.at) - run.first, out);
+        (out += ',') += ends ? "null" : WORDS[static_cast<int>(form.form)];
+        if (!ends && (form.form == Form::list || form.form == Form::rows)) {
+            out += ',';
+            put_json(form.count, out);
+        }
+        if (!ends && form.form == Form::rows) {
+            out += ',';
+            put_json(form.columns, out);
+        }
+        out += ']';
+    };
+    out += "\"form\":";
+    append_list(out, column.forms.size() + (column.until < run.end), append_form);
+    if (!column.parts.empty()) {
+        out += ",\"parts\":";
+        append_list(out, column.parts.size(),
+                    [&](size_t i) { column.parts[i].append(out, run.first); });
+    }
+    if (!column.pictures.empty() || column.newest_due) {
+        out += ',';
+        append_pictures(out, run, column);
+    }
+    out += '}';
+}
+
+void Model::append_labels(std::string &out, const Run &run)
+{
+    out += '{';
+    for (const Label &label : run.labels) {
+        out += &label == run.labels.data() ? "" : ",";
+        put_json_string(label.key, out);
+        out += ':';
+        put_json_string(label.value, out);
+    }
+    out += '}';
+}
+
+void Model::append_origin(std::string &out, const Run &run)
+{
+    out += "\"number\":";
+    run.number.append(out, run.first);
+    for (const auto &[name, course, known] : {std::tuple(",\"time\":", &run.time, run.timed),
+                                              std::tuple(",\"frame\":", &run.frame, run.framed)}) {
+        out += name;
+        if (known)
+            course->append(out, run.first);
+        else
+            out += "null";
+    }
+    out += ",\"missed\":";
+    append_list(out, run.missed.size(), [&](size_t i) {
+        out += '[';
+        put_json(run.missed[i].first - run.first, out);
+        out += ',';
+        put_json(run.missed[i].second, out);
+        out += ']';
+    });
+    out += ",\"marks\":";
+    append_list(out, run.marks.size(), [&](size_t i) {
+        out += '[';
+        put_json(run.marks[i].first - run.first, out);
+        out += ',';
+        put_json_string(run.marks[i].second, out);
+        out += ']';
+    });
+    out += ",\"labels\":";
+    append_labels(out, run);
+    out += ",\"cut\":";
+    append_list(out, run.cut.size(), [&](size_t i) { put_json(run.cut[i] - run.first, out); });
+}
+
+void Model::append_run(std::string &out, uint32_t index) const
+{
+    const Run &run = runs_[index];
+    out += '{';
+    append_member(out, "run", index);
+    append_member(out, "file", run.file);
+    append_member(out, "dev_idx", run.dev_idx);
+    append_member(out, "path_idx", run.path_idx);
+    append_member(out, "first", run.first);
+    append_member(out, "count", run.end - run.first);
+    append_origin(out, run);
+    out += ",\n\"fields\":[";
+    bool first = true;
+    for (const Column &column : run.columns) {
+        if (column.until <= run.first)
+            continue;
+        out += first ? "" : ",\n";
+        first = false;
+        append_column(out, run, column);
+    }
+    out += "]}";
+}
+
+std::string Model::json() const
+{
+    std::string out = "{\"vorda_page\":2,\"files\":";
     append_list(out, files_.size(), [&](size_t i) { put_json_string(files_[i].name, out); });
 
     out += ",\n\"unread_count\":";
     put_json(unread_count_, out);
     out += ",\"unread\":";
     append_list(out, unread_.size(), [&](size_t i) {
-        out += "{\"file\":";
-        put_json(unread_[i].file, out);
-        out += ",\"line\":";
-        put_json(unread_[i].line, out);
-        out += ",\"text\":";
+        out += '{';
+        append_member(out, "file", unread_[i].file);
+        append_member(out, "line", unread_[i].line);
+        out += "\"text\":";
         put_json_string(unread_[i].text, out);
         out += ",\"why\":";
         put_json_string(unread_[i].why, out);
         out += '}';
     });
 
+    out += ",\n\"notes\":";
+    append_notes(out);
+    out += ",\n\"names\":";
+    append_list(out, names_.size(), [&](size_t i) { append_name(out, i); });
+    out += ",\n\"runs\":[";
+    bool first = true;
+    for (uint32_t i = 0; i < runs_.size(); i++) {
+        if (runs_[i].first == runs_[i].end)
+            continue;
+        out += first ? "" : ",\n";
+        first = false;
+        append_run(out, i);
+    }
+    out += "]}\n";
+    return out;
+}
+
+void Model::append_notes(std::string &out) const
+{
     std::vector<Note> notes = notes_;
     for (uint32_t file = 0; file < files_.size(); file++) {
         if (files_[file].snapshots == 0 &&
             std::none_of(notes_.begin(), notes_.end(), [&](auto &n) { return n.file == file; }))
             notes.push_back({file, "There is no snapshot of vorda in it."});
     }
-    out += ",\n\"notes\":";
+    for (Note &note : limits_reached())
+        notes.push_back(std::move(note));
     append_list(out, notes.size(), [&](size_t i) {
         out += "{\"file\":";
-        put_json(notes[i].file, out);
+        if (notes[i].file)
+            put_json(*notes[i].file, out);
+        else
+            out += "null";
         out += ",\"text\":";
         put_json_string(notes[i].text, out);
         out += '}';
     });
-
-    out += ",\n\"groups\":";
-    append_list(out, groups_.size(), [&](size_t i) {
-        const size_t all = groups_[i].snapshots.size();
-        append_group(out, groups_[i],
-                     snapshots_ <= most ? all : std::max<size_t>(all * most / snapshots_, 1));
-    });
-    out += "}\n";
-    return out;
 }
 
 } // namespace vordascope

@@ -200,7 +200,7 @@ int report(const ReportOptions &options)
         }
     }
 
-    Model model;
+    Model model(options.pictures);
     int status = YES;
     for (const std::string &file : options.files) {
         Input input(file);
@@ -217,7 +217,9 @@ int report(const ReportOptions &options)
             warn_of_unread(input, unread);
         status = std::max(status, read);
     }
-    const std::optional<std::string> page = page_with(empty_page(), model.json(options.most));
+    for (const std::string &text : model.left_out())
+        complain(text);
+    const std::optional<std::string> page = page_with(empty_page(), model.json());
     if (!page) {
         complain("not enough memory for the page");
         return TROUBLE;

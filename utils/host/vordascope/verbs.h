@@ -64,7 +64,7 @@ int response(const ResponseOptions &options);
 struct ReportOptions {
     std::vector<std::string> files;
     std::string out; // empty for standard output
-    size_t most = SNAPSHOTS_SHOWN;
+    size_t pictures = PICTURES;
 };
 
 // Writes a page of captures.

@@ -67,7 +67,7 @@ void feed(size_t size)
 const char *finish()
 {
     end_file();
-    text = model.json(vordascope::SNAPSHOTS_SHOWN);
+    text = model.json();
     return text.data();
 }
 

@@ -6,8 +6,10 @@ import { chromaticity, positions, vectors } from './draw/points.js';
 import { shading } from './draw/shading.js';
 import { table } from './draw/table.js';
 import { SECTIONS } from './known.js';
+import { hold } from './lifetime.js';
 import { printed, same } from './model.js';
 import { plan } from './plan.js';
+import { differ } from './sources.js';
 
 /** How each kind of card is drawn: (parts, options) => {elements, draw(view)}. */
 const DRAWINGS = {
@@ -30,6 +32,7 @@ function stateText({ key, note }, value) {
 class Card {
     #drawing = null;
     #stale = true;
+    #compared = false;
     #visible = false;
 
     constructor(entry) {
@@ -38,6 +41,7 @@ class Card {
         this.varies = this.all.some((field) => field.varies);
         this.changed = el('span', { class: 'badge', hidden: true }, 'changed');
         this.state = el('p', { class: 'state' });
+        this.thinned = el('p', { class: 'state thinned' });
         this.body = el('div', { class: 'body' });
         this.element = el(
             'article',
@@ -50,22 +54,26 @@ class Card {
                 el('code', {}, [entry.item, entry.block].filter(Boolean).join(' · ')),
             ),
             this.state,
+            this.thinned,
             this.body,
         );
     }
 
     /** Notes that the card shows something else now, and draws it if it can be seen. */
     update(view, changed) {
-        const stepped = changed.has('n') || changed.has('a');
-        if (changed.has('theme') || (stepped && this.varies)) this.#stale = true;
-        const differs =
-            view.a === null
-                ? this.varies
-                : this.varies &&
-                  this.all.some((field) => !same(field.at(view.a), field.at(view.n)));
-        this.changed.hidden = view.a === null || !differs;
+        const { now, before } = view;
+        const compared = differ(view, this.all);
+        const referred = changed.has('a') || changed.has('against');
+        const stepped =
+            (changed.has('n') && this.varies) || (referred && (compared || this.#compared));
+        if (changed.has('theme') || stepped) this.#stale = true;
+        this.#compared = compared;
+        const differs = before
+            ? compared && this.all.some((field) => !same(before.of(field), now.of(field)))
+            : this.varies;
+        this.changed.hidden = !before || !differs;
         const { title, fields } = this.entry;
-        this.element.hidden = (view.only && !differs) || !view.find.card(title, fields, view.n);
+        this.element.hidden = (view.only && !differs) || !view.find.card(title, fields, now);
         this.view = view;
         if (this.#visible) this.draw();
     }
@@ -83,7 +91,7 @@ class Card {
             setText(
                 this.state,
                 this.entry.state
-                    .map((field) => stateText(field, field.at(this.view.n)))
+                    .map((field) => stateText(field, this.view.now.of(field)))
                     .join(' · '),
             );
             const first = !this.#drawing;
@@ -93,12 +101,23 @@ class Card {
                 this.body.replaceChildren(...this.#drawing.elements.flat());
             }
             this.#drawing.draw(this.view);
+            this.#tellThinned();
             if (first) this.#broaden();
         } catch (error) {
             this.#drawing = null;
             const text = `This card could not be drawn (${error.message}). Its numbers stand under “All fields”.`;
             this.body.replaceChildren(el('p', { class: 'failed', role: 'alert' }, text));
         }
+    }
+
+    /** Says of which snapshot the pictures are where these are thinned. */
+    #tellThinned() {
+        const { now, before } = this.view;
+        const texts = [before, now].flatMap((moment) => {
+            const of = moment && Math.min(...this.entry.fields.map((f) => moment.pictureOf(f)));
+            return moment && of !== moment.n ? [`picture of ${moment.run.placeOf(of)}`] : [];
+        });
+        setText(this.thinned, texts.join(' → '));
     }
 
     /** Gives a table that is wider than the card the place of two. */
@@ -121,16 +140,17 @@ const packer = () =>
     });
 
 /** The sections of cards: [{id, title, element, update(view, changed), drawAll()}]. */
-export function cardSections(series) {
+export function cardSections(run) {
     const observer = new IntersectionObserver(
         (entries) => {
             for (const { target, isIntersecting } of entries) target.card.visible = isIntersecting;
         },
         { rootMargin: '300px' },
     );
+    hold(() => observer.disconnect());
     const packing = packer();
     const groups = new Map(SECTIONS.map((section) => [section, []]));
-    for (const entry of plan(series)) {
+    for (const entry of plan(run)) {
         const card = new Card(entry);
         card.element.card = card;
         observer.observe(card.element);

@@ -104,6 +104,12 @@ export function differenceText({ about, from, to, apart }) {
     return `${about}${from} -> ${to}${apart ? `  ${apart}` : ''}`;
 }
 
-/** The fields that differ between snapshots a and b. */
-export const differing = (series, a, b) =>
-    series.fields.filter((field) => field.varies && !same(field.at(a), field.at(b)));
+/** The fields that differ between two moments: those of the first in their order, then the others. */
+export function differing(before, now) {
+    const within = before.run === now.run;
+    const fields = within ? now.run.fields : before.run.fields;
+    const others = within ? [] : now.run.fields.filter(({ name }) => !before.run.field(name));
+    return [...fields, ...others].filter(
+        (field) => (field.varies || !within) && !same(before.of(field), now.of(field)),
+    );
+}

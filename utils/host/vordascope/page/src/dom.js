@@ -1,5 +1,6 @@
 // Builds elements. Text becomes text nodes and nothing else: whatever a capture holds, it is never
 // markup.
+import { hold } from './lifetime.js';
 
 function setAll(element, props) {
     for (const [name, value] of Object.entries(props)) {
@@ -46,10 +47,15 @@ export function setText(element, text) {
 
 /**
  * Calls a listener with the entries of a ResizeObserver, in the frame after: what it lays out anew
- * is no business of the observer's round.
+ * is no business of the observer's round. It ends with the view.
  */
-export const sizeObserver = (listener) =>
-    new ResizeObserver((entries) => requestAnimationFrame(() => listener(entries)));
+export function sizeObserver(listener) {
+    const observer = new ResizeObserver((entries) =>
+        requestAnimationFrame(() => listener(entries)),
+    );
+    hold(() => observer.disconnect());
+    return observer;
+}
 
 const colours = new Map();
 

@@ -1,8 +1,11 @@
 // The page without a capture: how to get one into it.
 import { el } from './dom.js';
 
-/** @param {(() => void)|null} open chooses files; null where the page has no reader */
-export function emptyPage(open) {
+/**
+ * @param {(() => void)|null} open chooses files; null where the page has no reader
+ * @param {string} said why what was read is not shown; '' where nothing was
+ */
+export function emptyPage(open, said) {
     const ways = open
         ? [
               el('p', {}, 'Drop captures of vorda here, paste one, or'),
@@ -27,6 +30,7 @@ export function emptyPage(open) {
         'main',
         { class: 'empty' },
         el('h1', {}, 'vordascope'),
+        said ? el('p', { class: 'notice', role: 'alert' }, said) : null,
         ways,
         el(
             'dl',
@@ -39,7 +43,7 @@ export function emptyPage(open) {
         el(
             'p',
             { class: 'hint' },
-            'Two captures are compared. Nothing leaves this page: it asks for nothing and sends nothing.',
+            'Two captures are compared, runs laid over each other. Nothing leaves this page: it asks for nothing and sends nothing.',
         ),
     );
 }

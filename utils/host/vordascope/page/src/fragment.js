@@ -1,16 +1,15 @@
 // What the page shows, as the fragment of its address: a link leads to the same view.
 
-const KEYS = { path: 'path', n: 'n', a: 'a', only: 'only', query: 'find', step: 'step' };
-
 /** The fragment, without "#", of a view; what is as it would be anyway is left out. */
-export function toFragment(view, defaults) {
+export function toFragment(view, usual) {
     const params = new URLSearchParams();
-    if (view.path !== defaults.path) params.set(KEYS.path, view.path + 1);
-    if (view.n !== defaults.n) params.set(KEYS.n, view.n + 1);
-    if (view.a !== defaults.a) params.set(KEYS.a, view.a === null ? 'none' : view.a + 1);
-    if (view.only) params.set(KEYS.only, 'changed');
-    if (view.query) params.set(KEYS.query, view.query);
-    if (view.step) params.set(KEYS.step, view.step.map((n) => n + 1).join('-'));
+    if (view.run !== usual.run) params.set('run', view.run + 1);
+    if (view.n !== usual.n) params.set('n', view.n + 1);
+    if (view.a !== usual.a || view.against !== usual.against)
+        params.set('a', view.a === null ? 'none' : `${view.against + 1}.${view.a + 1}`);
+    if (view.only) params.set('only', 'changed');
+    if (view.query) params.set('find', view.query);
+    if (view.step) params.set('step', view.step.map((n) => n + 1).join('-'));
     for (const name of view.added) params.append('add', name);
     return params.toString();
 }
@@ -23,12 +22,18 @@ export function fromFragment(fragment) {
     const take = (name, value) => {
         if (value !== undefined) view[name] = value;
     };
-    take('path', index(params.get(KEYS.path)));
-    take('n', index(params.get(KEYS.n)));
-    take('a', params.get(KEYS.a) === 'none' ? null : index(params.get(KEYS.a)));
-    if (params.get(KEYS.only) === 'changed') view.only = true;
-    if (params.get(KEYS.query)) view.query = params.get(KEYS.query);
-    const step = (params.get(KEYS.step) ?? '').split('-').map(index);
+    take('run', index(params.get('run')));
+    take('n', index(params.get('n')));
+    if (params.get('a') === 'none') Object.assign(view, { against: null, a: null });
+    // "3.7" is snapshot 7 of run 3; "7" one of the run that shows.
+    const reference = (params.get('a') ?? '').split('.').map(index);
+    if (reference.length === 1 && reference[0] !== undefined)
+        Object.assign(view, { against: view.run ?? 0, a: reference[0] });
+    if (reference.length === 2 && !reference.includes(undefined))
+        Object.assign(view, { against: reference[0], a: reference[1] });
+    if (params.get('only') === 'changed') view.only = true;
+    if (params.get('find')) view.query = params.get('find');
+    const step = (params.get('step') ?? '').split('-').map(index);
     if (step.length === 2 && step[0] < step[1]) view.step = step;
     if (params.has('add')) view.added = params.getAll('add');
     return view;

@@ -9,7 +9,7 @@ const KEYS = [
     ['X', 'exchange the two compared snapshots'],
     ['O', 'only what changed'],
     ['/', 'find a field: words that all occur, or =8000 for a value'],
-    ['P', 'the next path, where several were captured'],
+    ['P', 'the next run, where there are several'],
     ['T', 'light or dark'],
     ['?', 'this help'],
     ['Esc', 'close, clear the search, end a measurement'],
@@ -47,7 +47,7 @@ const editing = (target) => target.closest?.('input[type="search"], select, text
 
 /**
  * Calls an action for each key of the card.
- * @param {object} actions by name: step(by), first, last, play, compare, swap, only, find, path,
+ * @param {object} actions by name: step(by), first, last, play, compare, swap, only, find, nextRun,
  *     theme, help, escape
  * @param {AbortSignal} signal ends it
  */
@@ -60,7 +60,7 @@ export function listenToKeys(actions, signal) {
         x: actions.swap,
         o: actions.only,
         '/': actions.find,
-        p: actions.path,
+        p: () => actions.nextRun(),
         t: actions.theme,
         '?': actions.help,
         Escape: actions.escape,

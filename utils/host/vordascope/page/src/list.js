@@ -4,7 +4,7 @@ import { differenceOf } from './differences.js';
 import { el, setText } from './dom.js';
 import { patch, spark } from './draw/spark.js';
 import { flat, number, printed, same } from './model.js';
-import { courses } from './now.js';
+import { differ } from './sources.js';
 
 /** As many fields open by themselves when they are found; more are a list to choose from. */
 const MANY = 250;
@@ -33,12 +33,11 @@ const small = (text, title, click) =>
 
 /** The line of a field: its name, value, picture, what vorda says of it, and what one can do. */
 class Row {
-    constructor(series, store, field) {
+    constructor(store, field) {
         this.field = field;
         this.value = el('td', { class: 'value' });
         this.picture = el('td', { class: 'picture' });
-        this.course =
-            field.charted && field.shape === 'scalar' ? spark(courses(field, series.length)) : null;
+        this.course = field.charted && field.shape === 'scalar' ? spark(field.courses) : null;
         if (this.course) this.picture.append(this.course.element);
         const name = el(
             'button',
@@ -67,10 +66,10 @@ class Row {
     }
 
     /** Writes the value of the snapshot, and in a comparison what it was. */
-    write({ n, a }) {
+    write({ now, before: reference }) {
         const { field } = this;
-        const value = field.at(n);
-        const before = a === null ? value : field.at(a);
+        const value = now.of(field);
+        const before = reference ? reference.of(field) : value;
         const differs = !same(before, value);
         setText(this.value, valueText(field, value));
         if (differs) {
@@ -78,7 +77,7 @@ class Row {
             this.value.append(el('div', { class: 'difference' }, differenceOf('span', parts)));
         }
         this.element.classList.toggle('changed', differs);
-        this.course?.mark(n, a);
+        this.course?.mark(now.n, reference?.run === now.run ? reference.n : null);
         const picture = pictureOf(field, value);
         if (picture) this.picture.replaceChildren(picture);
     }
@@ -101,8 +100,8 @@ class Item {
     #rows = null;
     #stale = true;
 
-    constructor(series, store, item, fields) {
-        Object.assign(this, { series, store, item, fields });
+    constructor(store, item, fields) {
+        Object.assign(this, { store, item, fields });
         this.count = el('span', { class: 'count' });
         this.body = el('tbody');
         this.element = el(
@@ -115,11 +114,11 @@ class Item {
 
     update(view, changed) {
         this.view = view;
-        if (changed.has('n') || changed.has('a') || changed.has('theme')) this.#stale = true;
-        const { n, a, only, find } = view;
-        const differs = (field) => field.varies && (a === null || !same(field.at(a), field.at(n)));
+        if (['n', 'a', 'against', 'theme'].some((key) => changed.has(key))) this.#stale = true;
+        const { now, before, only, find } = view;
+        const differs = (field) => (before ? !same(before.of(field), now.of(field)) : field.varies);
         this.shown = this.fields.filter(
-            (field) => (!only || differs(field)) && find.field(field, n),
+            (field) => (!only || differs(field)) && find.field(field, now),
         );
         this.element.hidden = this.shown.length === 0;
         const count = this.shown.length === this.fields.length ? '' : `${this.shown.length} of `;
@@ -134,12 +133,14 @@ class Item {
     write() {
         if (!this.element.open || this.element.hidden) return;
         const fresh = this.#rows === null;
-        this.#rows ??= this.fields.map((field) => new Row(this.series, this.store, field));
+        this.#rows ??= this.fields.map((field) => new Row(this.store, field));
         const shown = new Set(this.shown);
         for (const row of this.#rows) {
             row.element.hidden = !shown.has(row.field);
-            if (fresh || (this.#stale && (row.field.varies || row.field.shape === 'grid')))
-                row.write(this.view);
+            const { field, element } = row;
+            const differed = element.classList.contains('changed');
+            const due = differ(this.view, [field]) || differed || field.varies;
+            if (fresh || (this.#stale && (due || field.shape === 'grid'))) row.write(this.view);
         }
         this.#stale = false;
         if (fresh) this.body.replaceChildren(...this.#rows.map((row) => row.element));
@@ -147,13 +148,13 @@ class Item {
 }
 
 /** The section of all fields. */
-export function listSection(series, store) {
+export function listSection(run, store) {
     const byItem = new Map();
-    for (const field of series.fields) {
+    for (const field of run.fields) {
         if (!byItem.has(field.item)) byItem.set(field.item, []);
         byItem.get(field.item).push(field);
     }
-    const items = [...byItem].map(([item, fields]) => new Item(series, store, item, fields));
+    const items = [...byItem].map(([item, fields]) => new Item(store, item, fields));
     const summary = el('p', { class: 'summary', role: 'status' });
     let opened = false;
 
@@ -166,8 +167,8 @@ export function listSection(series, store) {
         setText(
             summary,
             narrowed
-                ? `${count} of ${series.fields.length} fields.${hint}`
-                : `${series.fields.length} fields of ${items.length} items.`,
+                ? `${count} of ${run.fields.length} fields.${hint}`
+                : `${run.fields.length} fields of ${items.length} items.`,
         );
         // What was looked for opens by itself, and closes again with the search.
         if (!changed.has('query') && !changed.has('only')) return;

@@ -2,6 +2,7 @@
 // chosen or pasted and then read by the same reader, compiled for WebAssembly. Whatever happens,
 // the page gets a model (see model.h): input that cannot be read is a note in it.
 
+import { VERSION } from './model.js';
 import { readModel } from './reader.js';
 
 /** Undoes base64 and deflate, in which everything large is kept in the file. */
@@ -39,12 +40,13 @@ export const canRead = () => contentOf('reader') !== '';
 
 /** A model that shows nothing but why there is nothing. */
 const failure = (files, text) => ({
-    vorda_page: 1,
+    vorda_page: VERSION,
     files,
     unread_count: 0,
     unread: [],
     notes: files.map((_, file) => ({ file, text })),
-    groups: [],
+    names: [],
+    runs: [],
 });
 
 /** Why reading a capture may fail at all. */

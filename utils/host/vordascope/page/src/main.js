@@ -3,20 +3,50 @@ import 'uplot/dist/uPlot.min.css';
 import '../style.css';
 import { emptyPage } from './empty.js';
 import { bakedModel, canRead, chooseCaptures, watchCaptures } from './load.js';
+import { VERSION } from './model.js';
+import { notesOf } from './notices.js';
 import { showPage } from './page.js';
+import { Runs } from './runs.js';
 import { theme } from './theme.js';
 
 const root = document.getElementById('page');
+const runs = new Runs();
 let end = null;
 
-function show(model) {
+/** Why nothing of a model can be shown; '' where something can. */
+function refusal(model) {
+    if (model.vorda_page !== VERSION)
+        return `This page reads version ${VERSION} of its model; this one is version ${model.vorda_page}.`;
+    if (model.runs.length === 0) return notesOf(model).join(' ') || 'There is no snapshot in this.';
+    return '';
+}
+
+/** Adds the runs of a model to those that are here; one without any changes nothing. */
+function add(model) {
     root.removeAttribute('aria-busy');
     if (!model) return;
+    const said = refusal(model);
     // An address leads to a view of the first captures, not of those that come after them.
-    if (end)
-        window.history.replaceState(null, '', window.location.pathname + window.location.search);
-    end?.();
-    end = showPage(root, model, { open, theme });
+    const fragment = end ? '' : window.location.hash;
+    if (!said) runs.add(model);
+    show({ fragment, said });
+}
+
+/** Shows the runs that are here, and what is to be `said` beside them. */
+function show({ fragment = '', said = '' }) {
+    const before = end?.();
+    if (runs.all.length > 0)
+        end = showPage(root, runs, { open, theme, fragment, said, before, remove });
+    else {
+        end = null;
+        root.replaceChildren(emptyPage(open, said));
+        document.title = 'vordascope';
+    }
+}
+
+function remove(run) {
+    runs.remove(run);
+    show({});
 }
 
 /** Says that captures are being read; what showed before stays until they are. */
@@ -25,9 +55,9 @@ function busy(names) {
     document.title = `reading ${names.join(', ')} – vordascope`;
 }
 
-const open = canRead() ? async () => show(await chooseCaptures(busy)) : null;
+const open = canRead() ? async () => add(await chooseCaptures(busy)) : null;
 
-if (canRead()) watchCaptures(show, busy);
+if (canRead()) watchCaptures(add, busy);
 const baked = await bakedModel();
-if (baked) show(baked);
-else root.replaceChildren(emptyPage(open));
+if (baked) add(baked);
+else show({});

@@ -22,25 +22,26 @@ function unreadNotice({ files, unread, unread_count: count }) {
     );
 }
 
-function cutNotice(series) {
-    if (series.cut.size === 0) return null;
+function cutNotice(run) {
+    if (run.cut.size === 0) return null;
     const end = 'in the middle: what was printed up to there is shown.';
-    if (series.length === 1) return `${series.title}: the snapshot ends ${end}`;
-    const which = [...series.cut].map((n) => `#${n + 1} ${series.origin(n)}`.trim());
+    if (run.length === 1) return `${run.name}: the snapshot ends ${end}`;
+    const which = [...run.cut].map((n) => `#${n + 1}`);
     const shown = which.length > 8 ? [...which.slice(0, 8), `${which.length - 8} more`] : which;
-    return `${series.title}: ${shown.join(', ')} ended ${end}`;
+    return `${run.name}: ${shown.join(', ')} ended ${end}`;
 }
 
-function thinnedNotice({ title, length, group }) {
-    if (!(group.read > length)) return null;
-    return `${title}: ${length} of ${group.read} snapshots, evenly spread.`;
-}
+/** What a model says of its files, as texts. */
+export const notesOf = ({ files, notes }) =>
+    (notes ?? []).map(({ file, text }) => (files[file] ? `${files[file]}: ${text}` : text));
 
-/** The notices, an empty list where all is well. */
-export function notices(model, all) {
-    const said = (model.notes ?? []).map(({ file, text }) => `${model.files[file] ?? ''}: ${text}`);
-    const texts = [...said, ...all.map(thinnedNotice), ...all.map(cutNotice)].filter(Boolean);
-    return [...texts.map((text) => el('p', { class: 'notice' }, text)), unreadNotice(model)].filter(
-        Boolean,
+/** The notices of the models whose runs are here, an empty list where all is well. */
+export const notices = (models) =>
+    models.flatMap(({ model, runs }) =>
+        [
+            ...[...notesOf(model), ...runs.map(cutNotice).filter(Boolean)].map((text) =>
+                el('p', { class: 'notice' }, text),
+            ),
+            unreadNotice(model),
+        ].filter(Boolean),
     );
-}

@@ -1,76 +1,88 @@
-// The page of a model: its sections, and what ties them together.
+// The page of runs: its sections, and what ties them together.
 import { cardSections } from './cards.js';
 import { differencesSection } from './differences.js';
 import { el } from './dom.js';
 import { fromFragment, toFragment } from './fragment.js';
 import { helpCard, listenToKeys } from './help.js';
+import { endAll } from './lifetime.js';
 import { listSection } from './list.js';
-import { Series } from './model.js';
+import { Moment } from './model.js';
 import { notices } from './notices.js';
 import { nowSection } from './now.js';
 import { player } from './player.js';
+import { boundedView, continuedView, usualView } from './runs.js';
 import { finder } from './search.js';
 import { Store } from './store.js';
 import { timeSection } from './time.js';
 import { toolbar } from './toolbar.js';
 
-const EVERYTHING = new Set(['path', 'n', 'a', 'only', 'query', 'step', 'added', 'theme']);
-
-/** What shows when nothing was chosen: of two snapshots both, else the last. */
-function defaultsFor(series) {
-    const n = Math.max((series?.length ?? 1) - 1, 0);
-    return { n, a: series?.length === 2 ? 0 : null, only: false, query: '', step: null, added: [] };
-}
-
-/** A view of that series with everything within its bounds. */
-function bounded(view, series) {
-    const last = Math.max((series?.length ?? 1) - 1, 0);
-    const within = (n) => n !== null && n <= last;
-    return {
-        ...view,
-        n: Math.min(view.n, last),
-        a: within(view.a) && series?.length > 1 ? view.a : null,
-        step: view.step?.every(within) ? view.step : null,
-    };
-}
+/** What shows of the rest when nothing was chosen. */
+const USUAL = { only: false, query: '', step: null, added: [] };
 
 /**
- * Shows a model in place of what the root held.
+ * Shows runs in place of what the root held.
  * @param {HTMLElement} root
- * @param {object} model see model.h
- * @param {{open: (() => void)|null, theme: object}} options what "Open…" does, null without a reader;
- *     the theme (see theme.js)
- * @returns {() => void} ends it
+ * @param {Runs} runs one at least
+ * @param {object} options
+ *     open, theme: what "Open…" does, null without a reader; the theme (see theme.js)
+ *     fragment: of the address, which says what shows
+ *     said: what is to be said of captures that are not among the runs
+ *     before: what the end of the page before returned
+ *     remove(run): takes a run away
+ * @returns {() => object} ends it; returns what the next page goes on with
  */
-export function showPage(root, model, options) {
-    const all = model.groups.map((group) => new Series(group, model.files));
-    const wanted = fromFragment(window.location.hash);
+export function showPage(root, runs, { fragment, before, ...options }) {
+    const { all } = runs;
+    const usual = { ...USUAL, ...usualView(all) };
     let end;
-    const show = (path, view) => {
-        end = showSeries(root, model, { ...options, all, path, view, onPath });
+    const show = (view) => {
+        end = showRun(root, runs, { ...options, view: boundedView(view, all), usual, onRun });
     };
-    const onPath = (path) => {
+    const onRun = (view) => {
         end();
-        show(path, {});
+        show(view);
     };
-    show(Math.min(wanted.path ?? 0, Math.max(all.length - 1, 0)), wanted);
+    show({ ...usual, ...(before && continuedView(before, all, usual)), ...fromFragment(fragment) });
     return () => end();
 }
 
-/** The sections of a series, each in its place on the page. */
-function sectionsOf(series, store) {
-    const built = [
-        nowSection(series),
-        timeSection(series, store),
-        differencesSection(series),
-        ...cardSections(series),
-        listSection(series, store),
+/** The sections of a run, each in its place on the page. */
+function sectionsOf(run, store) {
+    const builders = [
+        ['now', 'Now', nowSection],
+        ['time', 'Time', timeSection],
+        ['differences', 'Differences', differencesSection],
+        ['cards', 'Cards', cardSections],
+        ['fields', 'All fields', listSection],
     ];
-    return built.filter(Boolean).map((section) => ({
+    const built = builders.flatMap(([id, title, build]) => {
+        try {
+            return build(run, store) ?? [];
+        } catch (error) {
+            return failedSection(id, title, error);
+        }
+    });
+    return built.map((section) => ({
         ...section,
         place: el('section', { id: section.id }, el('h2', {}, section.title), section.element),
     }));
 }
+
+const failure = (error) =>
+    el(
+        'p',
+        { class: 'failed', role: 'alert' },
+        `This section could not be drawn (${error.message}).`,
+    );
+
+/** Stands in the place of a section that could not be built; the others stand. */
+const failedSection = (id, title, error) => ({
+    id,
+    title,
+    element: el('div', {}, failure(error)),
+    update() {},
+    empty: () => false,
+});
 
 /** Redraws a section; one that fails says so, and the others stand. */
 function updateSection(section, view, changed) {
@@ -80,34 +92,47 @@ function updateSection(section, view, changed) {
         const beside = section.id === 'now' || section.id === 'time';
         section.place.hidden = section.empty() || (searched && beside);
     } catch (error) {
-        const text = `This section could not be drawn (${error.message}).`;
-        section.element.replaceChildren(el('p', { class: 'failed', role: 'alert' }, text));
+        section.element.replaceChildren(failure(error));
     }
 }
 
 /** What buttons and keys do; see listenToKeys() and toolbar(). */
-function actionsOn(store, { last, paths, play, theme, help, open, find }) {
+function actionsOn(store, all, { play, theme, help, open, find, remove }) {
     const set = (patch) => store.set(patch);
+    const last = () => all[store.view.run].length - 1;
     const goTo = (n) => {
         play.stop();
-        set({ n: Math.min(Math.max(n, 0), last) });
+        set({ n: Math.min(Math.max(n, 0), last()) });
     };
     return {
         open,
         find,
+        remove,
         step: (by) => goTo(store.view.n + by),
         first: () => goTo(0),
-        last: () => goTo(last),
+        last: () => goTo(last()),
         play: play.toggle,
         compare() {
-            const { n, a } = store.view;
+            const { run, n, a } = store.view;
+            if (a !== null) set({ a: null, against: null });
             // Of two, the other one.
-            if (last > 0) set({ a: a !== null ? null : last === 1 ? 1 - n : n });
+            else if (last() > 0 || all.length > 1)
+                set({ a: last() === 1 ? 1 - n : n, against: run });
         },
-        swap: () => store.view.a !== null && set({ a: store.view.n, n: store.view.a }),
+        swap() {
+            const { run, n, against, a } = store.view;
+            if (a !== null) set({ run: against, n: a, against: run, a: n });
+        },
         only: () => set({ only: !store.view.only }),
         query: (query) => set({ query }),
-        path: () => set({ path: (store.view.path + 1) % paths }),
+        /** Shows a run, at its end or where it has been. */
+        show: (run) => set({ run, n: all[run].length - 1, step: null }),
+        /** Holds what shows against a snapshot of a run. */
+        hold: (against) => set({ against, a: all[against].length - 1 }),
+        nextRun() {
+            const run = (store.view.run + 1) % all.length;
+            if (run !== store.view.run) this.show(run);
+        },
         theme() {
             theme.toggle();
             set({ theme: theme.name });
@@ -117,21 +142,21 @@ function actionsOn(store, { last, paths, play, theme, help, open, find }) {
             if (help.open) return;
             if (store.view.query) set({ query: '' });
             else if (store.view.step) set({ step: null });
-            else if (store.view.a !== null && last > 1) set({ a: null });
+            else if (store.view.a !== null) set({ a: null, against: null });
             document.activeElement?.blur?.();
         },
     };
 }
 
 /** Lets the address follow the view when that rests: browsers refuse to change it at every step. */
-function follower(defaults) {
+function follower(usual) {
     let due = null;
     return {
         stop: () => clearTimeout(due),
         follow(view) {
             clearTimeout(due);
             due = setTimeout(() => {
-                const fragment = toFragment(view, { ...defaults, path: 0 });
+                const fragment = toFragment(view, usual);
                 const { pathname, search } = window.location;
                 const address = fragment ? `#${fragment}` : pathname + search;
                 window.history.replaceState(null, '', address);
@@ -140,28 +165,25 @@ function follower(defaults) {
     };
 }
 
-/** Shows one of the paths; `onPath(i)` is called for another one. Returns what ends it. */
-function showSeries(root, model, { open, theme, all, path, view: wanted, onPath }) {
+/** Shows the run of the view; `onRun(view)` is called for another one. Returns what ends it. */
+function showRun(root, runs, { open, theme, said, remove, view: wanted, usual, onRun }) {
     const ending = new AbortController();
     const { signal } = ending;
-    const series = all[path];
-    const defaults = defaultsFor(series);
-    const viewOf = (part) => bounded({ ...defaults, path, ...part, theme: theme.name }, series);
-    const store = new Store(viewOf({ ...wanted, path }));
-    const last = defaults.n;
+    const { all } = runs;
+    const run = all[wanted.run];
+    const store = new Store({ ...wanted, theme: theme.name });
     const help = helpCard();
-    const address = follower(defaults);
-    const play = player(store, last, (playing) => bar.playing(playing));
+    const address = follower(usual);
+    const play = player(store, run.length - 1, (playing) => bar.playing(playing));
     const find = () => bar.search.focus();
-    const paths = Math.max(all.length, 1);
-    const actions = actionsOn(store, { last, paths, play, theme, help, open, find });
-    const bar = toolbar(model, all, series, store, actions);
-    const sections = series ? sectionsOf(series, store) : [];
-    const nothing = series ? null : el('p', { class: 'nothing' }, 'There is no snapshot in this.');
+    const actions = actionsOn(store, all, { play, theme, help, open, find, remove });
+    const bar = toolbar(runs, run, store, actions);
+    const sections = sectionsOf(run, store);
 
     function update(view, changed) {
-        if (view.path !== path && all[view.path]) return onPath(view.path);
-        const shown = { ...view, series, find: finder(view.query) };
+        if (all[view.run] !== run) return onRun(view);
+        const before = view.a === null ? null : new Moment(all[view.against], view.a);
+        const shown = { ...view, now: new Moment(run, view.n), before, find: finder(view.query) };
         bar.update(shown);
         for (const section of sections) updateSection(section, shown, changed);
         if (['a', 'only', 'query'].some((key) => changed.has(key)))
@@ -178,21 +200,30 @@ function showSeries(root, model, { open, theme, all, path, view: wanted, onPath 
     }
 
     const places = sections.map(({ place }) => place);
-    root.replaceChildren(bar.element, el('main', {}, notices(model, all), nothing, places), help);
-    document.title = `${model.files.join(', ')} – vordascope`;
+    const told = said ? el('p', { class: 'notice', role: 'alert' }, said) : null;
+    const content = [told, ...notices(runs.models), ...places].filter(Boolean);
+    root.replaceChildren(bar.element, el('main', {}, content), help);
+    document.title = `${runs.files.join(', ')} – vordascope`;
     store.listen(update);
-    update(store.view, EVERYTHING);
+    update(store.view, new Set(Object.keys(store.view)));
     listenToKeys(actions, signal);
     theme.listen(() => store.set({ theme: theme.name }), signal);
     const listen = (event, listener) => window.addEventListener(event, listener, { signal });
     listen('beforeprint', () => paper(true));
     listen('afterprint', () => paper(false));
-    listen('hashchange', () => store.set(viewOf(fromFragment(window.location.hash))));
+    listen('hashchange', () => {
+        const part = fromFragment(window.location.hash);
+        store.set(boundedView({ ...usual, ...part, theme: theme.name }, all));
+    });
     const idle = window.requestIdleCallback ?? ((callback) => setTimeout(callback, 200));
     idle(() => !signal.aborted && drawAll());
     return () => {
         play.stop();
         address.stop();
         ending.abort();
+        store.stop();
+        endAll();
+        const { view } = store;
+        return { view, run, against: all[view.against], count: all.length };
     };
 }

@@ -1,4 +1,4 @@
-// Which cards a series gets, and from which of its fields each draws: what known.js says, applied.
+// Which cards a run gets, and from which of its fields each draws: what known.js says, applied.
 import { SECTIONS } from './known.js';
 import { families, Source, select } from './sources.js';
 
@@ -46,9 +46,9 @@ const FINDERS = {
 const fieldsOf = (part) =>
     part instanceof Source ? part.fields : [...part.y.fields, ...(part.x?.fields ?? [])];
 
-function byPlace(series, { item, block = '' }) {
+function byPlace(run, { item, block = '' }) {
     const places = new Map();
-    for (const field of series.fields) {
+    for (const field of run.fields) {
         if (!matches(item, field.item) || !matches(block, field.block)) continue;
         const place = `${field.item}\n${field.block}`;
         if (!places.has(place)) places.set(place, []);
@@ -58,16 +58,16 @@ function byPlace(series, { item, block = '' }) {
 }
 
 /**
- * The cards of a series, in order: of each card of known.js one for each item and block that has its
+ * The cards of a run, in order: of each card of known.js one for each item and block that has its
  * fields.
  * @returns {{card, section, title, item, block, parts, fields, state}[]} `parts`, the sources or
  *     curves that it draws; `fields`, those of the parts; `state`, the fields that say whether the
  *     module is on
  */
-export function plan(series) {
+export function plan(run) {
     return SECTIONS.flatMap((section) =>
         section.cards.flatMap((card) => {
-            const found = byPlace(series, card).flatMap((fields) => {
+            const found = byPlace(run, card).flatMap((fields) => {
                 const parts = FINDERS[card.draw](fields, card.keys);
                 if (parts.length === 0) return [];
                 const { item, block } = fields[0];

@@ -1,4 +1,4 @@
-// Plays a series: a step after another until its end.
+// Plays a run: a step after another until its end.
 const STEP = 1000 / 15;
 
 /**

@@ -9,21 +9,21 @@ export function finder(query) {
         .map((word) => word.slice(1));
     const names = words.filter((word) => !word.startsWith('='));
     const occur = (text) => names.every((word) => text.includes(word));
-    const hasValues = (field, n) => {
+    const hasValues = (field, moment) => {
         if (values.length === 0) return true;
-        const printed = flat(field.at(n)).map((value) => String(value).toLowerCase());
+        const printed = flat(moment.of(field)).map((value) => String(value).toLowerCase());
         return values.every((value) => printed.includes(value));
     };
     return {
         empty: words.length === 0,
-        /** Whether a field of snapshot n is looked for. */
-        field: (field, n) => occur(field.searched) && hasValues(field, n),
+        /** Whether a field is looked for, by its name and its value at a moment. */
+        field: (field, moment) => occur(field.searched) && hasValues(field, moment),
         /** Whether a card is: by its title, or by one of its fields. */
-        card(title, fields, n) {
+        card(title, fields, moment) {
             if (words.length === 0) return true;
             const start = title.toLowerCase();
             return fields.some(
-                (field) => occur(`${start} ${field.searched}`) && hasValues(field, n),
+                (field) => occur(`${start} ${field.searched}`) && hasValues(field, moment),
             );
         },
     };

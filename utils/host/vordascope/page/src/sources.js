@@ -1,6 +1,9 @@
 // What a card draws from: one field, or several that together make one list or one map, such as the
 // rows of a table that are printed under a key each.
-import { extent, flat, number } from './model.js';
+import { extent, flat, Moment, number } from './model.js';
+
+/** So many snapshots of a run make the scale that stands still. */
+const SAMPLES = 256;
 
 export class Source {
     #extents = null;
@@ -12,30 +15,40 @@ export class Source {
         this.varies = fields.some((field) => field.varies);
     }
 
-    /** All its numbers in snapshot n in one list; NaN for what is no number. */
-    numbers(n) {
+    /** All its numbers at a moment in one list; NaN for what is no number. */
+    numbers(moment) {
         return this.fields.flatMap((field) => {
-            const value = field.at(n);
+            const value = moment.of(field);
             return value === null ? [] : flat(value).map(number);
         });
     }
 
     /** The same in rows: those of its grid, or one row a field. */
-    rows(n) {
+    rows(moment) {
         return this.fields.flatMap((field) => {
-            const value = field.at(n);
+            const value = moment.of(field);
             if (value === null) return [];
             const rows = Array.isArray(value) && value.some(Array.isArray) ? value : [value];
             return rows.map((row) => flat(row).map(number));
         });
     }
 
-    /** The least and the greatest number of each snapshot; one pair where it never varies. */
+    /** The least and the greatest number of snapshots of its run; one pair where it never varies. */
     extents() {
-        const length = Math.max(...this.fields.map(({ values }) => values.length));
-        this.#extents ??= Array.from({ length }, (_, n) => extent(this.numbers(n)));
+        const { run } = this.fields[0];
+        this.#extents ??= samples(this.varies ? run.length : 1).map((n) =>
+            extent(this.numbers(new Moment(run, n))),
+        );
         return this.#extents;
     }
+}
+
+/** The indexes of so many snapshots, or of SAMPLES evenly spread ones. */
+export function samples(length) {
+    const count = Math.min(length, SAMPLES);
+    return Array.from({ length: count }, (_, i) =>
+        count === 1 ? 0 : Math.round((i * (length - 1)) / (count - 1)),
+    );
 }
 
 /** The least and the greatest number of the sources in all snapshots. */
@@ -46,12 +59,11 @@ const RARE = 0.1;
 
 /**
  * A scale for snapshots: that of most of them, so that it stands still while one steps through a
- * series; where one of the shown ones goes beyond, as far as that goes.
+ * run; where one of the shown ones goes beyond, as far as that goes.
  * @param {number[][]} extents the least and the greatest number of each snapshot
- * @param {number[]} shown indexes of the snapshots that show
+ * @param {number[][]} shown those of the snapshots that show
  */
 export function steadyRange(extents, shown) {
-    const at = (n) => extents[extents.length > 1 ? n : 0];
     const ordered = (end) =>
         extents
             .map((pair) => pair[end])
@@ -59,20 +71,26 @@ export function steadyRange(extents, shown) {
             .sort((p, q) => p - q);
     const [lows, highs] = [ordered(0), ordered(1)];
     const rare = Math.floor(lows.length * RARE);
-    return extent([lows[rare], highs[highs.length - 1 - rare], ...shown.flatMap(at)]);
+    return extent([lows[rare], highs[highs.length - 1 - rare], ...shown.flat()]);
 }
 
 /** The scale that several sources share. */
-export function rangeOf(sources, shown) {
-    const length = Math.max(...sources.map((source) => source.extents().length));
-    const extents = Array.from({ length }, (_, n) =>
-        extent(sources.flatMap((source) => source.extents()[source.varies ? n : 0])),
+export function rangeOf(sources, moments) {
+    const all = sources.map((source) => source.extents());
+    const length = all.reduce((most, extents) => Math.max(most, extents.length), 0);
+    const extents = Array.from({ length }, (_, i) =>
+        extent(all.flatMap((pairs) => pairs[pairs.length > 1 ? i : 0])),
     );
+    const shown = moments.map((moment) => extent(sources.flatMap((one) => one.numbers(moment))));
     return steadyRange(extents, shown);
 }
 
-/** The snapshots that a view shows. */
-export const shownIn = ({ n, a }) => (a === null ? [n] : [a, n]);
+/** The moments that a view shows. */
+export const shownIn = ({ now, before }) => (before ? [before, now] : [now]);
+
+/** Whether a reference shows beside these sources: they have other values there, or may have. */
+export const differ = ({ now, before }, sources) =>
+    before !== null && (before.run !== now.run || sources.some((source) => source.varies));
 
 const hits = (pattern, text) =>
     pattern instanceof RegExp ? pattern.exec(text) : pattern === text && [text];

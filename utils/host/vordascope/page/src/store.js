@@ -3,13 +3,13 @@
 
 /**
  * The view:
- *     path     which series, where captures of several paths were read together
- *     n, a     the snapshot that shows and the one that it is compared with (null: none)
- *     only     whether only what changed shows
- *     query    what is looked for
- *     step     [i, j], the measured selection of the time charts, or null
- *     added    names of the fields that have a time chart of their own
- *     theme    'light', 'dark' or '' for the system's
+ *     run, n       the snapshot that shows (B): its run's place in the list, and which one of it
+ *     against, a   the same of the snapshot that it is compared with (A); null: none
+ *     only         whether only what changed shows
+ *     query        what is looked for
+ *     step         [i, j], the measured selection of the time charts, or null
+ *     added        names of the fields that have a time chart of their own
+ *     theme        'light', 'dark' or '' for the system's
  */
 export class Store {
     #listeners = [];
@@ -33,6 +33,11 @@ export class Store {
         if (changed.size === 0) return;
         this.#changed = new Set();
         for (const listener of this.#listeners) listener(this.view, changed);
+    }
+
+    /** Nobody is told any more. */
+    stop() {
+        this.#listeners = [];
     }
 
     /** `listener(view, changed)`: the new view and a set with the names of what is new in it. */

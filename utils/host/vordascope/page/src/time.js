@@ -1,18 +1,17 @@
-// The course of values over a series: charts on one time axis, in which a drag measures a step.
+// The course of values over a run: charts on one time axis, in which a drag measures a step.
 import { lineColour } from './colours.js';
 import { el, setText } from './dom.js';
 import { chart, legend, padded } from './draw/chart.js';
 import { COURSES } from './known.js';
 import { extent } from './model.js';
-import { courses } from './now.js';
 import { measureStep, stepText } from './step.js';
 
 /** The lines of a chart: one a field, or one an element of a list. */
-function linesOf(series, names) {
+function linesOf(run, names) {
     return Object.entries(names).flatMap(([name, of]) => {
-        const field = series.field(of);
+        const field = run.field(of);
         if (!field) return [];
-        const values = courses(field, series.length);
+        const values = field.courses;
         return values.map((list, i) => ({
             name: values.length > 1 ? `${name}[${i}]` : name,
             values: list,
@@ -22,8 +21,8 @@ function linesOf(series, names) {
 }
 
 class Course {
-    constructor(series, store, title, lines, remove = null) {
-        this.series = series;
+    constructor(run, store, title, lines, remove = null) {
+        this.run = run;
         this.lines = lines.map((line, i) => ({ ...line, colour: lineColour('', i) }));
         const range = extent(lines.flatMap(({ values }) => extent(values)));
         this.markers = ['marker marker-a', 'marker marker-b'].map((name) =>
@@ -36,10 +35,11 @@ class Course {
             height: 140,
             label: `${title} over time`,
             range: () => padded(range),
-            xRange: () => extent(series.axis),
+            xRange: () => extent(run.axis),
             sync: 'time',
             onSelect: (i, j) => store.set({ step: [i, j] }),
-            onPick: (i, event) => store.set(event.shiftKey ? { a: i } : { n: i }),
+            onPick: (i, event) =>
+                store.set(event.shiftKey ? { a: i, against: store.view.run } : { n: i }),
             onHover: (i) => this.read(i),
             onResize: () => this.mark(store.view),
         });
@@ -83,9 +83,9 @@ class Course {
         this.n = view.n;
         if (changed.has('theme') || !this.chart.plot) {
             const gaps = this.lines.map(({ values }) =>
-                values.map((y) => (Number.isFinite(y) ? y : null)),
+                Array.from(values, (y) => (Number.isFinite(y) ? y : null)),
             );
-            this.chart.show([this.series.axis, ...gaps]);
+            this.chart.show([this.run.axis, ...gaps]);
             this.chart.plot.over.append(...this.markers);
         }
         this.read(null);
@@ -95,8 +95,8 @@ class Course {
             ? this.lines.map(({ name, values }) => {
                   const text = stepText(
                       measureStep(values, ...view.step),
-                      this.series.axis,
-                      this.series.timed,
+                      this.run.axis,
+                      this.run.timed,
                   );
                   return this.lines.length > 1 ? `${name}: ${text}` : text;
               })
@@ -105,13 +105,13 @@ class Course {
     }
 
     /** Puts the markers and the selection where they belong. */
-    mark({ n, a, step }) {
+    mark({ n, against, a, run: shown, step }) {
         const { plot } = this.chart;
         if (!plot) return;
-        [a, n].forEach((at, i) => {
+        [against === shown ? a : null, n].forEach((at, i) => {
             this.markers[i].hidden = at === null;
             if (at !== null)
-                this.markers[i].style.left = `${plot.valToPos(this.series.axis[at], 'x')}px`;
+                this.markers[i].style.left = `${plot.valToPos(this.run.axis[at], 'x')}px`;
         });
         if (step) this.chart.select(...step);
         else this.chart.clear();
@@ -119,20 +119,20 @@ class Course {
 }
 
 /** The section; null for less than three snapshots, which have no course. */
-export function timeSection(series, store) {
-    if (series.length < 3) return null;
+export function timeSection(run, store) {
+    if (run.length < 3) return null;
     const grid = el('div', { class: 'courses' });
     const steady = el('p', { class: 'plain' });
-    const known = COURSES.map(([title, names]) => [title, linesOf(series, names)]).filter(
+    const known = COURSES.map(([title, names]) => [title, linesOf(run, names)]).filter(
         ([, lines]) => lines.length,
     );
     const moving = known.filter(([, lines]) => lines.some(({ field }) => field.varies));
     const still = known.filter((entry) => !moving.includes(entry)).map(([title]) => title);
-    setText(steady, still.length ? `Steady over the series: ${still.join(', ')}.` : '');
+    setText(steady, still.length ? `Steady over the run: ${still.join(', ')}.` : '');
 
-    const shown = moving.map(([title, lines]) => new Course(series, store, title, lines));
+    const shown = moving.map(([title, lines]) => new Course(run, store, title, lines));
     const added = new Map();
-    const candidates = series.fields.filter((field) => field.charted);
+    const candidates = run.fields.filter((field) => field.charted);
     const choice = el(
         'select',
         { 'aria-label': 'add a chart of a field' },
@@ -153,11 +153,11 @@ export function timeSection(series, store) {
         for (const name of view.added) {
             const lines = added.has(name)
                 ? []
-                : linesOf(series, { [series.field(name)?.key ?? '']: name });
+                : linesOf(run, { [run.field(name)?.key ?? '']: name });
             if (lines.length === 0) continue;
             const remove = () =>
                 store.set({ added: store.view.added.filter((other) => other !== name) });
-            const course = new Course(series, store, name, lines, remove);
+            const course = new Course(run, store, name, lines, remove);
             added.set(name, course);
             grid.append(course.element);
             course.update(view, new Set(['step']));

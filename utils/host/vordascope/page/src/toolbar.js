@@ -1,15 +1,20 @@
-// The bar on top: what is shown, the search, the snapshots.
+// The bar on top: what is shown, the search, the runs, the snapshots.
 import { el, setText } from './dom.js';
 
 const button = (text, title, click, more = {}) =>
     el('button', { type: 'button', title, on: { click }, ...more }, text);
 
+/** What takes a run away. */
+const awayButton = (run, actions, more) =>
+    button('×', `take ${run.name} away`, () => actions.remove(run), {
+        'aria-label': `take ${run.name} away`,
+        ...more,
+    });
+
 /** The name of what was read, and the buttons that are there for every capture. */
-function titleLine(model, actions) {
-    const files =
-        model.files.length > 3
-            ? [...model.files.slice(0, 2), `${model.files.length - 2} more`]
-            : model.files;
+function titleLine(runs, run, actions) {
+    const { files } = runs;
+    const named = files.length > 3 ? [...files.slice(0, 2), `${files.length - 2} more`] : files;
     const search = el('input', {
         type: 'search',
         placeholder: 'Find a field ( / )',
@@ -19,20 +24,22 @@ function titleLine(model, actions) {
     const only = button('Only changed', 'only what changed (O)', actions.only, {
         'aria-pressed': 'false',
     });
+    const count = run.length > 1 ? `${run.length} snapshots, ` : '';
     return {
         search,
         only,
         element: el(
             'div',
             { class: 'title-line' },
-            el('h1', { title: model.files.join('\n') }, files.join(', ') || 'vordascope'),
-            el('span', { class: 'about' }),
+            el('h1', { title: files.join('\n') }, named.join(', ')),
+            el('span', { class: 'about' }, `${run.path} · ${count}${run.fields.length} fields`),
             el(
                 'span',
                 { class: 'tools' },
                 search,
                 only,
-                actions.open ? button('Open…', 'read other captures', actions.open) : null,
+                actions.open ? button('Open…', 'add other captures', actions.open) : null,
+                runs.all.length > 1 ? null : awayButton(run, actions, { class: 'quiet' }),
                 button('Theme', 'light or dark (T)', actions.theme),
                 button('?', 'keys (?)', actions.help, { 'aria-label': 'help' }),
             ),
@@ -40,104 +47,130 @@ function titleLine(model, actions) {
     };
 }
 
-/** The slider over the snapshots, null for one alone. */
-function snapshotLine(series, store, actions) {
-    if (series.length < 2) return null;
-    const slider = el('input', {
+/** The length of a run in words: "300 snapshots, 12 s". */
+function lengthOf(run) {
+    const count = `${run.length} snapshot${run.length === 1 ? '' : 's'}`;
+    return run.timed && run.length > 1 ? `${count}, ${run.axis[run.length - 1]} s` : count;
+}
+
+/** The runs, each to be shown, to be held against, to be taken away; null for one alone. */
+function runsLine(all, actions) {
+    if (all.length < 2) return null;
+    const entries = all.map((run, i) => {
+        const show = button(run.name, `show ${run.name} (P: the next one)`, () => actions.show(i));
+        show.append(el('span', { class: 'about' }, lengthOf(run)));
+        const hold = button('A', `hold it against ${run.name}`, () => actions.hold(i), {
+            'aria-label': `compare with ${run.name}`,
+        });
+        const away = awayButton(run, actions);
+        return { show, hold, element: el('span', { class: 'run' }, show, hold, away) };
+    });
+    return {
+        element: el(
+            'div',
+            { class: 'runs', role: 'group', 'aria-label': 'runs' },
+            entries.map(({ element }) => element),
+        ),
+        update({ run, against }) {
+            entries.forEach(({ show, hold }, i) => {
+                show.setAttribute('aria-pressed', String(i === run));
+                hold.setAttribute('aria-pressed', String(i === against));
+            });
+        },
+    };
+}
+
+/** A slider over the snapshots of a run: `key` is the part of the view that it moves. */
+function slider(store, key, label) {
+    const input = el('input', {
         type: 'range',
         min: '0',
-        max: String(series.length - 1),
         step: '1',
-        'aria-label': 'snapshot',
+        'aria-label': label,
+        on: { input: () => store.set({ [key]: Number(input.value) }) },
     });
-    slider.addEventListener('input', () => store.set({ n: Number(slider.value) }));
-    const play =
-        series.length > 2 ? button('▶', 'play (space)', actions.play, { class: 'play' }) : null;
-    const reference = el('span', { class: 'reference', 'aria-hidden': 'true' });
     const place = el('output', { class: 'place' });
+    return {
+        input,
+        place,
+        show({ run, n }, text) {
+            input.max = String(run.length - 1);
+            input.value = String(n);
+            input.disabled = run.length < 2;
+            input.setAttribute('aria-valuetext', text);
+            setText(place, text);
+            place.title = run.originOf(n);
+        },
+    };
+}
+
+/** The sliders over the snapshots, null where there is but one. */
+function snapshotLines(all, run, store, actions) {
+    if (run.length < 2 && all.length < 2) return null;
+    const now = slider(store, 'n', 'snapshot');
+    const reference = slider(store, 'a', 'compared snapshot');
+    const play =
+        run.length > 2 ? button('▶', 'play (space)', actions.play, { class: 'play' }) : null;
     const compare = button('Compare', 'compare with this snapshot (C)', actions.compare);
     const swap = button('A ⇄ B', 'exchange the two (X)', actions.swap);
+    const referenceLine = el(
+        'div',
+        { class: 'snapshot-line reference-line' },
+        el('b', {}, 'A'),
+        reference.input,
+        reference.place,
+        swap,
+    );
 
-    /** The number of a snapshot, its time and its file where there are several. */
-    function nameOf(n, of = '') {
-        const time = series.timed ? `${series.axis[n]} s` : '';
-        const cut = series.cut.has(n) ? 'cut off' : '';
-        return [`${n + 1}${of}`, time, series.origin(n), cut].filter(Boolean).join(' · ');
+    /** A snapshot, and its run where there are several. */
+    function nameOf(moment, of) {
+        const cut = moment.run.cut.has(moment.n) ? 'cut off' : '';
+        const name = all.length > 1 ? moment.run.name : '';
+        const place = moment.run.placeOf(moment.n).replace(/^#\d+/, (number) => number + of);
+        return [name, place, cut].filter(Boolean).join(' · ');
     }
     return {
         element: el(
             'div',
-            { class: 'snapshot-line' },
-            play,
-            el('span', { class: 'slide' }, reference, slider),
-            place,
-            swap,
-            compare,
+            { class: 'snapshots' },
+            el('div', { class: 'snapshot-line' }, play, now.input, now.place, compare),
+            referenceLine,
         ),
         playing(is) {
             if (!play) return;
             setText(play, is ? '⏸' : '▶');
             play.setAttribute('aria-label', is ? 'stop' : 'play');
         },
-        update({ n, a }) {
-            slider.value = String(n);
-            slider.setAttribute('aria-valuetext', nameOf(n));
-            setText(
-                place,
-                a === null ? nameOf(n, ` / ${series.length}`) : `A ${nameOf(a)} → B ${nameOf(n)}`,
-            );
-            reference.hidden = a === null;
-            if (a !== null)
-                reference.style.setProperty('--at-number', String(a / (series.length - 1)));
-            swap.hidden = a === null;
-            setText(compare, a === null ? 'Compare' : 'End comparison');
+        update({ now: shown, before }) {
+            const text = nameOf(shown, before ? '' : ` of ${run.length}`);
+            now.show(shown, before ? `B ${text}` : text);
+            referenceLine.hidden = !before;
+            if (before) reference.show(before, nameOf(before, ''));
+            setText(compare, before ? 'End comparison' : 'Compare');
         },
     };
 }
 
 /**
- * @param {object} model of all captures
- * @param {Series[]} all the paths
+ * @param {Runs} runs all that are here
+ * @param {Run} run the one that shows
  * @param {object} actions what the buttons do
- * @returns {{element, search, update(view, changed), playing(is), sections(list)}}
+ * @returns {{element, search, update(view), playing(is), sections(list)}}
  */
-export function toolbar(model, all, series, store, actions) {
-    const title = titleLine(model, actions);
-    const snapshots = series && snapshotLine(series, store, actions);
+export function toolbar(runs, run, store, actions) {
+    const title = titleLine(runs, run, actions);
+    const strip = runsLine(runs.all, actions);
+    const snapshots = snapshotLines(runs.all, run, store, actions);
     const nav = el('nav', { 'aria-label': 'sections' });
-    const paths =
-        all.length > 1 &&
-        el(
-            'div',
-            { class: 'choice', role: 'group', 'aria-label': 'path' },
-            all.map((path, i) =>
-                button(path.title, 'show this path (P)', () => store.set({ path: i }), {
-                    'aria-pressed': String(path === series),
-                }),
-            ),
-        );
-    const about = title.element.querySelector('.about');
-    if (series) {
-        const count = series.length > 1 ? `${series.length} snapshots, ` : '';
-        setText(
-            about,
-            `${all.length > 1 ? '' : `${series.title} · `}${count}${series.fields.length} fields`,
-        );
-    }
+    const parts = [title.element, strip?.element, snapshots?.element, nav];
     return {
-        element: el(
-            'header',
-            { class: 'bar' },
-            title.element,
-            paths || null,
-            snapshots?.element,
-            nav,
-        ),
+        element: el('header', { class: 'bar' }, parts),
         search: title.search,
         playing: (is) => snapshots?.playing(is),
         update(view) {
             if (title.search.value !== view.query) title.search.value = view.query;
             title.only.setAttribute('aria-pressed', String(view.only));
+            strip?.update(view);
             snapshots?.update(view);
         },
         /** Names the sections that show: [{title, place}]. */

@@ -3,17 +3,17 @@ import uPlot from 'uplot';
 import { lineColour } from '../colours.js';
 import { el, setText } from '../dom.js';
 import { extent } from '../model.js';
-import { rangeOf, shownIn } from '../sources.js';
+import { differ, rangeOf, shownIn } from '../sources.js';
 import { chart, legend, padded } from './chart.js';
 
 const ascends = (list) => list.every((x, i) => Number.isFinite(x) && (i === 0 || x > list[i - 1]));
 const gaps = (list) => list.map((y) => (Number.isFinite(y) ? y : null));
 
 /** One table of uPlot: x, then y for each curve. */
-function tableOf(curves, n) {
+function tableOf(curves, moment) {
     const tables = curves.map(({ x, y }) => {
-        const heights = gaps(y.numbers(n));
-        const places = x ? x.numbers(n).slice(0, heights.length) : heights.map((_, i) => i);
+        const heights = gaps(y.numbers(moment));
+        const places = x ? x.numbers(moment).slice(0, heights.length) : heights.map((_, i) => i);
         return [places, heights.slice(0, places.length)];
     });
     return tables;
@@ -21,7 +21,7 @@ function tableOf(curves, n) {
 
 /** A histogram's shape says more than its size: its scale is that of what shows alone. */
 const histogramRange = (sources, shown) => {
-    const counts = sources.flatMap((source) => shown.flatMap((n) => source.numbers(n)));
+    const counts = sources.flatMap((source) => shown.flatMap((moment) => source.numbers(moment)));
     return [0, extent(counts)[1]];
 };
 
@@ -60,10 +60,13 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
     });
 
     function draw(view) {
-        const { n, a } = view;
+        const { now, before: reference } = view;
         range = stepped ? histogramRange(ys, shownIn(view)) : rangeOf(ys, shownIn(view));
-        const compared = a !== null && curves.some(({ x, y }) => x?.varies || y.varies);
-        let tables = [...tableOf(curves, compared ? a : n), ...tableOf(curves, n)];
+        const compared = differ(
+            view,
+            curves.flatMap(({ x, y }) => (x ? [x, y] : [y])),
+        );
+        let tables = [...tableOf(curves, compared ? reference : now), ...tableOf(curves, now)];
         const broken = tables.find(([x]) => !ascends(x));
         setText(note, broken ? 'x does not ascend: drawn over the index' : '');
         if (broken) tables = tables.map(([, y]) => [y.map((_, i) => i), y]);

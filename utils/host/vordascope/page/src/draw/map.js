@@ -4,13 +4,13 @@ import { canvas, pointerAt } from '../canvas.js';
 import { cssOf, diverging, inkOn, sequential } from '../colours.js';
 import { el, setText } from '../dom.js';
 import { extent } from '../model.js';
-import { rangeOf, shownIn, wholeRange } from '../sources.js';
+import { differ, rangeOf, shownIn, wholeRange } from '../sources.js';
 import { short } from '../ticks.js';
 
 const place = (value, [low, high]) => (high > low ? (value - low) / (high - low) : 0.5);
 
 /** The most columns of the rows, which may be ragged. */
-const widthOf = (rows) => Math.max(1, ...rows.map((row) => row.length));
+const widthOf = (rows) => rows.reduce((most, row) => Math.max(most, row.length), 1);
 
 const easel = new OffscreenCanvas(1, 1);
 const brush = easel.getContext('2d', { willReadFrequently: true });
@@ -157,9 +157,9 @@ function group(sources, options) {
     const plain = el('p', { class: 'plain' });
     const plainChange = el('p', { class: 'plain' });
 
-    function drawNow(n, range) {
+    function drawNow(moment, range) {
         for (const { source, map } of views) {
-            const rows = source.rows(n);
+            const rows = source.rows(moment);
             const [low, high] = extent(rows.flat());
             map.show(
                 rows,
@@ -170,8 +170,10 @@ function group(sources, options) {
         scale.show(range);
     }
 
-    function drawChanges(n, a) {
-        const differences = views.map(({ source }) => minus(source.rows(n), source.rows(a)));
+    function drawChanges({ now: after, before }) {
+        const differences = views.map(({ source }) =>
+            minus(source.rows(after), source.rows(before)),
+        );
         const [low, high] = extent(differences.flat(2));
         changes.hidden = low === high;
         setText(plainChange, low === high ? `B − A: all ${low}` : '');
@@ -194,11 +196,10 @@ function group(sources, options) {
 
     function draw(view) {
         if (now.hidden) return;
-        drawNow(view.n, rangeOf(sources, shownIn(view)));
-        const compared = view.a !== null && sources.some((source) => source.varies);
+        drawNow(view.now, rangeOf(sources, shownIn(view)));
         setText(plainChange, '');
         changes.hidden = true;
-        if (compared) drawChanges(view.n, view.a);
+        if (differ(view, sources)) drawChanges(view);
     }
     return { element: el('div', { class: 'map-group' }, plain, now, changes, plainChange), draw };
 }

@@ -1,51 +1,44 @@
 // The three drawings in a plane: chromaticities of the regions, motion vectors, peak positions.
 import { lineColour } from '../colours.js';
-import { extent } from '../model.js';
-import { shownIn, steadyRange } from '../sources.js';
+import { extent, Moment } from '../model.js';
+import { samples, shownIn, steadyRange } from '../sources.js';
 import { short } from '../ticks.js';
 import { aired, plane } from './plane.js';
 
 /** Chromaticity r/g and b/g of each region, from the maps of r, g and b; the reference of a comparison is drawn hollow. */
 export function chromaticity([r, g, b]) {
-    const view = plane({ xName: 'r/g →', yName: 'b/g ↑', label: 'r/g and b/g of each region' });
+    const picture = plane({ xName: 'r/g →', yName: 'b/g ↑', label: 'r/g and b/g of each region' });
     const varies = r.varies || g.varies || b.varies;
-    const all = new Map();
 
-    function of(n) {
-        if (!all.has(n)) {
-            const [reds, greens, blues] = [r, g, b].map((source) => source.rows(n));
-            all.set(
-                n,
-                greens
-                    .flatMap((row, y) =>
-                        row.map((green, x) => ({
-                            x: reds[y]?.[x] / green,
-                            y: blues[y]?.[x] / green,
-                            at: `[${y}][${x}]`,
-                        })),
-                    )
-                    .filter((point) => Number.isFinite(point.x) && Number.isFinite(point.y)),
-            );
-        }
-        return all.get(n);
+    function of(moment) {
+        const [reds, greens, blues] = [r, g, b].map((source) => source.rows(moment));
+        return greens
+            .flatMap((row, y) =>
+                row.map((green, x) => ({
+                    x: reds[y]?.[x] / green,
+                    y: blues[y]?.[x] / green,
+                    at: `[${y}][${x}]`,
+                })),
+            )
+            .filter((point) => Number.isFinite(point.x) && Number.isFinite(point.y));
     }
+    const extentsOf = (points) => ['x', 'y'].map((axis) => extent(points.map((p) => p[axis])));
 
     let extents = null;
-    function ranges(now) {
-        extents ??= ['x', 'y'].map((axis) =>
-            Array.from({ length: varies ? now.series.length : 1 }, (_, n) =>
-                extent(of(n).map((point) => point[axis])),
-            ),
-        );
-        return extents.map((pairs) => aired(steadyRange(pairs, shownIn(now))));
+    function ranges(view) {
+        const { run } = g.fields[0];
+        extents ??= samples(varies ? run.length : 1).map((n) => extentsOf(of(new Moment(run, n))));
+        const shown = shownIn(view).map((moment) => extentsOf(of(moment)));
+        const pairs = (all, axis) => all.map((both) => both[axis]);
+        return [0, 1].map((axis) => aired(steadyRange(pairs(extents, axis), pairs(shown, axis))));
     }
 
     return {
-        elements: view.elements,
-        draw(now) {
-            const points = shownIn(now).flatMap((n) => {
-                const hollow = n !== now.n;
-                return of(n).map((point) => ({
+        elements: picture.elements,
+        draw(view) {
+            const points = shownIn(view).flatMap((moment) => {
+                const hollow = moment !== view.now;
+                return of(moment).map((point) => ({
                     ...point,
                     radius: hollow ? 2.5 : 3,
                     colour: hollow ? '--muted' : '--line0',
@@ -53,31 +46,31 @@ export function chromaticity([r, g, b]) {
                     text: `${point.at} r/g ${short(point.x)}, b/g ${short(point.y)}`,
                 }));
             });
-            view.show(points, ...ranges(now));
+            picture.show(points, ...ranges(view));
         },
     };
 }
 
 /** The histogram of motion vectors: a disc a bin, its area the count. */
 export function vectors([bins]) {
-    const view = plane({ xName: 'mv_x →', yName: 'mv_y ↑', label: 'motion vectors' });
+    const picture = plane({ xName: 'mv_x →', yName: 'mv_y ↑', label: 'motion vectors' });
     const varies = bins.varies;
     let ranges = null;
     let most = 1;
 
-    function fix(length) {
-        const rows = Array.from({ length: varies ? length : 1 }, (_, n) => bins.rows(n)).flat();
+    function fix(run) {
+        const rows = samples(varies ? run.length : 1).flatMap((n) => bins.rows(new Moment(run, n)));
         ranges = [0, 1].map((axis) => aired(extent(rows.map((row) => row[axis]))));
         most = Math.max(1, extent(rows.map((row) => row[2]))[1]);
     }
 
     return {
-        elements: view.elements,
-        draw(now) {
-            if (!ranges) fix(now.series.length);
-            const points = shownIn(now).flatMap((n) => {
-                const hollow = n !== now.n;
-                return bins.rows(n).map(([x, y, count], i) => ({
+        elements: picture.elements,
+        draw(view) {
+            if (!ranges) fix(bins.fields[0].run);
+            const points = shownIn(view).flatMap((moment) => {
+                const hollow = moment !== view.now;
+                return bins.rows(moment).map(([x, y, count], i) => ({
                     x,
                     y,
                     radius: Math.max(1.5, 18 * Math.sqrt(count / most)),
@@ -86,7 +79,7 @@ export function vectors([bins]) {
                     text: `#${i} (${x}, ${y}): ${count}`,
                 }));
             });
-            view.show(
+            picture.show(
                 points.filter(({ x, y, radius }) => Number.isFinite(x + y + radius)),
                 ...ranges,
             );
@@ -96,10 +89,15 @@ export function vectors([bins]) {
 
 /** Positions of peaks, a colour a channel, as they lie in the picture. */
 export function positions(sources) {
-    const view = plane({ xName: 'x →', yName: 'y ↓', down: true, label: 'positions of the peaks' });
+    const picture = plane({
+        xName: 'x →',
+        yName: 'y ↓',
+        down: true,
+        label: 'positions of the peaks',
+    });
 
-    function of(source, n) {
-        const numbers = source.numbers(n);
+    function of(source, moment) {
+        const numbers = source.numbers(moment);
         return Array.from({ length: numbers.length >> 1 }, (_, i) => [
             numbers[2 * i],
             numbers[2 * i + 1],
@@ -107,10 +105,10 @@ export function positions(sources) {
     }
 
     return {
-        elements: view.elements,
-        draw(now) {
+        elements: picture.elements,
+        draw({ now }) {
             const points = sources.flatMap((source, channel) =>
-                of(source, now.n).map(([x, y], i) => ({
+                of(source, now).map(([x, y], i) => ({
                     x,
                     y,
                     radius: 3 + 2.5 * channel,
@@ -120,7 +118,7 @@ export function positions(sources) {
                 })),
             );
             const known = points.filter(({ x, y }) => Number.isFinite(x + y));
-            view.show(
+            picture.show(
                 known,
                 aired(extent(known.map(({ x }) => x))),
                 aired(extent(known.map(({ y }) => y))),

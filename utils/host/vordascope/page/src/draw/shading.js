@@ -97,18 +97,18 @@ function surface(sources) {
         event.stopPropagation();
     });
 
-    let last = 0;
+    let last = null;
     const choice = choose(
         'surface',
         sources.map(({ name }) => name),
         (i) => {
             shown = sources[i];
-            draw({ n: last });
+            draw({ now: last });
         },
     );
-    function draw({ n }) {
-        last = n;
-        rows = shown.rows(n);
+    function draw({ now }) {
+        last = now;
+        rows = shown.rows(now);
         view.repaint();
     }
     return { element: el('div', {}, choice, element), draw };
@@ -141,8 +141,8 @@ class Section {
         this.column = null;
     }
 
-    numbers(n) {
-        const rows = this.source.rows(n);
+    numbers(moment) {
+        const rows = this.source.rows(moment);
         if (this.column !== null) return rows.map((row) => row[this.column]);
         return rows[this.row ?? rows.length >> 1] ?? [];
     }
@@ -181,7 +181,7 @@ export function shading(sources) {
     const relief = surface(sources);
     const direction = choose('section', ['row', 'column'], (chosen) => {
         choice = chosen;
-        const rows = sources[0].rows(now.n);
+        const rows = sources[0].rows(now.now);
         pick(last[0] ?? rows.length >> 1, last[1] ?? (rows[0]?.length ?? 0) >> 1);
     });
 
@@ -205,7 +205,7 @@ export function shading(sources) {
             if (!title.textContent)
                 setText(
                     title,
-                    `row ${sources[0].rows(view.n).length >> 1}: click a map for another one`,
+                    `row ${sources[0].rows(view.now).length >> 1}: click a map for another one`,
                 );
             overview.draw(view);
             profile.draw(view);

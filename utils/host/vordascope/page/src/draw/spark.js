@@ -9,6 +9,23 @@ const WIDTH = 96;
 const HEIGHT = 22;
 const round = (x) => Math.round(x * 10) / 10;
 
+/** The points that a line this size can show: of each part of a long one the least and the greatest. */
+function shownPoints(list) {
+    const part = Math.ceil(list.length / (2 * WIDTH));
+    if (part < 3) return list.keys();
+    const points = [];
+    for (let from = 0; from < list.length; from += part) {
+        let [least, most] = [from, from];
+        for (let i = from; i < Math.min(from + part, list.length); i++) {
+            if (list[i] < list[least] || Number.isNaN(list[least])) least = i;
+            if (list[i] > list[most] || Number.isNaN(list[most])) most = i;
+        }
+        points.push(Math.min(least, most));
+        if (least !== most) points.push(Math.max(least, most));
+    }
+    return points;
+}
+
 /**
  * Lines over their index on one scale.
  * @param {number[][]} lists one a line
@@ -16,23 +33,19 @@ const round = (x) => Math.round(x * 10) / 10;
  *     null, another one at point a
  */
 export function spark(lists) {
-    const length = Math.max(...lists.map((list) => list.length));
-    const [low, high] = extent(lists.flat());
+    const length = extent(lists.map((list) => list.length))[1];
+    const [low, high] = extent(lists.flatMap((list) => extent(list)));
     const x = (i) => round(length > 1 ? 1 + (i / (length - 1)) * (WIDTH - 2) : WIDTH / 2);
     const y = (value) =>
         round(high > low ? HEIGHT - 2 - ((value - low) / (high - low)) * (HEIGHT - 4) : HEIGHT / 2);
     const paths = lists.map((list, line) => {
         let pen = 'M';
-        const d = list.map((value, i) => {
-            if (!Number.isFinite(value)) {
-                pen = 'M';
-                return '';
-            }
-            const piece = `${pen}${x(i)} ${y(value)}`;
-            pen = 'L';
-            return piece;
-        });
-        return svg('path', { d: d.join(''), class: `spark-line spark-${line % 4}` });
+        let d = '';
+        for (const i of shownPoints(list)) {
+            if (Number.isFinite(list[i])) d += `${pen}${x(i)} ${y(list[i])}`;
+            pen = Number.isFinite(list[i]) ? 'L' : 'M';
+        }
+        return svg('path', { d, class: `spark-line spark-${line % 4}` });
     });
     const cursors = ['spark-b', 'spark-a'].map((name) => svg('path', { class: name }));
     return {

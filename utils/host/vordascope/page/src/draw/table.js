@@ -1,7 +1,7 @@
 // Tables of numbers: matrices, and lists side by side.
 import { cssOf, diverging, inkOn } from '../colours.js';
 import { el, setText } from '../dom.js';
-import { printed, same } from '../model.js';
+import { extent, printed, same } from '../model.js';
 
 /**
  * @param {{name: string, fields: Field[]}[]} rows a row each: the values of its fields one after
@@ -24,22 +24,21 @@ export function table(rows, { columns = null, coloured = false, sums = false } =
         );
     const element = el('table', { class: 'numbers' }, head, body);
 
-    /** [name, values] of the rows that show in snapshot n. */
-    function valuesAt(n) {
+    /** [name, values] of the rows that show at a moment. */
+    function valuesAt(moment) {
         return rows.flatMap(({ name, fields }) => {
-            const values = fields.map((field) => field.at(n));
+            const values = fields.map((field) => moment.of(field));
             const grid = values.length === 1 && values[0]?.some?.(Array.isArray);
             return grid ? values[0].map((row) => [name, row]) : [[name, values.flat()]];
         });
     }
 
-    function draw({ n, a }) {
-        const now = valuesAt(n);
-        const before = a === null ? now : valuesAt(a);
+    function draw({ now: shown, before: reference }) {
+        const now = valuesAt(shown);
+        const before = reference ? valuesAt(reference) : now;
         const colour = diverging();
-        const largest =
-            Math.max(...now.flatMap(([, values]) => values.map((v) => Math.abs(Number(v)) || 0))) ||
-            1;
+        const sizes = now.flatMap(([, values]) => values.map((v) => Math.abs(Number(v)) || 0));
+        const largest = extent(sizes)[1] || 1;
         body.replaceChildren(
             ...now.map(([name, values], y) => {
                 const cells = values.map((value, x) => {
