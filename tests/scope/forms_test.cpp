@@ -231,28 +231,6 @@ TEST(Compare, ReportsByItem)
     }
 }
 
-TEST(Rules, ErrorsNameTheirPlace)
-{
-    const std::pair<const char *, const char *> rows[] = {
-        {"share\n  share.fps asb=3\n", "r:2:13: a rule has abs="},
-        {"share.fps abs=-1", "r:1:15: abs is a number of 0 or more"},
-        {"share.fps rel=5", "r:1:15: rel is a percentage, 5%, or"},
-        {"share.fps range=3..2", "r:1:17: a range is A..B"},
-        {"share.fps range=..", "r:1:17: a range is A..B"},
-        {"share.fps exact abs=1", "r:1:1: what is exact has no tolerance"},
-        {"share.fps ignore warn", "r:1:1: what is ignored has no other rule"},
-        {"share.fps abs=1 often", "r:1:14: only words of the rule follow"},
-        {"\"share.fps abs=1", "r:1:1: the quotation does not end"},
-        {" abs=1 # of what?", "r:1:2: a pattern of fields is missing"},
-    };
-    for (const auto &[text, message] : rows) {
-        std::vector<Rule> rules;
-        std::string error;
-        EXPECT_FALSE(read_rules(text, "r", rules, error)) << text;
-        EXPECT_TRUE(error.starts_with(message)) << error;
-    }
-}
-
 TEST(Select, PatternsAndPaths)
 {
     const std::tuple<const char *, const char *, bool> rows[] = {

@@ -149,6 +149,47 @@ TEST(ScopeJourney, ComparesSnapshotsOfCaptures)
     unlink(odd.c_str());
 }
 
+TEST(ScopeJourney, HoldsCapturesAgainstRules)
+{
+    const Capture good(snapshot(10) + snapshot(12));
+    const Capture odd(snapshot(11) + snapshot(19) + snapshot(1));
+    const Capture junk("nothing\n");
+    const TempFile learned;
+    const TempFile xml;
+    EXPECT_EQ(scope({"learn", "--margin", "50%", good.path()}, learned.path()).status, 0);
+    EXPECT_EQ(scope({"learn", good.path(), "/nowhere"}).out, "");
+    Result result = scope({"check", "--rules", learned.path(), "--junit", xml.path(), good.path()});
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_NE(
+        read_file(xml.path()).find("<testcase classname=\"share\" name=\"share\" time=\"0\"/>"),
+        std::string::npos);
+    result = scope({"check", "--rules", learned.path(), odd.path()});
+    EXPECT_EQ(result.out,
+              odd.path() + "#2: share.inttime: 19 is outside of 9..13\n" + odd.path() +
+                  "#3: share.inttime: 1 is outside of 9..13\n" + odd.path() +
+                  ": 3 snapshots, 3 fields, every line understood, 2 values out of range\n");
+    EXPECT_EQ(result.status, 1);
+
+    // Many against one: a line for each that differs, and what in.
+    result = scope({"diff", "--rules", learned.path(), "--junit", xml.path(), good.path(),
+                    good.path() + "#2", odd.path(), odd.path() + "#2", junk.path()});
+    EXPECT_EQ(result.out, odd.path() + "#2: share.inttime\nshare\n  inttime  1 capture: " +
+                              odd.path() + "#2\n1 of 3 captures differs\n");
+    EXPECT_EQ(result.status, 2);
+    const std::string report = read_file(xml.path());
+    EXPECT_NE(report.find("tests=\"2\" failures=\"1\" errors=\"1\""), std::string::npos) << report;
+
+    // A warning changes no status, and a rule of nothing can be one.
+    const Capture warn("share warn\nstat ignore\n");
+    result = scope({"diff", "--rules", warn.path(), good.path(), odd.path()});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find(warn.path() + ":2: stat selects nothing."), std::string::npos);
+    result = scope({"diff", "--unused", "warn", "--rules", warn.path(), good.path(), odd.path()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.out.find("  inttime  10 -> 11  (+1, +10 %)  (warning)\n"), std::string::npos);
+    EXPECT_EQ(scope({"check", "--rules", warn.path(), good.path()}).status, 2);
+}
+
 TEST(ScopeJourney, GivesValuesToScripts)
 {
     const Capture capture(snapshot(8000, "share.fps = 25.00\n"));
@@ -396,7 +437,8 @@ TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
     const std::string manual = read_file(VORDA_BUILD_DIR "/vordascope.1");
     const std::string help = scope({"--help"}).out;
     size_t options = 0;
-    for (const std::string verb : {"check", "json", "diff", "series", "response", "report"}) {
+    for (const std::string verb :
+         {"check", "json", "diff", "learn", "series", "response", "report"}) {
         EXPECT_NE(help.find("\n  " + verb), std::string::npos) << verb;
         EXPECT_NE(manual.find("\n.SS " + verb), std::string::npos) << verb;
         const std::string text = scope({verb, "--help"}).out;

@@ -123,6 +123,46 @@ bool put_values(const Value *a, const Value *b, const Field &field, const Rule &
     return true;
 }
 
+// "Gwd RGL / r channel": the name of a field within its item.
+std::string name_in_item(const Snapshot &snapshot, const Field &field)
+{
+    std::string name = snapshot.block(field);
+    if (!name.empty())
+        name += " / ";
+    return name.append(field.key);
+}
+
+void put_range(const Rule &rule, std::string &out)
+{
+    if (rule.low)
+        put(rule.low->exact, out);
+    out += "..";
+    if (rule.high)
+        put(rule.high->exact, out);
+}
+
+// Appends how a field leaves the range of its rule; nothing when it does not. Returns whether it
+// does.
+bool put_out_of_range(const Snapshot &snapshot, const Field &field, const Rule &rule,
+                      std::string &out)
+{
+    if (!rule.ranged())
+        return false;
+    const Value *const values = snapshot.begin(field);
+    uint32_t count = 0;
+    uint32_t first = 0;
+    for (uint32_t i = 0; i < field.count; i++)
+        if (!in_range(values[i], rule) && count++ == 0)
+            first = i;
+    if (count == 0)
+        return false;
+    put_count(field, count, "first", first, out);
+    put_value(values[first], out);
+    out += " is outside of ";
+    put_range(rule, out);
+    return true;
+}
+
 // Appends how two fields differ; nothing when they do not. Returns whether they do.
 bool put_difference(const Snapshot &a, const Field &field_a, const Snapshot &b,
                     const Field &field_b, const Rule &rule, std::string &out)
@@ -191,6 +231,24 @@ public:
         }
         if (!rules_.chosen())
             put_unread();
+        return std::move(result_);
+    }
+
+    // Of one side alone: what leaves its range.
+    Comparison run_alone()
+    {
+        const Snapshot &snapshot = *sides_[0];
+        for (const Field &field : snapshot.fields) {
+            const Rule &rule = rules_.of(snapshot, field);
+            if (rule.ignore || !rule.ranged())
+                continue;
+            ItemDifferences &item = item_of(0, field);
+            std::string what;
+            if (!put_out_of_range(snapshot, field, rule, what))
+                continue;
+            (rule.warn ? result_.warned : result_.different)++;
+            item.differences.push_back({name_in_item(snapshot, field), std::move(what), rule.warn});
+        }
         return std::move(result_);
     }
 
@@ -265,15 +323,6 @@ private:
     size_t last_ = 0;
 };
 
-void put_range(const Rule &rule, std::string &out)
-{
-    if (rule.low)
-        put(rule.low->exact, out);
-    out += "..";
-    if (rule.high)
-        put(rule.high->exact, out);
-}
-
 } // namespace
 
 bool ItemDifferences::same() const
@@ -282,38 +331,15 @@ bool ItemDifferences::same() const
                        [](const Difference &difference) { return difference.warning; });
 }
 
-std::string name_in_item(const Snapshot &snapshot, const Field &field)
-{
-    std::string name = snapshot.block(field);
-    if (!name.empty())
-        name += " / ";
-    return name.append(field.key);
-}
-
-bool put_out_of_range(const Snapshot &snapshot, const Field &field, const Rule &rule,
-                      std::string &out)
-{
-    if (!rule.ranged())
-        return false;
-    const Value *const values = snapshot.begin(field);
-    uint32_t count = 0;
-    uint32_t first = 0;
-    for (uint32_t i = 0; i < field.count; i++)
-        if (!in_range(values[i], rule) && count++ == 0)
-            first = i;
-    if (count == 0)
-        return false;
-    put_count(field, count, "first", first, out);
-    put_value(values[first], out);
-    out += " is outside of ";
-    put_range(rule, out);
-    return true;
-}
-
 Comparison compare(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
                    std::string_view name_b)
 {
     return Comparing(a, b, rules, name_a, name_b).run();
+}
+
+Comparison hold(const Snapshot &snapshot, Rules &rules)
+{
+    return Comparing(snapshot, snapshot, rules, "", "").run_alone();
 }
 
 void put_report(const ItemDifferences &item, std::string_view name_a, std::string_view name_b,

@@ -42,6 +42,9 @@ struct Comparison {
 Comparison compare(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
                    std::string_view name_b);
 
+// Holds one snapshot against the ranges of the rules: fields without one are not `compared`.
+Comparison hold(const Snapshot &snapshot, Rules &rules);
+
 // Appends what differs, an item a paragraph:
 //
 //     share
@@ -53,13 +56,5 @@ void put_report(const Comparison &comparison, std::string_view name_a, std::stri
                 std::string &out);
 void put_report(const ItemDifferences &item, std::string_view name_a, std::string_view name_b,
                 std::string &out);
-
-// Appends how a field leaves the range of its rule; nothing when it does not. Returns whether it
-// does.
-bool put_out_of_range(const Snapshot &snapshot, const Field &field, const Rule &rule,
-                      std::string &out);
-
-// "Gwd RGL / r channel": the name of a field within its item.
-std::string name_in_item(const Snapshot &snapshot, const Field &field);
 
 } // namespace vordascope

@@ -126,6 +126,10 @@ Decimal multiply(const Decimal &a, const Decimal &b)
             result.digits[i] = static_cast<char>('0' + carry);
     }
     trim(result);
+    while (result.decimals > 0 && (result.zero() || result.digits.back() == '0')) {
+        result.digits.resize(result.digits.size() - !result.zero());
+        result.decimals--;
+    }
     return result;
 }
 

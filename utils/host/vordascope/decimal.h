@@ -23,6 +23,7 @@ std::optional<Decimal> read_decimal(std::string_view text);
 // a - b, with the decimals of the longer one.
 Decimal subtract(const Decimal &a, const Decimal &b);
 
+// a * b, without zeros at the end of its decimals.
 Decimal multiply(const Decimal &a, const Decimal &b);
 
 // Less than 0, 0 or more than 0, as a is less than, equal to or more than b.

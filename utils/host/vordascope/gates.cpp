@@ -4,6 +4,7 @@
 #include "select.h"
 #include "shown.h"
 
+#include <algorithm>
 #include <ctime>
 #include <unistd.h>
 
@@ -19,6 +20,14 @@ bool read_rules_file(const std::string &file, std::vector<Rule> &rules)
     if (read_rules(text, shown(file), rules, error))
         return true;
     complain(error);
+    return false;
+}
+
+bool any_ranged(const std::vector<Rule> &rules)
+{
+    if (std::any_of(rules.begin(), rules.end(), [](const Rule &rule) { return rule.ranged(); }))
+        return true;
+    complain("no rule has a range, which is all that a capture alone can be held against");
     return false;
 }
 

@@ -11,6 +11,9 @@ namespace vordascope
 // printed.
 bool read_rules_file(const std::string &file, std::vector<Rule> &rules);
 
+// Whether one of the rules has a range; if not, a message has been printed.
+bool any_ranged(const std::vector<Rule> &rules);
+
 // Says which rules have matched no field, and what is near to them in a snapshot: they are slips,
 // most likely, that would let everything pass. Returns whether there is none, or `warn` makes that
 // no trouble.

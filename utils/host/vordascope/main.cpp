@@ -104,11 +104,16 @@ void add_junit(CLI::App *verb, std::string &file)
 void add_check(CommandLine &line)
 {
     const auto [verb, options] =
-        line.add("check", "Say whether every line is understood",
+        line.add("check", "Say whether every line is understood, and what was agreed on holds",
                  "Of each reason why a line is not understood the first five lines are shown.\n"
-                 "Exit status: 0 every line, 1 not every line, 2 trouble.",
+                 "Exit status: 0 all is well, 1 it is not, 2 trouble.",
                  check);
     verb->add_flag("--all", options.all, "Show every line that is not understood");
+    repeated(verb->add_option("--rules", options.rules,
+                              "Hold each snapshot against the ranges of the rules in a file"),
+             "FILE");
+    add_unused(verb, options.unused_warn);
+    add_junit(verb, options.junit);
     verb->add_option("FILE", options.files, "Captures")->required();
 }
 
@@ -140,6 +145,19 @@ void add_diff(CommandLine &line)
     add_junit(verb, options.junit);
     verb->add_option("A", options.a, "The first snapshot")->required();
     verb->add_option("B", options.b, "Those that are held against it")->required();
+}
+
+void add_learn(CommandLine &line)
+{
+    const auto [verb, options] =
+        line.add("learn", "Print rules that good captures keep to",
+                 "What is the same in all snapshots is exact; what is not may differ as far as it "
+                 "did,\nand N% more. Rules are for diff and check; see vordascope(1).",
+                 learn);
+    verb->add_option("--margin", options.margin, "How much farther than seen values may be apart")
+        ->type_name("N%")
+        ->check(checked(read_percentage, "it is a percentage, 20%"));
+    verb->add_option("FILE", options.files, "Captures that are known to be good")->required();
 }
 
 void add_series(CommandLine &line)
@@ -234,7 +252,8 @@ int run(int argc, char **argv)
     occupy_standard_descriptors();
 
     CommandLine line;
-    for (const auto add : {add_check, add_json, add_diff, add_series, add_response, add_report})
+    for (const auto add :
+         {add_check, add_json, add_diff, add_learn, add_series, add_response, add_report})
         add(line);
     try {
         line.app.parse(arguments(argc, argv));

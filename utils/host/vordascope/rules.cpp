@@ -205,20 +205,24 @@ std::optional<Limit> read_tolerance(std::string_view text)
     return limit && !limit->exact.negative ? limit : std::nullopt;
 }
 
-std::optional<Limit> read_part(std::string_view text)
+std::optional<Limit> read_percentage(std::string_view text)
 {
-    const bool percent = text.ends_with('%');
-    text.remove_suffix(percent);
-    std::optional<Limit> part = read_tolerance(text);
-    if (!part)
+    if (!text.ends_with('%'))
         return {};
-    if (percent) {
+    std::optional<Limit> part = read_tolerance(text.substr(0, text.size() - 1));
+    if (part) {
         part->exact.decimals += 2;
         part->nearly = to_double(part->exact);
-    } else if (part->nearly >= 1) {
-        return {};
     }
     return part;
+}
+
+std::optional<Limit> read_part(std::string_view text)
+{
+    if (text.ends_with('%'))
+        return read_percentage(text);
+    std::optional<Limit> part = read_tolerance(text);
+    return part && part->nearly < 1 ? part : std::nullopt;
 }
 
 bool read_rules(std::string_view text, const std::string &name, std::vector<Rule> &rules,

@@ -35,6 +35,9 @@ std::optional<Limit> read_limit(std::string_view text);
 // Reads a limit of 0 or more.
 std::optional<Limit> read_tolerance(std::string_view text);
 
+// Reads a percentage, "5%" or "150%".
+std::optional<Limit> read_percentage(std::string_view text);
+
 // Reads a part of a number: "5%", or "0.05", less than 1. What is more would pass everything, so it
 // is no part.
 std::optional<Limit> read_part(std::string_view text);

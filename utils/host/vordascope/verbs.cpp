@@ -2,6 +2,7 @@
 #include "verbs.h"
 
 #include "json.h"
+#include "learn.h"
 #include "report.h"
 #include "series.h"
 
@@ -151,6 +152,38 @@ int json(const JsonOptions &options)
             warn_of_unread(input, outside);
     }
     return output.close() ? status : TROUBLE;
+}
+
+int learn(const LearnOptions &options)
+{
+    const Limit margin = options.margin.empty() ? Limit() : *read_percentage(options.margin);
+    Learner learner;
+    std::string files;
+    int status = YES;
+    for (const std::string &file : options.files) {
+        Input input(file);
+        uint64_t unread = 0;
+        const int read = read_all(input, [&](const Snapshot &snapshot) {
+            unread += snapshot.unread.size();
+            if (snapshot.indexed)
+                learner.add(snapshot);
+            return true;
+        });
+        status = std::max(status, read);
+        if (read == YES)
+            warn_of_unread(input, unread);
+        files += "#   " + input.name() + '\n';
+    }
+    if (status != YES || learner.snapshots() == 0)
+        return TROUBLE; // what is learned of a part would refuse the rest
+    if (learner.snapshots() == 1)
+        complain("one snapshot alone: nothing may change, for all that is known");
+    Output output;
+    std::string text =
+        "# Learned by vordascope from " + plural(learner.snapshots(), "snapshot") + ":\n" + files;
+    learner.put_rules(margin.exact, text);
+    output.write(text);
+    return output.close() ? YES : TROUBLE;
 }
 
 int series(const SeriesOptions &options)

@@ -11,10 +11,13 @@ namespace vordascope
 
 struct CheckOptions {
     std::vector<std::string> files;
-    bool all = false; // show every line that is not understood
+    bool all = false;               // show every line that is not understood
+    std::vector<std::string> rules; // files of rules whose ranges the captures are held against
+    bool unused_warn = false;       // a rule that matches no field is no error
+    std::string junit;              // the file for CI servers; empty for none
 };
 
-// Says of each capture whether every line is understood.
+// Says of each capture whether every line is understood, and whether it is what was agreed on.
 int check(const CheckOptions &options);
 
 struct JsonOptions {
@@ -39,6 +42,14 @@ struct DiffOptions {
 
 // Compares snapshots with one field by field.
 int diff(const DiffOptions &options);
+
+struct LearnOptions {
+    std::vector<std::string> files;
+    std::string margin; // as given; empty for none
+};
+
+// Prints rules that captures which are known to be good keep to.
+int learn(const LearnOptions &options);
 
 struct SeriesOptions {
     std::vector<std::string> words; // a capture and fields; fields alone where there are `files`
