@@ -2,6 +2,7 @@
 // VORDA_GOLDEN=write is in the environment); rows of single changes check the rules that one
 // snapshot cannot show.
 #include "harness.h"
+#include "stdout_text.h"
 #include "vorda.h"
 
 #include <cmath>
@@ -32,6 +33,14 @@ Result print(const DipPathCtx &ctx, const std::string &entry)
 {
     register_categories();
     return captured([&] { return parse_entry(&ctx, entry.c_str()); });
+}
+
+Result print(const VordaCallback &category, const DipPathCtx *ctx, const char *entry)
+{
+    return captured([&] {
+        StdoutText text;
+        return category.print_entry(text, ctx, entry);
+    });
 }
 
 const std::string categories[] = {"cfg", "intl", "share", "stat", "vinfo"};
@@ -95,12 +104,12 @@ TEST(Category, RefusesAnAbsentSnapshotAndPrintsAllOfAnAbsentEntry)
     for (size_t i = 0; i < registered.size(); i++) {
         EXPECT_EQ(registered[i].title, categories[i]);
         for (const char *entry : {"", static_cast<const char *>(nullptr), "x"}) {
-            const Result none = captured([&] { return registered[i].print_entry(nullptr, entry); });
+            const Result none = print(registered[i], nullptr, entry);
             EXPECT_EQ(none.err, "Invalid attributes.\n") << categories[i];
             EXPECT_EQ(none.out, "");
             EXPECT_EQ(none.status, 1);
         }
-        const Result all = captured([&] { return registered[i].print_entry(ctx.get(), nullptr); });
+        const Result all = print(registered[i], ctx.get(), nullptr);
         EXPECT_TRUE(all.out == print(*ctx, categories[i]).out) << categories[i];
         EXPECT_EQ(all.status, 0);
     }

@@ -11,7 +11,7 @@ DipPathCtx snapshot;
 std::string calls;
 
 template <char name, int status>
-int note_entry(const DipPathCtx *, const char *entry)
+int note_entry(Text &, const DipPathCtx *, const char *entry)
 {
     calls += std::string(1, name) + "(" + entry + ")";
     return status;
@@ -25,11 +25,12 @@ void note_help()
 // The registry is never emptied, so one test fills it in order.
 TEST(Registry, LeadsToTheFirstCategoryOfATitleAndRefusesThe65th)
 {
-    const VordaCallback a = {"a", "First", note_entry<'a', 3>, note_help};
-    const VordaCallback b = {"b", nullptr, note_entry<'b', 0>, note_help};
-    for (const VordaCallback &lacking : {VordaCallback{nullptr, "", a.print_entry, note_help},
-                                         VordaCallback{"x", "", nullptr, note_help},
-                                         VordaCallback{"x", "", a.print_entry, nullptr}})
+    const VordaCallback a = {"a", "First", note_entry<'a', 3>, note_help, nullptr};
+    const VordaCallback b = {"b", nullptr, note_entry<'b', 0>, note_help, nullptr};
+    for (const VordaCallback &lacking :
+         {VordaCallback{nullptr, "", a.print_entry, note_help, nullptr},
+          VordaCallback{"x", "", nullptr, note_help, nullptr},
+          VordaCallback{"x", "", a.print_entry, nullptr, nullptr}})
         EXPECT_EQ(parse_rgtr(&lacking), 1);
     EXPECT_EQ(parse_rgtr(nullptr), 1);
     EXPECT_EQ(parse_rgtr(&a), 0);
@@ -77,7 +78,7 @@ TEST(Registry, LeadsToTheFirstCategoryOfATitleAndRefusesThe65th)
               "Use `prog list <category>' to list available entries in the specific category.\n");
 
     // A later category of the same title is accepted and never reached; the 65th is refused.
-    const VordaCallback again = {"a", "Again", note_entry<'c', 0>, note_help};
+    const VordaCallback again = {"a", "Again", note_entry<'c', 0>, note_help, nullptr};
     for (int i = 2; i < 64; i++)
         EXPECT_EQ(parse_rgtr(&again), 0);
     EXPECT_EQ(parse_rgtr(&again), 1);

@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <span>
 
 namespace
 {
@@ -13,15 +12,10 @@ namespace
 VordaCallback cb_table[64];
 int cb_regd;
 
-std::span<const VordaCallback> categories()
-{
-    return std::span(cb_table, static_cast<size_t>(cb_regd));
-}
-
 // The category of that title, or nullptr after a message.
 const VordaCallback *find_category(const char *title)
 {
-    for (const VordaCallback &cb : categories())
+    for (const VordaCallback &cb : parse_categories())
         if (strcmp(cb.title, title) == 0)
             return &cb;
     fprintf(stderr, "Unknown category `%s'.\n", title);
@@ -40,6 +34,11 @@ int parse_rgtr(const VordaCallback *callback)
     return 0;
 }
 
+std::span<const VordaCallback> parse_categories()
+{
+    return std::span(cb_table, static_cast<size_t>(cb_regd));
+}
+
 int parse_entry(const DipPathCtx *data, const char *str)
 {
     if (data == nullptr || str == nullptr) {
@@ -47,9 +46,10 @@ int parse_entry(const DipPathCtx *data, const char *str)
         return 1;
     }
 
+    StdoutText text;
     if (strcmp(str, "all") == 0) {
-        for (const VordaCallback &cb : categories())
-            cb.print_entry(data, "");
+        for (const VordaCallback &cb : parse_categories())
+            cb.print_entry(text, data, "");
         return 0;
     }
 
@@ -61,7 +61,7 @@ int parse_entry(const DipPathCtx *data, const char *str)
         entry = dot + 1;
     }
     const VordaCallback *cb = find_category(category);
-    return cb != nullptr ? cb->print_entry(data, entry) : 1;
+    return cb != nullptr ? cb->print_entry(text, data, entry) : 1;
 }
 
 int parse_help(const char *pname, const char *title)
@@ -81,7 +81,7 @@ int parse_help(const char *pname, const char *title)
 
     StdoutText text;
     text.put("Available categories:\n");
-    for (const VordaCallback &cb : categories())
+    for (const VordaCallback &cb : parse_categories())
         text.put("- ", cb.title, ": ", cb.comments != nullptr ? cb.comments : "", ".\n");
     text.put("Use `", pname,
              " list <category>' to list available entries in the specific category.\n");

@@ -5,9 +5,11 @@
 
 #include "dip_ctx_types.h"
 #include "mpi_index.h"
+#include "text.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 enum VordaCmdType : int32_t {
     CMD_HELP = 0,  // print the usage
@@ -41,17 +43,24 @@ struct VordaCallback {
     const char *title;    // the name on the command line, lower case; required
     const char *comments; // one line for the category list; may be nullptr
 
-    // Prints the item `entry`, or every item when `entry` is nullptr or empty, on standard output.
-    // Returns 0, or 1 after a message on standard error. `ctx` stays the caller's. Required.
-    int (*print_entry)(const DipPathCtx *ctx, const char *entry);
+    // Writes the item `entry`, or every item when `entry` is nullptr or empty. Returns 0, or 1
+    // after a message on standard error. `text` and `ctx` stay the caller's. Required.
+    int (*print_entry)(Text &text, const DipPathCtx *ctx, const char *entry);
 
     // Lists the category's items on standard error. Required.
     void (*print_help)();
+
+    // The name of the item that prints at `place`, from 0 on, where every item does; nullptr behind
+    // the last. nullptr for a category in whose text no line tells where an item begins.
+    const char *(*section_at)(size_t place);
 };
 
 // Adds a category; the record is copied, the texts are not. Returns 0, or 1 when the registry is
 // full (64 categories) or something required is missing.
 int parse_rgtr(const VordaCallback *callback);
+
+// The categories that there are, in the order in which they were added; valid until the next is.
+std::span<const VordaCallback> parse_categories();
 
 // Prints the entry `str` of a snapshot: "category", "category.item" or "all". Returns the exit
 // status: the category's, 0 for "all", 1 after a message on standard error.

@@ -93,9 +93,17 @@ int for_selected(const char *title, std::span<const Row> items, std::span<const 
 // Whether the items of a category print as they are or as sections, each under a header line.
 enum class item_form { plain, section };
 
-// Prints what `entry` selects of a category whose items cannot fail: print_entry of a
+// The name of the item at a place of `order`, nullptr behind the last: section_at of a
 // VordaCallback.
-int print_items(const char *title, item_form form, std::span<const item> items,
+template <typename Row>
+const char *name_at(std::span<const Row> items, std::span<const uint8_t> order, size_t place)
+{
+    return place < order.size() ? items[order[place]].name : nullptr;
+}
+
+// Writes what `entry` selects of a category whose items cannot fail: print_entry of a
+// VordaCallback.
+int print_items(Text &text, const char *title, item_form form, std::span<const item> items,
                 std::span<const uint8_t> order, const DipPathCtx *ctx, const char *entry);
 
 // Lists the items of a category on standard error: print_help of a VordaCallback.

@@ -666,9 +666,14 @@ constexpr auto order =
                 "shp", "dhz", "pta", "me", "gluey_me", "active_me", "nr", "motion_status_cfg",
                 "front_motion_status_cfg", "coring", "hdr", "hawb", "isp_lm", "weak_win_shp");
 
-int print_entry(const DipPathCtx *ctx, const char *entry)
+int print_entry(Text &text, const DipPathCtx *ctx, const char *entry)
 {
-    return print_items(title, item_form::section, item_list, order, ctx, entry);
+    return print_items(text, title, item_form::section, item_list, order, ctx, entry);
+}
+
+const char *section_at(size_t place)
+{
+    return name_at<item>(item_list, order, place);
 }
 
 void print_help()
@@ -676,7 +681,7 @@ void print_help()
     list_items<item>(title, item_list);
 }
 
-constexpr VordaCallback cb = {title, comments, print_entry, print_help};
+constexpr VordaCallback cb = {title, comments, print_entry, print_help, section_at};
 
 } // namespace
 

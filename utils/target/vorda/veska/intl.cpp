@@ -1,7 +1,7 @@
 // The category intl: the extension settings of the DIP's modules, as attribute texts.
 #include "category.h"
 #include "dip_intl_save_attr.h"
-#include "stdout_text.h"
+#include "text.h"
 #include "vorda.h"
 
 #include <cstdio>
@@ -70,19 +70,24 @@ constexpr auto order =
                 "front_me", "front_nr", "ctrl", "ts", "rgl_stat");
 static_assert(order.size() == std::size(item_list));
 
-int print_entry(const DipPathCtx *ctx, const char *entry)
+int print_entry(Text &text, const DipPathCtx *ctx, const char *entry)
 {
     return for_selected<intl_item>(
-        title, item_list, order, ctx, entry, [ctx](const intl_item &row) {
+        title, item_list, order, ctx, entry, [&text, ctx](const intl_item &row) {
             char *str = nullptr;
             if (row.get_text(ctx->intl_ctx, &str) != 0 || str == nullptr) {
                 fprintf(stderr, "[%s] print variables error\n", row.tag);
                 return 1;
             }
-            StdoutText().put(str);
+            text.put(str);
             free(str);
             return 0;
         });
+}
+
+const char *section_at(size_t place)
+{
+    return name_at<intl_item>(item_list, order, place);
 }
 
 void print_help()
@@ -90,7 +95,7 @@ void print_help()
     list_items<intl_item>(title, item_list);
 }
 
-constexpr VordaCallback cb = {title, comments, print_entry, print_help};
+constexpr VordaCallback cb = {title, comments, print_entry, print_help, section_at};
 
 } // namespace
 

@@ -103,9 +103,9 @@ constexpr item item_list[] = {
 };
 constexpr auto order = table_order(item_list);
 
-int print_entry(const DipPathCtx *ctx, const char *entry)
+int print_entry(Text &text, const DipPathCtx *ctx, const char *entry)
 {
-    return print_items(title, item_form::plain, item_list, order, ctx, entry);
+    return print_items(text, title, item_form::plain, item_list, order, ctx, entry);
 }
 
 void print_help()
@@ -113,7 +113,7 @@ void print_help()
     list_items<item>(title, item_list);
 }
 
-constexpr VordaCallback cb = {title, comments, print_entry, print_help};
+constexpr VordaCallback cb = {title, comments, print_entry, print_help, nullptr};
 
 } // namespace
 
