@@ -15,16 +15,6 @@ void store(char (&dest)[256], const char *word)
     snprintf(dest, sizeof(dest), "%s", word);
 }
 
-// Takes a number as the target's 32-bit atoi does: leading blanks and a sign are allowed, the first
-// other character ends it, and a number out of range becomes the nearest one in range, whatever the
-// width of long is.
-int32_t to_index(const char *word)
-{
-    char value[256];
-    store(value, word);
-    return static_cast<int32_t>(std::clamp<long>(strtol(value, nullptr, 10), INT32_MIN, INT32_MAX));
-}
-
 // Reads the value of the index option argv[*i], which follows it directly ("-d1") or as the next
 // argument ("-d 1"); the latter advances *i. Returns whether there is one.
 bool take_index(int argc, char **argv, int *i, int32_t *index)
@@ -38,11 +28,26 @@ bool take_index(int argc, char **argv, int *i, int32_t *index)
         }
         value = argv[++*i];
     }
-    *index = to_index(value);
+    *index = parse_index(value);
     return true;
 }
 
 } // namespace
+
+// As the target's 32-bit atoi does, whatever the width of long is.
+int32_t parse_index(const char *word)
+{
+    char value[256];
+    store(value, word);
+    return static_cast<int32_t>(std::clamp<long>(strtol(value, nullptr, 10), INT32_MIN, INT32_MAX));
+}
+
+void lower_case(char *text)
+{
+    for (; *text != '\0'; text++)
+        if (*text >= 'A' && *text <= 'Z')
+            *text += 'a' - 'A';
+}
 
 int parse_args(int argc, char **argv, VordaCmd *cmd)
 {

@@ -7,6 +7,7 @@
 #include "vplat_types.h"
 
 #include <cstdio>
+#include <fcntl.h>
 
 namespace
 {
@@ -22,6 +23,24 @@ void copy_when_free(VplatPathConf *path, DipPathCtx *ctx)
 }
 
 } // namespace
+
+void open_standard_descriptors()
+{
+    for (int fd = 0; fd <= 2; fd++)
+        if (fcntl(fd, F_GETFD) < 0)
+            open("/dev/null", O_RDWR);
+}
+
+MPI_PATH input_path(int32_t dev_idx, int32_t path_idx)
+{
+    constexpr uint8_t UPPER_BYTE = 0x80;
+    return {
+        .dev = static_cast<uint8_t>(dev_idx),
+        .path = static_cast<uint8_t>(path_idx),
+        .dummy1 = UPPER_BYTE,
+        .dummy0 = UPPER_BYTE,
+    };
+}
 
 int get_dip_ctx(MPI_PATH idx, DipPathCtx *ctx)
 {

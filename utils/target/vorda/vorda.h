@@ -28,6 +28,20 @@ struct VordaCmd {
 // on standard error.
 int parse_args(int argc, char **argv, VordaCmd *cmd);
 
+// The number that a word begins with: leading blanks and a sign are allowed, and a number out of
+// range becomes the nearest one in range.
+int32_t parse_index(const char *word);
+
+// In the "C" locale, whatever the environment says.
+void lower_case(char *text);
+
+// Opens the standard descriptors that are closed. They would become the device's or the system
+// log's, and what is printed would go there.
+void open_standard_descriptors();
+
+// The index of an input path, from what the command line says.
+MPI_PATH input_path(int32_t dev_idx, int32_t path_idx);
+
 // Prints the usage on standard error.
 void help(const char *pname);
 

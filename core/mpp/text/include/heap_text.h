@@ -17,6 +17,13 @@ public:
     // in *str that the caller releases with free(), or -1 with nullptr there after a failure.
     int32_t deliver(char **str);
 
+    // What has been written, valid until more is; empty after a failure.
+    std::string_view written() const;
+    bool failed() const { return failed_; }
+
+    // Begins anew, in the block that there is.
+    void clear();
+
 private:
     static void grow(Text &text);
 

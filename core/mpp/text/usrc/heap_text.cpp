@@ -17,6 +17,18 @@ int32_t HeapText::deliver(char **str)
     return failed_ ? -1 : 0;
 }
 
+std::string_view HeapText::written() const
+{
+    return block_ != nullptr ? std::string_view(block_, static_cast<size_t>(at_ - block_))
+                             : std::string_view();
+}
+
+void HeapText::clear()
+{
+    if (block_ != nullptr)
+        at_ = block_;
+}
+
 void HeapText::grow(Text &text)
 {
     auto &self = static_cast<HeapText &>(text);

@@ -1,0 +1,72 @@
+// Whole and added snapshots.
+#include "recording.h"
+
+#include <cstdio>
+#include <ctime>
+#include <sys/utsname.h>
+
+int Recording::take(const DipPathCtx &ctx, Nanoseconds time)
+{
+    const SectionTexts &before = texts_[now_];
+    SectionTexts &now = texts_[now_ = 1 - now_];
+    if (sections_.print(ctx, &now) != 0)
+        return 1;
+
+    const uint32_t frame = ctx.dip_ctx.frame_cnt;
+    // A counter that goes back began anew, and so does the recording.
+    const bool back = static_cast<int32_t>(frame - snapshot_.frame) < 0;
+    const bool whole = back || time >= whole_due_ || must_be_whole(now, before);
+    snapshot_ = {.time = time, .frame = frame, .whole = whole, .added_to = snapshot_.frame};
+
+    body_.clear();
+    body_.put("dev_idx = ", path_.dev, ", path_idx = ", path_.path, "\n");
+    for (size_t i = 0; i < now.size(); i++)
+        if (whole || now[i] != before[i])
+            body_.put(now[i]);
+    body_.put("; end\n");
+    if (body_.failed()) {
+        fputs("vorda-record: out of memory.\n", stderr);
+        return 1;
+    }
+
+    if (whole) {
+        whole_due_ = time + whole_every_;
+        whole_wanted_ = false;
+    }
+    return 0;
+}
+
+// Nothing can say that a section has lost its text, but to leave it out of all.
+bool Recording::must_be_whole(const SectionTexts &now, const SectionTexts &before) const
+{
+    bool lost = whole_wanted_;
+    for (size_t i = 0; !lost && i < now.size(); i++)
+        lost = now[i].empty() && !before[i].empty();
+    return lost;
+}
+
+void put_labels(Text &text)
+{
+    utsname system = {};
+    uname(&system);
+    const time_t now = time(nullptr);
+    tm utc = {};
+    gmtime_r(&now, &utc);
+    char started[40];
+    strftime(started, sizeof(started), "%Y-%m-%dT%H:%M:%SZ", &utc);
+    text.put("label host = ", static_cast<const char *>(system.nodename), "\n");
+    text.put("label kernel = ", static_cast<const char *>(system.release), "\n");
+    text.put("label started = ", static_cast<const char *>(started), "\n");
+}
+
+void put_head(Text &text, const Snapshot &snapshot, uint32_t missed)
+{
+    char time[32];
+    snprintf(time, sizeof(time), "%lld.%06lld", static_cast<long long>(snapshot.time / SECOND),
+             static_cast<long long>(snapshot.time % SECOND / 1000));
+    text.put("time = ", static_cast<const char *>(time), "\nframe = ", snapshot.frame, "\n");
+    if (missed > 0)
+        text.put("missed = ", missed, "\n");
+    if (!snapshot.whole)
+        text.put("added_to = ", snapshot.added_to, "\n");
+}
