@@ -1,4 +1,4 @@
-// vordascope and vorda-record as people run them.
+// vordascope and vorda-record.sh as people run them.
 #include "harness.h"
 #include "reading.h"
 #include "sr_device.h"
@@ -286,7 +286,7 @@ TEST(Record, WritesSnapshotsBelowTheirTimes)
     environment["LD_PRELOAD"] = preloadable(built("sim/libsr_device.so"));
     environment["ASAN_OPTIONS"] = "verify_asan_link_order=0:detect_leaks=0";
     environment[SR_REGION_ENV] = region.file();
-    const std::string script = VORDA_SOURCE_DIR "/utils/target/vorda-record";
+    const std::string script = VORDA_SOURCE_DIR "/utils/host/vordascope/vorda-record.sh";
     const auto record = [&](std::vector<std::string> args) {
         args.insert(args.begin(), {"busybox", "sh", script});
         return Child(args, environment).finish();
@@ -310,51 +310,59 @@ TEST(Record, WritesSnapshotsBelowTheirTimes)
 
     EXPECT_NE(record({"-n", "1"}).out.find("=== stat.mcvp_var ===\n"), std::string::npos);
     EXPECT_EQ(record({"-n", "2", "share.nothing"}).status, 1);
-    for (const std::vector<std::string> &args :
-         {std::vector<std::string>{"-n", "0"}, {"-n", "x"}, {"-i"}, {"-i", "-1"}, {"-h"}}) {
-        const Result usage = record(args);
-        EXPECT_EQ(usage.status, 1);
-        EXPECT_EQ(usage.err.find("Usage: vorda-record [-n COUNT]"), 0U);
-        EXPECT_EQ(usage.out, "");
+    for (const std::vector<std::string> &args : {std::vector<std::string>{"-n", "0"},
+                                                 {"-n", "99999999999999999999"},
+                                                 {"-i"},
+                                                 {"-i", "."},
+                                                 {"-i", "0.001"},
+                                                 {"-i", "-1"}}) {
+        const Result refused = record(args);
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_EQ(refused.err.find("vorda-record.sh: -"), 0U) << refused.err;
+        EXPECT_EQ(refused.out, "");
     }
+    const Result help = record({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.out.find("Usage: vorda-record.sh [-n COUNT]"), 0U);
 }
 
-TEST(Record, StopsBetweenSnapshots)
+// Whether vorda waits for a lock, the loop for its time, or neither: what is there is whole.
+TEST(Record, AnySignalStopsItBetweenSnapshots)
 {
-    // A vorda that takes its time, and says when it is half way.
     char folder[] = "/tmp/vorda-record-XXXXXX";
     ASSERT_NE(mkdtemp(folder), nullptr);
-    const std::string slow = std::string(folder) + "/vorda";
-    const std::string half = std::string(folder) + "/half";
-    std::ofstream(slow) << "#!/bin/sh\nprintf 'dev_idx = 0, path_idx = 0\\n'\n: >" << half
-                        << "\nsleep 0.3\nprintf 'share.a = 1\\n'\n";
-    chmod(slow.c_str(), 0700);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        unlink(half.c_str());
-        // Its own process group, as a terminal would have it.
-        Child child(
-            {"setsid", "busybox", "sh", VORDA_SOURCE_DIR "/utils/target/vorda-record", "-i", "9"},
-            with_path(folder));
-        ASSERT_TRUE(eventually(5000, [&half] { return access(half.c_str(), F_OK) == 0; }));
-        kill(-child.pid(), number);
-        ASSERT_TRUE(child.ends_within(5000));
-        const Result result = child.finish();
-        EXPECT_EQ(result.status, 0);
-        EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
-                  "dev_idx = 0, path_idx = 0\nshare.a = 1\n; end\n");
-    }
-    // In the pause it need not wait.
-    unlink(half.c_str());
-    Child child(
-        {"setsid", "busybox", "sh", VORDA_SOURCE_DIR "/utils/target/vorda-record", "-i", "60"},
-        with_path(folder));
-    ASSERT_TRUE(eventually(5000, [&half] { return access(half.c_str(), F_OK) == 0; }));
-    usleep(600000);
-    kill(-child.pid(), SIGINT);
-    EXPECT_TRUE(child.ends_within(5000));
-    EXPECT_EQ(child.finish().status, 0);
-    unlink(half.c_str());
-    unlink(slow.c_str());
+    const std::string vorda = std::string(folder) + "/vorda";
+    const std::string started = std::string(folder) + "/started";
+    // The second time it waits for a lock that nobody releases.
+    std::ofstream(vorda) << "#!/bin/sh\necho 'dev_idx = 0, path_idx = 0'\n[ ! -e " << started
+                         << " ] || exec sleep 60\n: >" << started << "\necho 'share.a = 1'\n";
+    chmod(vorda.c_str(), 0700);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        for (const std::string period : {"0.01", "60"}) {
+            unlink(started.c_str());
+            // Its own session, as a terminal would have it; only the loop gets the signal.
+            Child child({"setsid", "busybox", "sh",
+                         VORDA_SOURCE_DIR "/utils/host/vordascope/vorda-record.sh", "-i", period},
+                        with_path(folder));
+            ASSERT_TRUE(eventually(5000, [&] { return access(started.c_str(), F_OK) == 0; }));
+            usleep(100000);
+            kill(child.pid(), number);
+            ASSERT_TRUE(child.ends_within(5000));
+            const Result result = child.finish();
+            EXPECT_EQ(result.status, 0);
+            EXPECT_EQ(result.out.substr(0, 7), "time = ");
+            EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
+                      "dev_idx = 0, path_idx = 0\nshare.a = 1\n; end\n");
+            // Nothing that it began goes on.
+            EXPECT_TRUE(
+                eventually(2000,
+                           [&] {
+                               return run({"pgrep", "-s", std::to_string(child.pid())}).status == 1;
+                           }))
+                << number << " " << period;
+        }
+    unlink(started.c_str());
+    unlink(vorda.c_str());
     rmdir(folder);
 }
 

@@ -1,50 +1,113 @@
 #!/bin/sh
 # Records what vorda prints, again and again, each snapshot below a line with its time. For the
-# camera's BusyBox; on the workstation vordascope reads what it writes.
+# BusyBox of cameras on which nothing can be installed; where vorda-record is, that sees every frame.
 
 usage() {
-  cat >&2 <<'EOF'
-Usage: vorda-record [-n COUNT] [-i SECONDS] [vorda's arguments]
-Runs vorda until it is stopped, or COUNT times, with a pause of SECONDS (default 1) in between.
-Without arguments vorda prints all. Ctrl-C stops between two snapshots, never within one.
-  vorda-record -n 200 all > step.txt
-  vorda-record -i 0.1 -p 1 share
+  cat <<'EOF'
+Usage: vorda-record.sh [-n COUNT] [-i SECONDS] [vorda's arguments]
+Runs vorda every SECONDS (default 1, at least 0.01) until it is stopped, or COUNT times. Without
+arguments vorda prints all. Ctrl-C stops between two snapshots, never within one.
+  ssh camera sh -s -- -n 200 all < vorda-record.sh > step.txt
+  ssh camera sh -s -- -i 0.1 -p 1 share < vorda-record.sh > share.txt
 EOF
+}
+
+refuse() {
+  printf 'vorda-record.sh: %s; try --help.\n' "$1" >&2
   exit 1
 }
 
+# Sets "hundredths" to those of so many seconds.
+count_hundredths() {
+  fraction=00
+  case $1 in *.*) fraction=${1#*.}00 ;; esac
+  hundredths=${1%%.*}${fraction%"${fraction#??}"}
+  while :; do
+    case $hundredths in
+      0?*) hundredths=${hundredths#0} ;; # else it would be an octal number
+      *) break ;;
+    esac
+  done
+}
+
 count=0 # for ever
-interval=1
+period=100
 while [ $# -gt 0 ]; do
   case $1 in
     -n)
-      case ${2-} in '' | 0* | *[!0-9]*) usage ;; esac
+      case ${2-} in
+        '' | 0* | *[!0-9]* | ??????????*) refuse '-n takes a number from 1 to 999999999' ;;
+      esac
       count=$2
       shift 2
       ;;
     -i)
-      case ${2-} in '' | *[!0-9.]*) usage ;; esac
-      interval=$2
+      case ${2-} in
+        '' | .* | *. | *.*.* | *[!0-9.]* | ????????*) refuse '-i takes seconds, like 1 or 0.25' ;;
+      esac
+      count_hundredths "$2"
+      period=$hundredths
+      [ "$period" -gt 0 ] || refuse '-i takes at least 0.01 seconds'
       shift 2
       ;;
-    -h | --help) usage ;;
+    -h | --help)
+      usage
+      exit 0
+      ;;
     *) break ;;
   esac
 done
 [ $# -gt 0 ] || set -- all
 
-# The terminal's Ctrl-C reaches vorda too, which then would end within a snapshot. So vorda ignores
-# what here only asks for the end.
+# A signal ends vorda, which may wait for a lock, or the pause at once. Nothing of a snapshot is
+# written before all of it is there, and nothing ends the writing.
 stop=
-trap 'stop=yes' INT TERM HUP
-recorded=0
-while [ -z "$stop" ]; do
+child=
+snapshot=$(mktemp) || exit
+trap 'rm -f "$snapshot"' EXIT
+trap 'exit 141' PIPE
+trap 'stop=yes; [ -z "$child" ] || kill "$child" 2>/dev/null' INT TERM HUP
+
+# Runs a command to its end, or to the first signal.
+await() {
+  "$@" &
+  child=$!
+  [ -z "$stop" ] || kill "$child" 2>/dev/null
+  wait "$child"
+  status=$?
+  child=
+  return "$status"
+}
+
+# Sets "now", and "hundredths" to those of it.
+look_at_clock() {
   read -r now _ </proc/uptime || exit
-  printf 'time = %s\n' "$now" || exit
-  (trap '' INT TERM HUP; exec vorda "$@") || exit
-  echo '; end' || exit
+  count_hundredths "$now"
+}
+
+recorded=0
+look_at_clock
+due=$hundredths
+while [ -z "$stop" ]; do
+  await vorda "$@" >"$snapshot"
+  status=$?
+  [ -z "$stop" ] || break
+  [ "$status" -eq 0 ] || exit "$status"
+  look_at_clock
+  (
+    trap '' INT TERM HUP
+    printf 'time = %s\n' "$now" && cat "$snapshot" && echo '; end'
+  ) || exit
   recorded=$((recorded + 1))
   [ "$recorded" -ne "$count" ] || break
-  [ -n "$stop" ] || sleep "$interval" || [ -n "$stop" ] || exit
+
+  # A time that has passed meanwhile is not made up for.
+  look_at_clock
+  due=$((due + period))
+  [ "$due" -gt "$hundredths" ] || due=$((hundredths + period - (hundredths - due) % period))
+  pause=$((due - hundredths))
+  # This BusyBox may know whole seconds alone.
+  await sleep "$((pause / 100)).$((pause % 100 / 10))$((pause % 10))" 2>/dev/null || [ -n "$stop" ] ||
+    await sleep $(((pause + 99) / 100)) || [ -n "$stop" ] || exit
 done
 exit 0
