@@ -302,9 +302,9 @@ std::string built(const std::string &name)
     return from_environment("VORDA_BUILD", VORDA_BUILD_DIR) + "/" + name;
 }
 
-std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const std::string &region,
-                                   const Environment &added, const std::string &out,
-                                   const std::set<int> &closed)
+std::unique_ptr<Child> start_tool(const std::string &name, const std::vector<std::string> &args,
+                                  const std::string &region, const Environment &added,
+                                  const std::string &out, const std::set<int> &closed)
 {
     static const std::string library = preloadable(built("sim/libsr_device.so"));
     Environment environment = added;
@@ -319,9 +319,16 @@ std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const s
     } else {
         argv.insert(argv.end(), {"-E", "LD_PRELOAD=" + library});
     }
-    argv.push_back(built("vorda"));
+    argv.push_back(built(name));
     argv.insert(argv.end(), args.begin(), args.end());
     return std::make_unique<Child>(argv, environment, out, closed);
+}
+
+std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const std::string &region,
+                                   const Environment &added, const std::string &out,
+                                   const std::set<int> &closed)
+{
+    return start_tool("vorda", args, region, added, out, closed);
 }
 
 Result run_vorda(const std::vector<std::string> &args, const std::string &region,

@@ -107,7 +107,12 @@ private:
     bool ended_ = false;
 };
 
-// Starts vorda with the stand-in device over a region file ("": there is no region yet).
+// Starts a program of the build under test with the stand-in device over a region file ("": there
+// is no region yet).
+std::unique_ptr<Child> start_tool(const std::string &name, const std::vector<std::string> &args,
+                                  const std::string &region, const Environment &added = {},
+                                  const std::string &out = "", const std::set<int> &closed = {});
+// The same for vorda.
 std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const std::string &region,
                                    const Environment &added = {}, const std::string &out = "",
                                    const std::set<int> &closed = {});

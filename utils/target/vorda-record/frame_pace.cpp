@@ -12,11 +12,15 @@ constexpr Nanoseconds MS = SECOND / 1000;
 
 void FramePace::saw(Nanoseconds now, uint32_t frames, bool awaited)
 {
-    Nanoseconds period = (now - seen_) / std::max(frames, 1U);
-    // It had been there for a while: look earlier next time.
-    if (!awaited)
-        period -= period / 8;
-    period_ = std::clamp(period, 2 * MS, SECOND);
+    // A camera that stood still goes on at once with its full rate.
+    constexpr Nanoseconds LONGEST = 64 * MS;
+    if (seen_ != 0) {
+        Nanoseconds period = (now - seen_) / std::max(frames, 1U);
+        // It had been there for a while: look earlier next time.
+        if (!awaited)
+            period -= period / 8;
+        period_ = std::clamp(period, 2 * MS, LONGEST);
+    }
     seen_ = now;
 }
 

@@ -19,6 +19,6 @@ public:
     Nanoseconds next_look(Nanoseconds now) const;
 
 private:
-    Nanoseconds seen_ = 0;
+    Nanoseconds seen_ = 0;             // when; 0: not yet
     Nanoseconds period_ = SECOND / 60; // of a frame, as far as it is known
 };

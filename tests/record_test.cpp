@@ -1,0 +1,356 @@
+// The real recorder beside a camera that the test steps frame by frame, or one at work.
+#include "camera_lock.h"
+#include "harness.h"
+#include "scene.h"
+#include "vorda.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <random>
+#include <sstream>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace
+{
+
+// What `vorda all` prints of a frame of path 0, without the index line.
+std::string printed(uint32_t frame)
+{
+    register_categories();
+    const auto ctx = std::make_unique<DipPathCtx>();
+    fill_frame(ctx.get(), 0, frame);
+    return captured([&] { return parse_entry(ctx.get(), "all"); }).out;
+}
+
+// A snapshot of a recording: its head lines, and its text, to which those before have added.
+struct Recorded {
+    std::map<std::string, std::string> head;
+    std::string text;
+};
+
+// The section that begins with a line, "" if none does.
+std::string section_of(const std::string &line)
+{
+    if (line.starts_with("=== "))
+        return line;
+    if (line.size() > 2 && line[0] == '[' && line.back() == ']' &&
+        line.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_", 1) == line.size() - 1)
+        return line;
+    return line.starts_with("share.inttime =") || line.starts_with("vinfo.type =")
+               ? line.substr(0, 5)
+               : "";
+}
+
+// A recording of all, expanded. What is not whole at its end counts as a failure.
+std::vector<Recorded> expanded(const std::string &recording)
+{
+    std::vector<Recorded> result;
+    std::vector<std::pair<std::string, std::string>> sections;
+    Recorded now;
+    bool head = true;
+    auto section = sections.end();
+    std::istringstream lines(recording);
+    for (std::string line; std::getline(lines, line);) {
+        if (head && line.starts_with("dev_idx = 0, path_idx = 0")) {
+            head = false;
+            if (!now.head.contains("added_to"))
+                sections.clear();
+            else if (result.empty() || now.head["added_to"] != result.back().head["frame"])
+                ADD_FAILURE() << "added to " << now.head["added_to"];
+        } else if (head) {
+            const size_t equals = line.find(" = ");
+            now.head[line.substr(0, equals)] = line.substr(equals + 3);
+        } else if (line == "; end") {
+            for (const auto &[name, text] : sections)
+                now.text += text;
+            result.push_back(now);
+            now = {};
+            head = true;
+        } else {
+            if (const std::string name = section_of(line); !name.empty()) {
+                section = std::ranges::find(sections, name, [](const auto &s) { return s.first; });
+                if (section == sections.end())
+                    section = sections.emplace(section, name, "");
+                section->second.clear();
+            }
+            section->second += line + "\n";
+        }
+    }
+    EXPECT_TRUE(head && now.head.empty()) << "cut: " << recording.size() << " bytes";
+    return result;
+}
+
+// A recorder of path 0, whose frames the test makes.
+class Stepped
+{
+public:
+    explicit Stepped(std::vector<std::string> args)
+        : child_(start_tool("vorda-record", args, region_.file(), {}, out_.path()))
+    {
+    }
+
+    void publish(uint32_t frame)
+    {
+        const auto ctx = std::make_unique<DipPathCtx>();
+        fill_frame(ctx.get(), 0, frame);
+        camera_lock(&region_->path[0].lock);
+        memcpy(static_cast<void *>(&region_->path[0].dip), ctx.get(), sizeof(*ctx));
+        path_unlock(&region_->path[0].lock);
+    }
+
+    // Whether the recording comes to hold that frame, whole.
+    bool holds(uint32_t frame)
+    {
+        const std::string line = "\nframe = " + std::to_string(frame) + "\n";
+        return eventually(20000, [&] {
+            const size_t at = text().rfind(line);
+            return at != std::string::npos && text().find("\n; end\n", at) != std::string::npos;
+        });
+    }
+
+    Region &region() { return region_; }
+    Child &child() { return *child_; }
+    std::string text() { return read_file(out_.path()); }
+
+private:
+    Region region_;
+    TempFile out_;
+    std::unique_ptr<Child> child_;
+};
+
+TEST(Recorder, EveryFrameExpandsToWhatVordaPrintsOfIt)
+{
+    Stepped camera({"all"});
+    std::vector<uint32_t> frames = {0};
+    ASSERT_TRUE(camera.holds(0));
+    const auto step = [&](uint32_t frame) {
+        camera.publish(frame);
+        frames.push_back(frame);
+        return camera.holds(frame);
+    };
+    for (uint32_t frame = 1; frame < 45; frame++) // the lights go down at 30
+        ASSERT_TRUE(step(frame));
+    ASSERT_TRUE(step(48)); // three frames that nobody could see
+    kill(camera.child().pid(), SIGUSR1);
+    usleep(20000);
+    ASSERT_TRUE(step(49));
+    ASSERT_TRUE(step(7)); // the camera has begun anew
+    ASSERT_TRUE(step(8));
+    camera.region()->descptr.path[0].state = 0;
+    const Result result = camera.child().finish();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "Input path 0 is not enabled on video device 0.\n");
+
+    const std::string text = camera.text();
+    EXPECT_TRUE(text.starts_with("label host = "));
+    EXPECT_LT(text.size(), printed(0).size() * 8); // what did not change is not repeated
+    const std::vector<Recorded> recorded = expanded(text);
+    ASSERT_EQ(recorded.size(), frames.size());
+    double before = 0;
+    for (size_t i = 0; i < frames.size(); i++) {
+        SCOPED_TRACE(frames[i]);
+        auto head = recorded[i].head;
+        EXPECT_EQ(head["frame"], std::to_string(frames[i]));
+        EXPECT_TRUE(recorded[i].text == printed(frames[i]));
+        EXPECT_EQ(head["missed"], frames[i] == 48 ? "3" : "");
+        const bool whole = i == 0 || frames[i] == 49 || frames[i] < frames[i - 1];
+        EXPECT_EQ(head.contains("added_to"), !whole);
+        EXPECT_GT(std::stod(head["time"]), before);
+        EXPECT_EQ(head["time"].size() - head["time"].find('.'), 7U); // microseconds
+        before = std::stod(head["time"]);
+    }
+}
+
+TEST(Recorder, ARingIsWrittenWhenItIsAskedForAndWhenTheTriggerComes)
+{
+    Stepped camera({"--ring", "600", "--trigger", "share.inttime>9000", "share", "stat.awb"});
+    ASSERT_TRUE(
+        eventually(10000, [&] { return camera.child().said().starts_with("Keeping the last "); }));
+    uint32_t frame = 1;
+    for (; frame < 10; frame++) {
+        camera.publish(frame);
+        usleep(10000);
+    }
+    usleep(200000);
+    EXPECT_EQ(camera.text(), "");
+    kill(camera.child().pid(), SIGUSR1);
+    ASSERT_TRUE(camera.holds(frame - 1)) << camera.child().said() << camera.text();
+    for (; frame < 60; frame++) { // the lights go down at 30
+        camera.publish(frame);
+        usleep(10000);
+    }
+    const auto exposure = [](uint32_t number) {
+        const auto ctx = std::make_unique<DipPathCtx>();
+        fill_frame(ctx.get(), 0, number);
+        return ctx->dip_ctx.share.inttime;
+    };
+    uint32_t fault = 10;
+    while (exposure(fault) <= 9000)
+        fault++;
+    ASSERT_TRUE(camera.holds(fault));
+    kill(camera.child().pid(), SIGTERM);
+    const Result result = camera.child().finish();
+    EXPECT_EQ(result.status, -SIGTERM);
+
+    // All that was kept, in one chain for each time that it was written; nothing behind the fault.
+    const std::string text = camera.text();
+    std::istringstream lines(text);
+    std::vector<std::string> frames;
+    int whole = 0;
+    for (std::string line, before; std::getline(lines, line); before = line) {
+        if (line.starts_with("frame = "))
+            frames.push_back(line.substr(8));
+        whole += line.starts_with("dev_idx") && before.starts_with("frame = ");
+    }
+    EXPECT_EQ(whole, 2);
+    EXPECT_EQ(frames.back(), std::to_string(fault));
+    EXPECT_GT(frames.size(), 20U);
+    EXPECT_NE(result.err.find(" for the trigger.\n"), std::string::npos) << result.err;
+
+    Region region;
+    const Result unknown =
+        start_tool("vorda-record", {"--ring", "1", "--trigger", "share.speed<1"}, region.file())
+            ->finish();
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_NE(unknown.err.find("no number `share.speed' is recorded"), std::string::npos);
+}
+
+// A camera at work, as fast as it goes.
+class AtWork
+{
+public:
+    explicit AtWork(const Region &region, const std::string &fps)
+        : camera_({VORDA_BUILD_DIR "/sim/sr-scene", "--live", "--fps", fps, region.file()}, {})
+    {
+        EXPECT_TRUE(eventually(10000, [&] { return region->path[0].dip.dip_ctx.frame_cnt > 2; }));
+    }
+
+private:
+    Child camera_;
+};
+
+TEST(Recorder, StopsBetweenSnapshotsWhateverStopsIt)
+{
+    Region region;
+    const AtWork camera(region, "200");
+    std::mt19937 random(1);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
+        for (int i = 0; i < 3; i++) {
+            const TempFile out;
+            const auto child = start_tool("vorda-record", {"--whole", "0.01", "all"}, region.file(),
+                                          {}, out.path());
+            ASSERT_TRUE(eventually(10000, [&] { return !read_file(out.path()).empty(); }));
+            usleep(static_cast<useconds_t>(random() % 50000));
+            kill(child->pid(), number);
+            ASSERT_TRUE(child->ends_within(10000));
+            EXPECT_EQ(child->finish().status, -number);
+            const std::vector<Recorded> recorded = expanded(read_file(out.path()));
+            ASSERT_FALSE(recorded.empty());
+            for (Recorded snapshot : recorded) // of one frame, never of two
+                EXPECT_TRUE(snapshot.text ==
+                            printed(static_cast<uint32_t>(std::stoul(snapshot.head["frame"]))));
+        }
+
+    // A disk that is full within a snapshot.
+    const TempFile out;
+    rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small = before;
+    small.rlim_cur = 500 << 10;
+    setrlimit(RLIMIT_FSIZE, &small);
+    const auto full =
+        start_tool("vorda-record", {"--whole", "0.01"}, region.file(), {}, out.path());
+    setrlimit(RLIMIT_FSIZE, &before);
+    const Result result = full->finish();
+    EXPECT_EQ(result.status, 2) << result.err;
+    EXPECT_NE(result.err.find("cannot write: File too large"), std::string::npos) << result.err;
+    EXPECT_GE(expanded(read_file(out.path())).size(), 3U);
+
+    // A reader that takes nothing, and one that goes.
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const std::string writer = "/proc/self/fd/" + std::to_string(ends[1]);
+    auto child = start_tool("vorda-record", {"--whole", "0.01"}, region.file(), {}, writer);
+    usleep(500000);
+    kill(child->pid(), SIGTERM);
+    EXPECT_TRUE(child->ends_within(10000));
+    EXPECT_EQ(child->finish().err, "vorda-record: cannot write: the reader takes nothing.\n");
+    child = start_tool("vorda-record", {"--whole", "0.01"}, region.file(), {}, writer);
+    close(ends[0]);
+    close(ends[1]);
+    EXPECT_EQ(child->finish().status, -SIGPIPE);
+}
+
+TEST(Recorder, ASignalEndsTheWaitForALockThatStaysTaken)
+{
+    Stepped camera({"share"});
+    ASSERT_TRUE(camera.holds(0));
+    PathLock &lock = camera.region()->path[0].lock;
+    camera_lock(&lock);
+    const std::string held(reinterpret_cast<const char *>(&lock), sizeof(lock));
+    camera.region()->path[0].dip.dip_ctx.frame_cnt = 1;
+    usleep(100000);
+    kill(camera.child().pid(), SIGHUP);
+    ASSERT_TRUE(camera.child().ends_within(10000));
+    EXPECT_EQ(camera.child().finish().status, -SIGHUP);
+    EXPECT_EQ(std::string(reinterpret_cast<const char *>(&lock), sizeof(lock)), held);
+    path_unlock(&lock);
+}
+
+// The region's file is cut short, as a driver takes its memory away.
+TEST(Recorder, SaysThatTheRegionHasGoneAway)
+{
+    Stepped camera({"share"});
+    ASSERT_TRUE(camera.holds(0));
+    ASSERT_EQ(truncate(camera.region().file().c_str(), 0), 0);
+    const Result result = camera.child().finish();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "vorda-record: the shared region has gone away.\n");
+}
+
+TEST(Recorder, KeepsAPeriodOnTheClockAndRecordsWhatIsAskedFor)
+{
+    Region region;
+    const auto record = [&](const std::vector<std::string> &args) {
+        return start_tool("vorda-record", args, region.file())->finish();
+    };
+    // A still camera: only the times differ.
+    const Result result = record(
+        {"-n", "11", "-i", "0.1", "share.fps", "stat.dhz", "SHARE.inttime", "-p1", "share.fps"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    const size_t first = result.out.find("dev_idx");
+    EXPECT_EQ(result.out.substr(first, result.out.find("; end") - first),
+              "dev_idx = 0, path_idx = 1\nshare.fps = 25.00\nshare.inttime = 8000\n"
+              "=== stat.dhz ===\nROI luma_avg: 660\n");
+    std::vector<double> times;
+    for (size_t at = 0; (at = result.out.find("time = ", at)) != std::string::npos; at += 7)
+        if (at == 0 || result.out[at - 1] == '\n')
+            times.push_back(std::stod(result.out.substr(at + 7)));
+    ASSERT_EQ(times.size(), 11U);
+    EXPECT_NEAR(times.back() - times.front(), 1.0, 0.09); // no pause after the work
+    EXPECT_EQ(result.out.find("missed"), std::string::npos);
+
+    for (const std::vector<std::string> &args : {std::vector<std::string>{"-n", "0"},
+                                                 {"-n", "4294967296"},
+                                                 {"-i", "."},
+                                                 {"-i", "1e3"},
+                                                 {"--ring", "601"},
+                                                 {"--trigger", "share.fps<20"},
+                                                 {"--ring", "1", "--trigger", "x<"},
+                                                 {"-q"},
+                                                 {"nothing"},
+                                                 {"share.nothing"},
+                                                 {"-p", "2"}}) {
+        const Result refused = record(args);
+        EXPECT_EQ(refused.status, 1) << args[0];
+        EXPECT_EQ(refused.out, "");
+        EXPECT_NE(refused.err, "");
+    }
+    const Result help = record({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.out.starts_with("Usage: vorda-record "));
+}
+
+} // namespace
