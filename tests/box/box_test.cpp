@@ -199,15 +199,17 @@ long number_after(const std::string &text, const std::string &word)
 
 TEST(Box, TheWaitingToolIsSmallAndKeepsNothingOpen)
 {
-    const Answer answer = box(reload() + "sr-scene /dev/sr; box-probe hold 60000 0;"
-                                         "vorda share >/dev/null & usleep 300000;"
-                                         "cd /proc/$!; cat smaps_rollup status maps; ls fd;"
-                                         "kill -9 $!; killall -9 box-probe; wait");
-    // Its own pages are those of the snapshot and what the C library needs; what is resident beside
-    // them is the region and the C library.
+    const Answer answer =
+        box(reload() + "sr-scene /dev/sr; box-probe hold 60000 0;"
+                       "vorda share >/dev/null & cd /proc/$!;"
+                       "until awk '/^volun/ && $2 > 20 { n = 1 } END { exit !n }'"
+                       " status; do usleep 1000; done; cat smaps_rollup status maps; ls fd;"
+                       "kill -9 $!; killall -9 box-probe; wait");
+    // Its own pages are those that the C library needs: a snapshot that cannot be taken yet has none.
+    // What is resident beside them is the region and the C library.
     const long anonymous = number_after(answer.out, "Anonymous:");
-    EXPECT_GT(anonymous, 111) << answer;
-    EXPECT_LE(anonymous, 256) << answer;
+    EXPECT_GT(anonymous, 0) << answer;
+    EXPECT_LE(anonymous, 100) << answer;
     EXPECT_LE(number_after(answer.out, "Rss:"), 2048) << answer;
     EXPECT_EQ(count_of(answer.out, "/dev/sr"), 1U) << answer;
     EXPECT_TRUE(answer.out.ends_with("\n0\n1\n2\n")) << answer;
@@ -262,6 +264,7 @@ TEST(Box, EverySnapshotIsOfOneFrame)
 // In pages without a name nobody can queue for a lock: a camera that comes upon a taken one dies.
 TEST(Box, EverySnapshotIsOfOneFrameInARegionThatTheKernelCannotName)
 {
+    EXPECT_EQ(one_core_box("cat /proc/sys/kernel/randomize_va_space").out, "2\n");
     expect_whole_snapshots(one_core_box, 30, "unnamed=1", "box-probe write");
     expect_whole_snapshots(one_core_box, 30, "unnamed=1",
                            "sr-scene --live --fps 200 --stamp /dev/sr");
