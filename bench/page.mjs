@@ -1,11 +1,12 @@
 // Measures pages in a browser. For each FILE.html one line: its name, the milliseconds until it has
-// drawn itself, and those that a step to the next snapshot takes (medians; 0 where there is none).
+// drawn itself, and those that a step to the next snapshot takes (medians of rounds in which the files
+// take turns; 0 where there is none).
 import { basename, resolve } from 'node:path';
 import { pathToFileURL } from 'node:url';
 import { launch } from '../tests/page/browser.mjs';
 
-const LOADS = 5;
-const STEPS = 30;
+const ROUNDS = 7;
+const STEPS = 10;
 const median = (values) => values.sort((a, b) => a - b)[values.length >> 1] ?? 0;
 
 /** Runs in the page before anything else: notes when its first content has been painted. */
@@ -44,23 +45,30 @@ async function steps(count) {
     return times;
 }
 
-const browser = await launch();
-for (const file of process.argv.slice(2)) {
-    const ready = [];
-    let page;
-    for (let i = 0; i < LOADS; i++) {
-        await page?.close();
-        page = await browser.newPage({ viewport: { width: 1280, height: 900 } });
-        await page.addInitScript(watchReady);
-        await page.goto(pathToFileURL(resolve(file)).href);
-        await page.waitForFunction(() => window.readyAt);
-        ready.push(await page.evaluate(() => window.readyAt));
-    }
+/** Loads a page and steps through it: { ready, step: [...] }, the steps empty where there are none. */
+async function measure(browser, file) {
+    const page = await browser.newPage({ viewport: { width: 1280, height: 900 } });
+    await page.addInitScript(watchReady);
+    await page.goto(pathToFileURL(resolve(file)).href);
+    await page.waitForFunction(() => window.readyAt);
+    const ready = await page.evaluate(() => window.readyAt);
     await page.waitForTimeout(1000);
     const before = await page.evaluate(() => location.hash);
     const step = await page.evaluate(steps, STEPS);
     await page.waitForTimeout(500);
     const moved = before !== (await page.evaluate(() => location.hash));
-    console.log(basename(file), median(ready).toFixed(0), (moved ? median(step) : 0).toFixed(1));
+    await page.close();
+    return { ready, step: moved ? step : [] };
+}
+
+const browser = await launch();
+const files = process.argv.slice(2);
+const measured = files.map(() => []);
+for (let round = 0; round < ROUNDS; round++)
+    for (const [i, file] of files.entries()) measured[i].push(await measure(browser, file));
+for (const [i, file] of files.entries()) {
+    const ready = median(measured[i].map(({ ready }) => ready));
+    const step = median(measured[i].flatMap(({ step }) => step));
+    console.log(basename(file), ready.toFixed(0), step.toFixed(1));
 }
 await browser.close();
