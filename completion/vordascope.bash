@@ -22,7 +22,10 @@ _vordascope()
     done
     [[ $verb != response || -r $file ]] || file=${file%#*}
     if [[ $verb == @(series|response) && -n $file && -r $file && -n $word ]]; then
-        # Columns of an array differ in their last index; names may hold blanks.
+        # The word as the shell will read it: names may hold blanks.
+        word=${word//\\/}
+        word=${word#[\"\']}
+        # Columns of an array differ in their last index.
         mapfile -t COMPREPLY < <("$scope" series "$file" "$word*" 2>/dev/null | head -n 1 |
             tr , '\n' | sed 's/\[[0-9]*\]$//' | uniq | sed 's/[][ ()*?]/\\&/g')
         return

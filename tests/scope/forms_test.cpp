@@ -64,6 +64,7 @@ json expected(const Value &value)
 json expected(const Snapshot &snapshot)
 {
     json object = {{"vorda_json", 1},
+                   {"file", "a.txt"},
                    {"dev_idx", snapshot.dev_idx},
                    {"path_idx", snapshot.path_idx},
                    {"time", snapshot.timed ? expected(snapshot.time) : json()},
@@ -113,7 +114,7 @@ TEST(Json, HoldsWhatASnapshotHolds)
     int count = 0;
     for (; const Snapshot *snapshot = reader.next(); count++) {
         std::string text;
-        put_json(*snapshot, text);
+        put_json(*snapshot, "a.txt", text);
         EXPECT_EQ(text.find('\n'), std::string::npos);
         EXPECT_TRUE(parse(text) == expected(*snapshot)) << snapshot->number;
         // The largest integers stand there digit by digit.
@@ -132,8 +133,9 @@ TEST(Json, OneSnapshotInFull)
         "time = 1.50\n" + INDEX + "=== cfg.x ===\na = 1\nDBC:\nm:\n1, 2\n3, 4\n?\n";
     Reader reader{std::string_view(text)};
     std::string out;
-    put_json(*reader.next(), out);
-    EXPECT_EQ(out, R"({"vorda_json":1,"dev_idx":0,"path_idx":1,"time":1.50,"cut":false,)"
+    put_json(*reader.next(), "\xFF\"", out);
+    EXPECT_EQ(out, "{\"vorda_json\":1,\"file\":\"\xC3\xBF\\\"\","
+                   R"("dev_idx":0,"path_idx":1,"time":1.50,"cut":false,)"
                    R"("cfg":{"x":{"a":1,"DBC":{"m":[[1,2],[3,4]]}}},"unread":[9]})");
 }
 

@@ -26,7 +26,7 @@ void use(const Snapshot &snapshot, std::string &out)
     std::string again;
     write(snapshot, again);
     require(again == snapshot.text);
-    put_json(snapshot, out);
+    put_json(snapshot, "file", out);
 
     Rules rules({}, {}, {});
     const Comparison same = compare(snapshot, snapshot, rules, "a", "b");

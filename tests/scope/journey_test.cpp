@@ -110,6 +110,7 @@ TEST(ScopeJourney, ChecksAndConverts)
         {{"series", two.path(), "share.inttime"}, "choose one with --path 0,1, or name"},
         {{"series", "--path", "0", two.path(), "share.inttime"}, "--path: D,P is"},
         {{"series", "--path", "7,7", two.path(), "share.inttime"}, "no snapshot of that path"},
+        {{"json", "--label", "0=x", good.path()}, "--label: KEY is"},
         {{"frobnicate"}, "frobnicate"},
         {{}, "a verb is missing"},
     };
@@ -188,6 +189,30 @@ TEST(ScopeJourney, HoldsCapturesAgainstRules)
     EXPECT_EQ(result.status, 0);
     EXPECT_NE(result.out.find("  inttime  10 -> 11  (+1, +10 %)  (warning)\n"), std::string::npos);
     EXPECT_EQ(scope({"check", "--rules", warn.path(), good.path()}).status, 2);
+}
+
+TEST(ScopeJourney, SaysWhichCaptureItIs)
+{
+    const Capture own("label host = cam1\nlabel fw = 7\n" + snapshot(1));
+    const Capture none(snapshot(2));
+    const std::vector<std::string> labels = {"--label", "site==\"r\xf6of\"", "--label", "fw=8"};
+    std::vector<std::string> args = {"json", own.path()};
+    args.insert(args.end(), labels.begin(), labels.end());
+    Result result = scope(args);
+    EXPECT_NE(result.out.find("{\"vorda_json\":1,\"file\":\"" + own.path() + "\",\"dev_idx\":0"),
+              std::string::npos);
+    // Of the same name, the capture's own holds.
+    EXPECT_NE(result.out.find(
+                  "\"labels\":{\"site\":\"=\\\"r\xc3\xb6of\\\"\",\"fw\":\"7\",\"host\":\"cam1\"}"),
+              std::string::npos)
+        << result.out;
+
+    args = {"series", own.path(), none.path(), "file", "label host", "label site", "share.inttime"};
+    args.insert(args.end(), labels.begin(), labels.end());
+    result = scope(args);
+    const std::string site = ",\"'=\"\"r\xf6of\"\"\",";
+    EXPECT_EQ(result.out, "file,label host,label site,share.inttime\n" + own.path() + ",cam1" +
+                              site + "1\n" + none.path() + "," + site + "2\n");
 }
 
 TEST(ScopeJourney, GivesValuesToScripts)
@@ -473,8 +498,13 @@ TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
     };
     EXPECT_EQ(completed("ch"), "check\n");
     EXPECT_EQ(completed("diff --ig"), "--ignore --ignore-from\n");
-    const Capture capture(snapshot(1, "share.isp_gain = 1\nshare.fps = 25.00\n"));
+    const Capture capture(
+        snapshot(1, "share.isp_gain = 1\nshare.fps = 25.00\n[X]\nlong key: 1\nlong kez: 2\n") +
+        "dev_idx = 1, path_idx = 0\nshare.inttime = 1\n");
     EXPECT_EQ(completed("series " + capture.path() + " share.i"), "share.inttime share.isp_gain\n");
+    for (const std::string word : {R"(intl.x.long\\\ k)", R"("'intl.x.long k")"})
+        EXPECT_EQ(completed("series " + capture.path() + " " + word),
+                  "intl.x.long\\ key intl.x.long\\ kez\n");
     EXPECT_EQ(completed("response " + capture.path() + "#1-9 share.f"), "share.fps\n");
 }
 

@@ -1,12 +1,35 @@
 // Messages about captures.
 #include "captures.h"
 
+#include <algorithm>
+
 namespace vordascope
 {
 
 std::string plural(uint64_t count, const char *what)
 {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
+std::optional<Label> read_label(std::string_view text)
+{
+    const size_t equals = text.find('=');
+    const std::string_view key = text.substr(0, equals);
+    const bool named = !key.empty() && (is(key[0], LETTER) || key[0] == '_') &&
+                       std::all_of(key.begin(), key.end(), [](char c) {
+                           return is(c, LETTER | DIGIT) || c == '_' || c == '.' || c == '-';
+                       });
+    if (equals == std::string_view::npos || !named)
+        return {};
+    return Label{std::string(key), std::string(text.substr(equals + 1))};
+}
+
+std::vector<Label> read_labels(const std::vector<std::string> &texts)
+{
+    std::vector<Label> labels;
+    for (const std::string &text : texts)
+        labels.push_back(*read_label(text));
+    return labels;
 }
 
 void warn_of_unread(const Input &input, uint64_t unread)

@@ -3,6 +3,8 @@
 
 #include "stream.h"
 
+#include <optional>
+
 namespace vordascope
 {
 
@@ -13,6 +15,12 @@ constexpr int TROUBLE = 2;
 
 // "1 line", "2 lines"
 std::string plural(uint64_t count, const char *what);
+
+// A label as it is given, "KEY=VALUE". No value where KEY is none.
+std::optional<Label> read_label(std::string_view text);
+
+// Those that have been checked.
+std::vector<Label> read_labels(const std::vector<std::string> &texts);
 
 // Says that a capture was not read in full, for verbs whose output has no place for it.
 void warn_of_unread(const Input &input, uint64_t unread);

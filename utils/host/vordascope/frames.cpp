@@ -90,6 +90,8 @@ void for_each_line(std::string_view text, uint64_t number, Use use)
     }
 }
 
+} // namespace
+
 void set_label(std::vector<Label> &labels, std::string_view key, std::string_view value)
 {
     const auto known = std::find_if(labels.begin(), labels.end(),
@@ -99,8 +101,6 @@ void set_label(std::vector<Label> &labels, std::string_view key, std::string_vie
     else
         labels.push_back({std::string(key), std::string(value)});
 }
-
-} // namespace
 
 char *Frames::room(size_t size)
 {

@@ -9,6 +9,9 @@ namespace vordascope
 inline constexpr size_t SNAPSHOT_MAX = size_t{32} << 20;
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // some editors begin a file with it
 
+// Gives a label its value, anew if it has one.
+void set_label(std::vector<Label> &labels, std::string_view key, std::string_view value);
+
 // Splits an input, as a Reader does; see there. Its buffer holds one snapshot and what was given
 // beyond it.
 class Frames

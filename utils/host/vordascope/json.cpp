@@ -180,9 +180,11 @@ void put_recording(const Head &head, std::string &out)
 
 } // namespace
 
-void put_json(const Snapshot &snapshot, std::string &out)
+void put_json(const Snapshot &snapshot, std::string_view file, std::string &out)
 {
-    out += R"({"vorda_json":1,"dev_idx":)";
+    out += R"({"vorda_json":1,"file":)";
+    put_json_string(file, out);
+    out += R"(,"dev_idx":)";
     put_json(snapshot.dev_idx, out);
     out += R"(,"path_idx":)";
     put_json(snapshot.path_idx, out);

@@ -1,6 +1,6 @@
 // Snapshots as JSON.
 //
-//     {"vorda_json":1,"dev_idx":0,"path_idx":0,"time":12.34,"frame":7,"cut":false,
+//     {"vorda_json":1,"file":"a.txt","dev_idx":0,"path_idx":0,"time":12.34,"frame":7,"cut":false,
 //      "cfg":{"nr":{"mode":0,"ma_y.lut_i":[0,12]}},"share":{"inttime":8000},"unread":[12]}
 //
 // Names are vorda's items and keys as printed. A category holds items, an item its fields and
@@ -16,8 +16,8 @@
 namespace vordascope
 {
 
-// Appends a snapshot as one object, without a line end.
-void put_json(const Snapshot &snapshot, std::string &out);
+// Appends a snapshot as one object, without a line end. `file` is the capture that it is of.
+void put_json(const Snapshot &snapshot, std::string_view file, std::string &out);
 
 // What becomes of a number.
 enum class Numbers : uint8_t {

@@ -25,7 +25,7 @@ constexpr char FIELDS[] =
     "An array gives a column for each of its values. In a pattern * stands for any characters\n"
     "and ? for one; a pattern that matches an item or a block stands for all of its fields.\n"
     "Beside fields there are: time, frame, snapshot (its number), dev_idx, path_idx, file,\n"
-    "and \"label KEY\". One capture: FILE FIELD...; several: --files FILE... -- FIELD...";
+    "and \"label KEY\". The words up to the first one that names no file are captures.";
 
 constexpr char PATTERNS[] =
     "GLOB matches the path of a field, or of its item or block: share.*gain, stat, cfg.nr,\n"
@@ -101,6 +101,18 @@ void add_junit(CLI::App *verb, std::string &file)
         ->type_name("FILE.xml");
 }
 
+void add_labels(CLI::App *verb, std::vector<std::string> &labels)
+{
+    repeated(verb->add_option("--label", labels,
+                              "Say something of the captures, besides what they say themselves"),
+             "KEY=VALUE")
+        ->check(CLI::Validator(
+            [](std::string &text) {
+                return read_label(text) ? "" : "KEY is letters, digits, and _ . - behind the first";
+            },
+            ""));
+}
+
 void add_check(CommandLine &line)
 {
     const auto [verb, options] =
@@ -121,6 +133,7 @@ void add_json(CommandLine &line)
 {
     const auto [verb, options] =
         line.add("json", "Print JSON Lines: an object a snapshot", "", json);
+    add_labels(verb, options.labels);
     verb->add_option("FILE", options.files, "Captures")->required();
 }
 
@@ -167,9 +180,10 @@ void add_series(CommandLine &line)
     verb->add_flag("--no-header", options.no_header, "Leave the columns' names out");
     verb->add_option("--path", options.path, "Only snapshots of device D and path P")
         ->type_name("D,P");
-    verb->add_option("--files", options.files, "Captures; all other words are fields then")
-        ->type_name("FILE...");
-    verb->add_option("FILE FIELD", options.words, "A capture and fields")->required();
+    add_labels(verb, options.labels);
+    verb->add_option("FILE FIELD", options.words, "Captures, and then fields")
+        ->type_name("")
+        ->required();
 }
 
 void add_response(CommandLine &line)
@@ -199,6 +213,7 @@ void add_report(CommandLine &line)
                  "more are\na series. Exit status: 0, or 2 when something could not be read or "
                  "written.",
                  report);
+    add_labels(verb, options.labels);
     verb->add_option("-o,--output", options.out,
                      "Where the page goes; standard output when left out")
         ->type_name("OUT.html");

@@ -71,6 +71,9 @@ public:
     // call.
     explicit Reader(std::string_view whole) : frames_(whole) {}
 
+    // Labels all snapshots from here on, unless the capture says otherwise.
+    void add_label(const Label &label) { set_label(snapshot_.labels, label.key, label.value); }
+
     // Room for `size` more bytes. Ends the validity of the snapshot that next() returned last.
     char *room(size_t size) { return frames_.room(size); }
 

@@ -95,10 +95,12 @@ void Progress::end()
     shown_ = false;
 }
 
-Input::Input(const std::string &file)
-    : name_(is_standard_input(file) ? "standard input" : shown(file)),
+Input::Input(const std::string &file, const std::vector<Label> &labels)
+    : file_(is_standard_input(file) ? "standard input" : file), name_(shown(file_)),
       fd_(is_standard_input(file) ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC))
 {
+    for (const Label &label : labels)
+        reader_.add_label(label);
     struct stat status = {};
     struct stat output = {};
     if (fd_ < 0) {

@@ -49,13 +49,17 @@ public:
     // `file` is a path, or names standard input. Tells on standard error how far it has come,
     // when that is a terminal and reading takes long. Fails where standard output goes to the same
     // file, which would be overwritten or never end.
-    explicit Input(const std::string &file);
+    // `labels` are those that the capture has besides its own.
+    explicit Input(const std::string &file, const std::vector<Label> &labels = {});
     ~Input();
     Input(const Input &) = delete;
     Input &operator=(const Input &) = delete;
 
     // As people know it, printable.
     const std::string &name() const { return name_; }
+
+    // As it was given, for output that takes any bytes.
+    const std::string &file() const { return file_; }
 
     // Returns the next snapshot, which stays valid until the next call, or nullptr: the input ends,
     // or it has failed.
@@ -71,6 +75,7 @@ private:
     void fail(std::string why);
 
     Progress progress_;
+    std::string file_;
     std::string name_;
     int fd_;
     std::string error_;

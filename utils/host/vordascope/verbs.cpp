@@ -57,20 +57,27 @@ std::optional<PathChoice> read_path(std::string_view text)
     return {};
 }
 
+// Whether a word of the command line stands for a capture and not for a field.
+bool is_capture(const std::string &word)
+{
+    return is_standard_input(word) || access(word.c_str(), F_OK) == 0;
+}
+
 // The table that `series` prints.
 class Rows
 {
 public:
-    Rows(const std::vector<std::string> &fields, std::optional<PathChoice> path, bool header,
-         Output &output)
-        : fields_(fields), path_(path), chosen_(path), header_(header), output_(output)
+    Rows(const SeriesOptions &options, const std::vector<std::string> &fields,
+         std::optional<PathChoice> path, Output &output)
+        : labels_(read_labels(options.labels)), fields_(fields), path_(path), chosen_(path),
+          header_(!options.no_header), output_(output)
     {
     }
 
     // Prints the rows of a capture. Returns a status.
     int add(const std::string &file)
     {
-        Input input(file);
+        Input input(file, labels_);
         uint64_t unread = 0;
         uint64_t used = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {
@@ -110,10 +117,11 @@ private:
                      ", or name the columns dev_idx and path_idx as well";
         if (!error_.empty())
             return false;
-        table_.put_row(snapshot, input.name(), text_);
+        table_.put_row(snapshot, input.file(), text_);
         return output_.write(text_);
     }
 
+    const std::vector<Label> labels_;
     const std::vector<std::string> &fields_;
     std::optional<PathChoice> path_; // of the rows so far
     const std::optional<PathChoice> chosen_;
@@ -129,11 +137,12 @@ private:
 
 int json(const JsonOptions &options)
 {
+    const std::vector<Label> labels = read_labels(options.labels);
     Output output;
     int status = YES;
     std::string text;
     for (const std::string &file : options.files) {
-        Input input(file);
+        Input input(file, labels);
         uint64_t outside = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {
             if (!snapshot.indexed) {
@@ -141,7 +150,7 @@ int json(const JsonOptions &options)
                 return true;
             }
             text.clear();
-            put_json(snapshot, text);
+            put_json(snapshot, input.file(), text);
             text += '\n';
             return output.write(text);
         });
@@ -188,11 +197,11 @@ int learn(const LearnOptions &options)
 
 int series(const SeriesOptions &options)
 {
-    std::vector<std::string> files = options.files;
-    std::vector<std::string> fields = options.words;
-    if (files.empty()) {
-        files.push_back(fields.front());
-        fields.erase(fields.begin());
+    std::vector<std::string> files;
+    std::vector<std::string> fields;
+    for (const std::string &word : options.words) {
+        const bool capture = files.empty() || (fields.empty() && is_capture(word));
+        (capture ? files : fields).push_back(word);
     }
     if (fields.empty()) {
         complain("series: FIELD is required");
@@ -204,7 +213,7 @@ int series(const SeriesOptions &options)
         return TROUBLE;
     }
     Output output;
-    Rows rows(fields, path, !options.no_header, output);
+    Rows rows(options, fields, path, output);
     int status = YES;
     for (const std::string &file : files) {
         status = std::max(status, rows.add(file));
@@ -236,7 +245,7 @@ int report(const ReportOptions &options)
     Model model(options.pictures);
     int status = YES;
     for (const std::string &file : options.files) {
-        Input input(file);
+        Input input(file, read_labels(options.labels));
         model.begin_file(title_of(file, options.files));
         uint64_t unread = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {

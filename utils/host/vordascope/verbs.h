@@ -22,6 +22,7 @@ int check(const CheckOptions &options);
 
 struct JsonOptions {
     std::vector<std::string> files;
+    std::vector<std::string> labels; // "KEY=VALUE", which all captures have besides their own
 };
 
 // Prints JSON Lines: an object a snapshot, as soon as it is complete.
@@ -52,9 +53,9 @@ struct LearnOptions {
 int learn(const LearnOptions &options);
 
 struct SeriesOptions {
-    std::vector<std::string> words; // a capture and fields; fields alone where there are `files`
-    std::vector<std::string> files; // captures
-    std::string path;               // "D,P": only snapshots of this path; empty for all
+    std::vector<std::string> words;  // captures, and then fields
+    std::vector<std::string> labels; // "KEY=VALUE", which all captures have besides their own
+    std::string path;                // "D,P": only snapshots of this path; empty for all
     bool no_header = false;
 };
 
@@ -74,7 +75,8 @@ int response(const ResponseOptions &options);
 
 struct ReportOptions {
     std::vector<std::string> files;
-    std::string out; // empty for standard output
+    std::vector<std::string> labels; // "KEY=VALUE", which all captures have besides their own
+    std::string out;                 // empty for standard output
     size_t pictures = PICTURES;
 };
 
