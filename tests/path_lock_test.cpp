@@ -19,6 +19,7 @@
 #include <linux/filter.h>
 #include <linux/futex.h>
 #include <linux/seccomp.h>
+#include <poll.h>
 #include <sched.h>
 #include <string_view>
 #include <sys/prctl.h>
@@ -372,6 +373,51 @@ TEST_F(Snapshot, WaitsWithoutTryingInPausesThatGrow)
     EXPECT_EQ(take().status, 0);
     EXPECT_EQ(naps, (std::vector<long>{1000, 2000, 4000, 8000, 10000, 10000}));
     EXPECT_EQ(lock_tries, 1);
+}
+
+TEST_F(Snapshot, TellsATerminalOfALongWaitAndEndsWithItsReader)
+{
+    PathLock *lock = &region_->path[0].lock;
+    camera_lock(lock);
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_EQ(unlockpt(terminal), 0);
+    const int tool_side = open(ptsname(terminal), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    long ms = 0;
+    long told_after = 0;
+    at_nap = [&](const timespec &nap) {
+        dup2(tool_side, STDERR_FILENO);
+        pollfd message = {.fd = terminal, .events = POLLIN, .revents = 0};
+        if (told_after == 0 && poll(&message, 1, 0) == 1)
+            told_after = ms;
+        ms += nap.tv_nsec / 1000000;
+        if (ms > 9000)
+            path_unlock(lock);
+    };
+    EXPECT_EQ(take().status, 0);
+    EXPECT_GE(told_after, 2000);
+    EXPECT_LT(told_after, 2020);
+    char message[200] = {};
+    EXPECT_GT(read(terminal, message, sizeof(message) - 1), 0);
+    EXPECT_STREQ(message, "Waiting: another process holds the lock.\r\n");
+
+    camera_lock(lock);
+    int naps = 0;
+    at_nap = [&](const timespec &) {
+        int ends[2];
+        if (++naps == 2 && pipe(ends) == 0) {
+            dup2(ends[1], STDOUT_FILENO);
+            close(ends[1]);
+            close(ends[0]);
+        }
+        if (naps == 9)
+            path_unlock(lock);
+    };
+    EXPECT_EQ(take().status, 1);
+    EXPECT_EQ(naps, 2);
+    EXPECT_TRUE(path_lock_is_held(lock));
+    EXPECT_FALSE(mapped());
+    close(terminal);
+    close(tool_side);
 }
 
 // The kernel refuses to wait on pages that it cannot name, as some drivers map them.

@@ -9,7 +9,9 @@
 #include <cerrno>
 #include <cinttypes>
 #include <cstdlib>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,9 +28,9 @@ namespace
 // What befalls the writes to standard output.
 struct Output {
     int fail_at = -1;      // the call that fails, and none after it
-    int error = 0;         // how it fails
+    int error = EINTR;     // how it fails
     size_t most = 1 << 30; // what one call takes
-    bool signals = false;  // every other call is interrupted
+    bool others = false;   // every other call fails so
     std::vector<size_t> sizes = {};
 } output;
 
@@ -40,8 +42,8 @@ ssize_t __wrap_write(int fd, const void *bytes, size_t size)
         return __real_write(fd, bytes, size);
     const int call = static_cast<int>(output.sizes.size());
     output.sizes.push_back(size);
-    if (call == output.fail_at || (output.signals && call % 2 == 0)) {
-        errno = output.signals ? EINTR : output.error;
+    if (call == output.fail_at || (output.others && call % 2 == 0)) {
+        errno = output.error;
         return -1;
     }
     return __real_write(fd, bytes, std::min(size, output.most));
@@ -101,7 +103,9 @@ TEST(Text, WritesEachKindOfLine)
     const int32_t table[2][3] = {{1, 2, 3}, {4, 5, 6}};
     const std::pair<Write, std::string> cases[] = {
         {[](Text &) {}, ""},
-        {[](Text &text) { text.put("a", -1, "b", UINT32_MAX, std::string_view("cd", 1)); },
+        {[](Text &text) {
+             text.put("a", -1, "b", UINT32_MAX, std::string_view("cd", 1), std::string_view());
+         },
          "a-1b4294967295c"},
         {[](Text &text) { text.put(Padded(-1, 4), Padded(UINT32_MAX, 12), Padded(1234, 2)); },
          "  -1  42949672951234"},
@@ -198,7 +202,7 @@ TEST(StdoutText, WritesNothingMoreAfterTheFirstFailure)
     size_t before = 0;
     for (size_t i = 0; i < sizes.size(); i++) {
         std::vector<size_t> attempts;
-        const int error = i % 2 == 0 ? EAGAIN : ENOSPC;
+        const int error = i % 2 == 0 ? EIO : ENOSPC;
         EXPECT_TRUE(arrived({.fail_at = static_cast<int>(i), .error = error}, &attempts) ==
                     whole.substr(0, before))
             << i;
@@ -208,12 +212,44 @@ TEST(StdoutText, WritesNothingMoreAfterTheFirstFailure)
     EXPECT_EQ(before, whole.size());
 }
 
+TEST(StdoutText, WaitsForAReaderThatIsSlow)
+{
+    const std::string whole = arrived({});
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_NONBLOCK | O_CLOEXEC), 0);
+    const int room = fcntl(ends[1], F_SETPIPE_SZ, 4096);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(ends[1], STDOUT_FILENO);
+        parse_help("vorda", "");
+        parse_entry(snapshot_of("distinct").get(), "share");
+        parse_entry(snapshot_of("distinct").get(), "all");
+        _exit(output.sizes.size() < whole.size() / 100 ? 0 : 1); // it slept in between
+    }
+    close(ends[1]);
+    int waiting = 0;
+    EXPECT_TRUE(eventually(10000, [&] { // until nothing more can be written
+        return ioctl(ends[0], FIONREAD, &waiting) == 0 && waiting > room - 4096 &&
+               waits_of("/proc/" + std::to_string(child)) > 0;
+    }));
+    fcntl(ends[0], F_SETFL, 0);
+    std::string text;
+    char piece[1000];
+    for (ssize_t size = 0; (size = read(ends[0], piece, sizeof(piece))) > 0;)
+        text.append(piece, static_cast<size_t>(size));
+    close(ends[0]);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(text == whole);
+}
+
 TEST(StdoutText, GoesOnAfterSignalsAndShortWrites)
 {
     const std::string whole = arrived({});
-    EXPECT_TRUE(arrived({.signals = true}) == whole);
+    EXPECT_TRUE(arrived({.others = true}) == whole);
     EXPECT_TRUE(arrived({.most = 7}) == whole);
-    EXPECT_TRUE(arrived({.most = 1000, .signals = true}) == whole);
+    EXPECT_TRUE(arrived({.most = 1000, .others = true}) == whole);
 }
 
 } // namespace

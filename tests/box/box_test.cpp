@@ -313,7 +313,9 @@ TEST(Box, ClosedStandardDescriptorsGetNeitherDeviceNorLog)
     EXPECT_EQ(mapped.err.substr(0, 9), mapped.err.substr(9)) << mapped;
     EXPECT_EQ(mapped.log, "");
 
-    const Answer missing = box("rmmod sr; " + line + "insmod /lib/sr.ko");
+    // Not even /dev/null is there.
+    const Answer missing =
+        box("rmmod sr; rm /dev/null; " + line + "mknod -m 666 /dev/null c 1 3; insmod /lib/sr.ko");
     EXPECT_EQ(missing.out, index_line + index_line + index_line);
     EXPECT_EQ(missing.err, no_mpp + no_mpp + no_mpp);
     EXPECT_EQ(count_of(missing.log, "\n"), 7U) << missing;

@@ -35,8 +35,9 @@ int32_t parse_index(const char *word);
 // In the "C" locale, whatever the environment says.
 void lower_case(char *text);
 
-// Opens the standard descriptors that are closed. They would become the device's or the system
-// log's, and what is printed would go there.
+// Opens the standard descriptors that are closed: they would become the device's or the system log's,
+// and what is printed would go there. They become those of a folder, which takes and gives nothing,
+// and which is there where /dev/null is not.
 void open_standard_descriptors();
 
 // The index of an input path, from what the command line says.
@@ -47,9 +48,9 @@ void help(const char *pname);
 
 // Prints the index line on standard output, then copies the whole context of the input path
 // `idx.path` into `ctx` under the path's lock, for which it waits as long as it takes; signals end
-// the wait. The region is mapped only for the time of the call.
-// Returns 0, or 1 after a message on standard error: the region cannot be opened, or the path is
-// not present.
+// the wait, and a terminal is told of a long one. The region is mapped only for the time of the
+// call. Returns 0, or 1: after a message on standard error when the region cannot be opened or the
+// path is not present, and without one when standard output lost its reader during the wait.
 int get_dip_ctx(MPI_PATH idx, DipPathCtx *ctx);
 
 // One category of entries.

@@ -190,8 +190,9 @@ void *SR_getShmAddr(const void *idx, SrCtrlDescptrItem item)
     const auto [info, size, align] = getDescptr(&g_shm_data.conf->descptr, idx, item);
     if (info == nullptr || info->state != SR_DESCPTR_PRESENT)
         return nullptr;
-    // Every process of the platform can write the table: a record never leaves the mapping.
-    const uint32_t offset = info->offset;
+    // Every process of the platform can write the table, also between two looks at it: what is
+    // checked is what is used, so that a record never leaves the mapping.
+    const uint32_t offset = static_cast<const volatile SrDescptrInfo *>(info)->offset;
     if (offset > sizeof(VplatConf) - size || offset % align != 0)
         return nullptr;
     return reinterpret_cast<uint8_t *>(g_shm_data.conf) + offset;

@@ -2,12 +2,21 @@
 #include "stdout_text.h"
 
 #include <cerrno>
+#include <poll.h>
 #include <unistd.h>
 
 namespace
 {
 
 bool failed; // standard output has refused something
+
+// Whether a write that failed with this error may go on. One that does not wait, since another
+// process has opened it so, has no room yet.
+bool goes_on(int error)
+{
+    pollfd room = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+    return error == EINTR || (error == EAGAIN && (poll(&room, 1, -1) > 0 || errno == EINTR));
+}
 
 } // namespace
 
@@ -28,7 +37,7 @@ void StdoutText::flush(Text &text)
         if (size > 0)
             from += size;
         else
-            failed = size == 0 || errno != EINTR;
+            failed = size == 0 || !goes_on(errno);
     }
     self.at_ = self.buffer_;
 }

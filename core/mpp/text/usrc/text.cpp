@@ -22,14 +22,13 @@ char *put_value(char *out, Value value)
 
 void Text::put(std::string_view piece)
 {
-    for (;;) {
+    while (!piece.empty()) { // an empty one may have no place
         const size_t size = std::min(piece.size(), static_cast<size_t>(end_ - at_));
         memcpy(at_, piece.data(), size);
         at_ += size;
         piece.remove_prefix(size);
-        if (piece.empty())
-            return;
-        make_room_(*this);
+        if (!piece.empty())
+            make_room_(*this);
     }
 }
 

@@ -40,13 +40,13 @@ private:
 class HighestPriority
 {
 public:
-    HighestPriority() : policy_(sched_getscheduler(0))
+    HighestPriority() : policy_(ask(SYS_sched_getscheduler))
     {
         const int kept = policy_ & SCHED_RESET_ON_FORK;
         constexpr sched_param highest = {.sched_priority = 99}; // of Linux
         // A deadline could not be given back by the same calls, and is as good.
         raised_ = policy_ >= 0 && (policy_ & ~SCHED_RESET_ON_FORK) != SCHED_DEADLINE &&
-                  sched_getparam(0, &before_) == 0 &&
+                  ask(SYS_sched_getparam, &before_) == 0 &&
                   sched_setscheduler(0, SCHED_FIFO | kept, &highest) == 0;
     }
     ~HighestPriority()
@@ -58,6 +58,12 @@ public:
     HighestPriority &operator=(const HighestPriority &) = delete;
 
 private:
+    // By its number: the C library's names for it would each add a symbol, and the binary a page.
+    static int ask(long what, sched_param *answer = nullptr)
+    {
+        return static_cast<int>(syscall(what, 0, answer));
+    }
+
     int policy_;
     sched_param before_;
     bool raised_;
