@@ -69,14 +69,14 @@ TEST(ScopeJourney, ChecksAndConverts)
     EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
               bad.path() + ":1: outside of any snapshot: \\x1b[31m\n" + bad.path() +
                   ":4: neither a key nor a label: oops\n" + bad.path() +
-                  ":5: cut off: the line does not end: share.fps = 2\n" + bad.path() +
-                  ": 1 snapshot, 1 field, 3 lines not understood\n");
+                  ":5: cut off: the line does not end: share.fps: share.fps = 2\n" + bad.path() +
+                  ": 1 snapshot, 2 fields, 3 lines not understood\n");
     EXPECT_EQ(result.status, 1);
 
     result = scope({"json", good.path(), bad.path()});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 3);
-    EXPECT_NE(result.out.find(R"("cut":true,"share":{"inttime":1},"unread":[1,4,5]})"),
+    EXPECT_NE(result.out.find(R"("cut":true,"share":{"inttime":1,"fps":null},"unread":[1,4,5]})"),
               std::string::npos);
 
     // One capture that cannot be read does not keep the others from it.

@@ -18,6 +18,8 @@ namespace
 
 const std::string INDEX = "dev_idx = 0, path_idx = 1\n";
 
+const std::string CUT = "cut off: the line does not end\n";
+const std::string DAMAGED = "does not go on as its field began, which is damaged\n";
 const std::string LEFT_OUT = "left out: the snapshot that it is added to is not before it\n";
 
 struct Row {
@@ -152,12 +154,22 @@ TEST(Reader, WhatCannotBeRead)
             {"1, 2, 3\n(1 2) \n<# 0> (1, 2)\n",
              "? 3: a row without a label\n? 4: a row without a label\n? 5: a row without a label\n"},
             {"m:\n1, 2\n3, 4, 5\n6\n7, 8\nx = 1\n",
-             "cfg.x.m = [[1,2],[6]]\ncfg.x.x = 1\n? 5: a row of another length\n"
-             "? 7: a row of another length\n"},
+             "cfg.x.m = damaged\ncfg.x.x = 1\n? 5: " + DAMAGED},
             {"h:\n<# 0> (1, 2)\n<# 2> (1, 2)\n<# 1> (1, 3)\n",
-             "cfg.x.h = [[1,2],[1,3]]\n? 5: a row out of order\n"},
+             "cfg.x.h = damaged\n? 5: " + DAMAGED},
             {"a[1] = 1\nb[0] = 1\nb[2] = 3\n",
-             "cfg.x.b = [1]\n? 3: an element out of order\n? 5: an element out of order\n"},
+             "cfg.x.b = damaged\n? 3: an element out of order\n? 5: " + DAMAGED},
+            {"b[0] = 1\nc[0] = 1\nb[1] = 3\nb[2] = 4\n",
+             "cfg.x.b = damaged\ncfg.x.c = [1]\n? 5: " + DAMAGED},
+            // A line that was wrapped: between numbers, within one, behind a comma; told once.
+            {"l = 1, 2, 3,\n4, 5\n6, 7\ns = 5\n",
+             "cfg.x.l = damaged\ncfg.x.s = 5\n? 4: " + DAMAGED},
+            {"l = 1, 2, 32\n00, 6400\n", "cfg.x.l = damaged\n? 4: " + DAMAGED},
+            {"w = \n(1,2)\nl = 1, 2\n, 3\n",
+             "cfg.x.w = damaged\ncfg.x.l = damaged\n? 4: " + DAMAGED + "? 6: " + DAMAGED},
+            // Only a file's name goes on.
+            {"lens = f/1.8\ngain (dB) = 5\nn = 1\noops\n",
+             "cfg.x.lens = \"f/1.8\"\ncfg.x.n = 1\n? 4: " + neither + "? 6: " + neither},
             {"DBC = 1\nDBC:\na = 2\n", "cfg.x.DBC = 1\n? 5: in a block of a name that is taken\n"},
             {"\x80 = 1\n$x = 2\na\0b = 3\n+ 5\n- 5\n(0x: y)\n[x\n=== ===\n"s,
              "? 3: neither a key nor a row\n? 4: neither a key nor a row\n"
@@ -192,7 +204,7 @@ TEST(Reader, SnapshotsBeginAndEnd)
             {"time = 12.34\n" + INDEX + "share.a = 1\ntime = 13\n" + INDEX + "share.a = 2\n",
              "time 12.34\nshare.a = 1\n-- 0 1\ntime 13\nshare.a = 2\n"},
             {INDEX + "share.a = 1\n; end\ntime = 13.5\n" + INDEX + "share.a = 2\n; end\n\nmore\n",
-             "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 1\n? 9: outside of any snapshot\n"},
+             "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 0\n? 9: outside of any snapshot\n"},
             {"\xEF\xBB\xBF" + INDEX + "share.a = 1\n" + INDEX + "\xEF\xBB\xBFx\n",
              "share.a = 1\n-- 0 1\n? 4: neither a key nor a row\n"},
             // Other head lines, in any order; a label holds from there on.
@@ -211,8 +223,42 @@ TEST(Reader, SnapshotsBeginAndEnd)
 
     // A line without its end may be half of one.
     const std::string text = INDEX + "share.a = 8000\n";
-    for (size_t size = INDEX.size() + 1; size < text.size(); size++)
-        EXPECT_EQ(read_all(text.substr(0, size)), "? 2: cut off: the line does not end\n");
+    for (size_t size = INDEX.size() + 1; size < text.size(); size++) {
+        const bool keyed = size > text.rfind(" =") + 1;
+        EXPECT_EQ(read_all(text.substr(0, size)),
+                  std::string(keyed ? "share.a = damaged\n" : "") + "? 2: " + CUT);
+    }
+    expect_rows("",
+                {
+                    // What goes on line by line may have lost lines.
+                    {INDEX + "=== cfg.x ===\nm:\n1, 2\n3, 4\n5", "cfg.x.m = damaged\n? 6: " + CUT},
+                    {INDEX + "=== cfg.x ===\nm[0] = 1\nm[1] = 2\nm[2] = 3",
+                     "cfg.x.m = damaged\n? 5: " + CUT},
+                    // So may what has no end line where others have one.
+                    {"time = 1\n" + INDEX + "share.a = 1\n; end\ntime = 2\n" + INDEX +
+                         "share.b = 2\nshare.c:\n1, 2\n",
+                     "time 1\nshare.a = 1\n-- 0 1\ntime 2\nshare.b = 2\nshare.c = damaged\n"
+                     "? 6: cut off: no end line follows this snapshot\n"},
+                    {"time = 1\n" + INDEX + "share.a = 1\n; end\n" + INDEX + "share.b = 2\n",
+                     "time 1\nshare.a = 1\n-- 0 1\nshare.b = 2\n"},
+                    // Captures that were joined without a line end, and with a mark in the middle.
+                    {INDEX + "share.a = 80dev_idx = 2, path_idx = 3\nshare.b = 1\n",
+                     "share.a = damaged\n? 2: " + CUT + "-- 2 3\nshare.b = 1\n"},
+                    {INDEX + "share.a = 80time = 2.00\n" + INDEX + "share.b = 1\n; endtime = 3\n" +
+                         INDEX + "share.c = 1\n",
+                     "share.a = damaged\n? 2: " + CUT +
+                         "-- 0 1\ntime 2.00\nshare.b = 1\n-- 0 1\ntime 3\nshare.c = 1\n"
+                         "? 6: cut off: no end line follows this snapshot\n"},
+                    {"banner" + INDEX + "share.a = 1\n\xEF\xBB\xBF" + INDEX + "share.b = 1\n",
+                     "share.a = 1\n? 1: outside of any snapshot\n-- 0 1\nshare.b = 1\n"},
+                    {INDEX + "share.a = 1\nshare.time = 7\n" + INDEX,
+                     "share.a = 1\nshare.time = 7\n-- 0 1\n"},
+                    // Attribute texts have no index line.
+                    {"\xEF\xBB\xBF[NR]\nmode = 1\n[LSC]\nmode = 2\n",
+                     "intl.nr.mode = 1\nintl.lsc.mode = 2\n"},
+                    {"[EXTERNAL]\n" + INDEX + "share.a = 1\n[NR]\nmode = 1\n",
+                     "share.a = 1\nintl.nr.mode = 1\n"},
+                });
     Reader reader(std::string_view(text).substr(0, text.size() - 1));
     EXPECT_TRUE(reader.next()->cut);
 }
@@ -260,10 +306,10 @@ TEST(Reader, AddedSnapshotsComeOutWhole)
              first + "? 15: " + LEFT_OUT + "? 21: " + LEFT_OUT +
                  "-- 0 1\nframe 5\nshare.d = 1\n-- 0 1\nframe 6\nshare.d = 1\n"},
             {"frame = 2\nadded_to = 1\ndev_idx = 1, path_idx = 1\nshare.d = 1\n",
-             first + "? 15: " + LEFT_OUT},
+             first + "? 16: cut off: no end line follows this snapshot\n? 15: " + LEFT_OUT},
             {"frame = 2\nadded_to = 1\n" + INDEX + "share.d = 1\nshare.l:\nl.e = 5",
              first + "-- 0 1\nframe 2\nstat.x.a = 1\nstat.x.Two.b = 2\nintl.nr.c = 3\nshare.d = 1\n"
-                     "vinfo.f = 6\n? 19: cut off: the line does not end\n"},
+                     "share.l.l.e = damaged\nvinfo.f = 6\n? 19: cut off: the line does not end\n"},
         });
 }
 
@@ -452,9 +498,9 @@ TEST(Reader, LongLinesAndManyNames)
     EXPECT_EQ(last.field->count, 200000U);
 
     // Input without an end is taken apart, however it arrives.
-    const std::string endless(2 * SNAPSHOT_MAX + 5, 'x');
+    const std::string endless(2 * OUTSIDE_MAX + 5, 'x');
     Reader apart{std::string_view(endless)};
-    for (const size_t size : {SNAPSHOT_MAX, SNAPSHOT_MAX, size_t{5}}) {
+    for (const size_t size : {OUTSIDE_MAX, OUTSIDE_MAX, size_t{5}}) {
         const Snapshot *snapshot = apart.next();
         ASSERT_NE(snapshot, nullptr);
         EXPECT_EQ(snapshot->text.size(), size);

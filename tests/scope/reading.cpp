@@ -53,6 +53,11 @@ void check_snapshot(const Snapshot &snapshot, std::string &result)
 std::string describe(const Snapshot &snapshot, const Field &field)
 {
     const Value *const values = snapshot.begin(field);
+    if (snapshot.damaged(field)) {
+        EXPECT_TRUE(std::all_of(values, values + field.count,
+                                [](const Value &value) { return value.kind == Kind::damaged; }));
+        return "damaged";
+    }
     if (field.shape == Shape::scalar)
         return in_words(values[0]);
     std::string result = "[";

@@ -65,7 +65,7 @@ public:
         const int read = read_all(input, [&](const Snapshot &snapshot) {
             snapshots += snapshot.indexed;
             fields += snapshot.fields.size();
-            unread += snapshot.unread.size();
+            unread += snapshot.unread_count;
             text_.clear();
             put_unread(snapshot, findings);
             if (rules_ && snapshot.indexed)
@@ -104,6 +104,8 @@ private:
     {
         for (const Unread &line : snapshot.unread) {
             std::string what = std::string(line.why) + ": ";
+            if (line.field != NONE)
+                what += snapshot.path(snapshot.fields[line.field]) + ": ";
             put_shown(line.text, what);
             findings.put(line.why, ':' + std::to_string(line.line), what, text_);
         }

@@ -167,6 +167,10 @@ bool put_out_of_range(const Snapshot &snapshot, const Field &field, const Rule &
 bool put_difference(const Snapshot &a, const Field &field_a, const Snapshot &b,
                     const Field &field_b, const Rule &rule, std::string &out)
 {
+    if (a.damaged(field_a) != b.damaged(field_b)) {
+        out += a.damaged(field_a) ? "damaged in the first" : "damaged in the second";
+        return true;
+    }
     if (rule.compares()) {
         const Value *const values_a = a.begin(field_a);
         const Value *const values_b = b.begin(field_b);

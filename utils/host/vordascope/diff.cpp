@@ -64,7 +64,7 @@ public:
         if (!error_.empty())
             return false;
         name_ += '#' + std::to_string(snapshot_.number);
-        warn_of_unread(input, snapshot_.unread.size());
+        warn_of_unread(input, snapshot_.unread_count);
         return true;
     }
 
@@ -88,8 +88,9 @@ void put_title(const char *mark, const Side &side, std::string &out)
     const Snapshot &snapshot = side.snapshot();
     out += mark;
     put_shown(side.name(), out);
-    out += ": dev_idx = " + std::to_string(snapshot.dev_idx) +
-           ", path_idx = " + std::to_string(snapshot.path_idx);
+    out += snapshot.named ? ": dev_idx = " + std::to_string(snapshot.dev_idx) +
+                                ", path_idx = " + std::to_string(snapshot.path_idx)
+                          : ": an attribute text";
     if (snapshot.timed)
         out.append(", time = ").append(snapshot.time.text());
     out += snapshot.cut ? ", cut off\n" : "\n";

@@ -1,6 +1,8 @@
 // Index lines, head lines, ends.
 #include "frames.h"
 
+#include "sections.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -27,6 +29,22 @@ bool read_index_line(std::string_view line, uint32_t &dev_idx, uint32_t &path_id
 {
     return take(line, "dev_idx = ") && take_number(line, dev_idx) && take(line, ", path_idx = ") &&
            take_number(line, path_idx) && line.empty();
+}
+
+// Where in a line an index line begins: at 0, or behind what stood there without a line end when
+// captures were joined.
+size_t index_line_in(std::string_view line)
+{
+    size_t end = line.size();
+    while (end != 0 && is(line[end - 1], DIGIT))
+        end--;
+    if (end == line.size() || !line.substr(0, end).ends_with(", path_idx = "))
+        return std::string_view::npos;
+    const size_t at = line.rfind("dev_idx = ");
+    uint32_t index;
+    return at != std::string_view::npos && read_index_line(line.substr(at), index, index)
+               ? at
+               : std::string_view::npos;
 }
 
 bool read_time_line(std::string_view line, Value &time)
@@ -108,7 +126,7 @@ char *Frames::room(size_t size)
         const size_t gone = begin_.at;
         memmove(buffer_.data(), buffer_.data() + gone, size_ - gone);
         size_ -= gone;
-        for (Mark *mark : {&begin_, &scanned_, &head_, &own_head_, &body_})
+        for (Mark *mark : {&begin_, &scanned_, &head_, &last_, &own_head_, &body_})
             mark->at -= std::min(mark->at, gone);
     }
     if (buffer_.size() - size_ < size)
@@ -126,17 +144,21 @@ bool Frames::next(Head &head)
     head.line = begin_.line;
     head.indexed = begun_;
     head.timed = head.cut = false;
+    head.named = begun_ && !unnamed_;
+    head.dev_idx = head.path_idx = 0;
     head.frame.reset();
     head.added_to.reset();
     head.missed = 0;
     head.marks.clear();
     head.unread.clear();
+    head.unread_count = 0;
     head.body.clear();
     if (begun_) {
         read_outside(head, begin_, own_head_.at);
         read_head(head);
         const size_t body_end = ended_by_line_ ? end_line_ : left_head(end) ? head_.at : end;
         head.body.push_back({{text_ + body_.at, body_end - body_.at}, body_.line});
+        tell_of_end(head, body_end);
         if (!ended_by_line_)
             read_outside(head, {body_end, head_.line}, end);
     } else {
@@ -144,8 +166,9 @@ bool Frames::next(Head &head)
     }
     // What was looked at is the end of this one, or head lines and the line behind them.
     begin_ = end == head_.at ? head_ : Mark{end, scanned_.line};
-    scanned_ = head_ = begin_;
-    begun_ = ended_by_line_ = false;
+    scanned_ = head_ = last_ = begin_;
+    named_ = named_ || unnamed_;
+    begun_ = unnamed_ = ended_by_line_ = false;
     return true;
 }
 
@@ -158,33 +181,84 @@ size_t Frames::find_end()
         const auto *const newline =
             static_cast<const char *>(memchr(begin, '\n', size_ - scanned_.at));
         const size_t next = newline != nullptr ? static_cast<size_t>(newline + 1 - text_) : size_;
-        if (next - begin_.at > SNAPSHOT_MAX) {
+        const size_t most = begun_ ? SNAPSHOT_MAX : OUTSIDE_MAX;
+        if (next - begin_.at > most) {
             head_ = scanned_;
-            return scanned_.at != begin_.at ? scanned_.at : begin_.at + SNAPSHOT_MAX;
+            return scanned_.at != begin_.at ? scanned_.at : begin_.at + most;
         }
         if (newline == nullptr)
             break;
 
         const Mark after = {next, scanned_.line + 1};
         const std::string_view line = content(begin, newline);
-        uint32_t index;
-        if (line.starts_with('d') && read_index_line(line, index, index)) {
+        if (const size_t index = index_line_in(line); index != std::string_view::npos) {
+            if (index != 0) {
+                last_ = scanned_;
+                head_ = {static_cast<size_t>(line.data() + index - text_), scanned_.line};
+            }
             if (begun_)
-                return head_.at;
+                return begin_next();
             begun_ = true;
             own_head_ = head_;
             body_ = head_ = after;
+            named_ = true;
+        } else if (!begun_ && !named_ && !tag_of(line).empty()) {
+            begun_ = unnamed_ = true;
+            own_head_ = head_;
+            body_ = {static_cast<size_t>(line.data() - text_), scanned_.line};
+            head_ = after;
         } else if (begun_ && line == END_LINE) {
             ended_by_line_ = true;
             end_line_ = scanned_.at;
             scanned_ = after;
             return next;
         } else if (!is_head_line(line)) {
+            last_ = scanned_;
             head_ = after;
         }
         scanned_ = after;
     }
     return ended_ ? size_ : begin_.at;
+}
+
+// Returns where the next snapshot begins, of which head_ is known: perhaps within the line before,
+// when captures have been joined without a line end.
+size_t Frames::begin_next()
+{
+    const char *const begin = text_ + last_.at;
+    std::string_view line(begin, head_.at - last_.at);
+    if (line.ends_with('\n'))
+        line = content(begin, begin + line.size() - 1);
+    for (const std::string_view key : {"time = ", "frame = ", "missed = ", "added_to = "}) {
+        const size_t at = line.rfind(key);
+        if (at == 0 || at == std::string_view::npos || !is_head_line(line.substr(at)))
+            continue;
+        const std::string_view before = line.substr(0, at);
+        // A key ends so, too.
+        if (all_of(before, KEY | BLANK) && is(before[0], LETTER))
+            continue;
+        head_ = {static_cast<size_t>(line.data() + at - text_), last_.line};
+        line = before;
+        break;
+    }
+    if (line == END_LINE) {
+        ended_by_line_ = true;
+        end_line_ = last_.at;
+    }
+    return head_.at;
+}
+
+// Tells when a snapshot lacks the end line that the others of its recording have.
+void Frames::tell_of_end(Head &head, size_t end)
+{
+    if (ended_by_line_) {
+        others_end_ = true;
+        others_timed_ = head.timed;
+    } else if (others_end_ && (head.timed || !others_timed_)) {
+        head.cut = true;
+        if (text_[end - 1] == '\n')
+            head.tell({body_.line - 1, "", "cut off: no end line follows this snapshot"});
+    }
 }
 
 // Whether the input ends behind the head of a snapshot, as a recording does that is stopped there.
@@ -211,7 +285,7 @@ void Frames::read_head(Head &head) const
         std::string_view value = line;
         if (read_time_line(line, head.time)) {
             if (head.timed)
-                head.unread.push_back(last_time);
+                head.tell(last_time);
             last_time = {number, line, last_time.why};
             head.timed = true;
         } else if (uint64_t frame; read_number_line(line, "frame = ", frame)) {
@@ -232,13 +306,13 @@ void Frames::read_head(Head &head) const
 void Frames::read_outside(Head &head, Mark begin, size_t end) const
 {
     const std::string_view lines(text_ + begin.at, end - begin.at);
-    for_each_line(lines, begin.line, [&head](std::string_view line, uint64_t number, bool ends) {
-        if (!ends) {
+    const bool last = ended_ && end == size_;
+    for_each_line(lines, begin.line, [&](std::string_view line, uint64_t number, bool ends) {
+        if (!ends && last) {
             head.cut = true;
-            head.unread.push_back({number, line, "cut off: the line does not end"});
+            head.tell({number, line, "cut off: the line does not end"});
         } else if (!all_of(line, BLANK) && line[0] != ';') {
-            head.unread.push_back(
-                {number, line, is_head_line(line) ? NO_SNAPSHOT : "outside of any snapshot"});
+            head.tell({number, line, is_head_line(line) ? NO_SNAPSHOT : "outside of any snapshot"});
         }
     });
 }

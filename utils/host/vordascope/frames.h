@@ -6,7 +6,8 @@
 namespace vordascope
 {
 
-inline constexpr size_t SNAPSHOT_MAX = size_t{32} << 20;
+inline constexpr size_t SNAPSHOT_MAX = size_t{8} << 20;
+inline constexpr size_t OUTSIDE_MAX = size_t{1} << 20;       // of text that belongs to no snapshot
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // some editors begin a file with it
 
 // Gives a label its value, anew if it has one.
@@ -43,6 +44,8 @@ private:
     size_t find_end();
     void read_head(Head &head) const;
     bool left_head(size_t end) const;
+    size_t begin_next();
+    void tell_of_end(Head &head, size_t end);
     void read_outside(Head &head, Mark begin, size_t end) const;
 
     std::vector<char> buffer_;
@@ -52,11 +55,16 @@ private:
     Mark begin_ = {0, 1};   // of the snapshot that comes next
     Mark scanned_ = {0, 1}; // the line up to which its end has been looked for
     Mark head_ = {0, 1};    // the first of the head lines directly before that one, or that one
+    Mark last_ = {0, 1};    // the line before that
     bool begun_ = false;    // the index line has been seen
+    bool unnamed_ = false;  // no, but the tag of an attribute text
+    bool named_ = false;    // the input has had either
     Mark own_head_ = {};    // then: the head lines before it, and what follows it
     Mark body_ = {};
     bool ended_by_line_ = false; // and the end line, which begins at `end_line_`
     size_t end_line_ = 0;
+    bool others_end_ = false; // snapshots before it have had an end line
+    bool others_timed_ = false;
 };
 
 } // namespace vordascope

@@ -56,8 +56,12 @@ void Grammar::parse(Snapshot &snapshot)
     label_ = {};
     open_section(NONE);
 
+    last_ = touched_ = NONE;
     for (const Part &part : s_->body)
         read_part(part);
+    // Whether more rows or elements would follow nobody knows.
+    if (s_->cut && last_ != NONE && (last_ == rows_ || last_ == elements_))
+        damage(last_);
     close_rows();
 }
 
@@ -70,26 +74,101 @@ void Grammar::read_part(const Part &part)
         const auto *const newline =
             static_cast<const char *>(memchr(p, '\n', static_cast<size_t>(part_end - p)));
         if (newline == nullptr) {
-            s_->cut = true;
-            s_->unread.push_back({number, {p, part_end}, "cut off: the line does not end"});
+            read_cut_line({p, part_end}, number);
             break;
         }
         p = newline + 1;
         const char *const end = content_end(begin, newline);
 
         text_begins_ = false;
+        touched_ = NONE;
         const Line line = read_line(begin, end);
-        if (line == Line::shapeless && open_text_ != NONE) {
-            Value &text = s_->values[s_->fields[open_text_].first];
-            text.kind = Kind::text;
-            text.size = static_cast<uint32_t>(end - text.begin);
-            continue;
-        }
-        if (line == Line::shapeless || line == Line::unread)
-            s_->unread.push_back({number, {begin, end}, why_});
-        if (line != Line::blank && !text_begins_)
+        use(line, number, {begin, end});
+        if (line != Line::blank && line != Line::shapeless && !text_begins_)
             open_text_ = NONE;
     }
+}
+
+// Settles what becomes of a line that has been read, and of the field that it touches.
+void Grammar::use(Line line, uint64_t number, std::string_view text)
+{
+    switch (line) {
+    case Line::blank:
+        return;
+    case Line::layout:
+    case Line::data:
+    case Line::label:
+        last_ = touched_;
+        return;
+    case Line::unread:
+        last_ = NONE;
+        s_->tell({number, text, why_});
+        return;
+    case Line::shapeless:
+        if (open_text_ != NONE) {
+            Value &value = s_->values[s_->fields[open_text_].first];
+            value.kind = Kind::text;
+            value.size = static_cast<uint32_t>(text.data() + text.size() - value.begin);
+            return;
+        }
+        // The rest of a line of numbers that was cut within one of them?
+        if (last_ == NONE || text.find_first_of("0123456789,") != text.find_first_not_of(" \t-(")) {
+            last_ = NONE;
+            s_->tell({number, text, why_});
+            return;
+        }
+        touched_ = last_;
+        break;
+    case Line::broken:
+        break;
+    }
+    // It is told once, however much of the field follows.
+    last_ = touched_;
+    if (s_->damaged(s_->fields[last_]))
+        return;
+    damage(last_);
+    s_->tell({number, text, "does not go on as its field began, which is damaged", last_});
+}
+
+void Grammar::damage(FieldIndex field)
+{
+    if (field == rows_)
+        close_rows();
+    if (field == elements_)
+        elements_ = NONE;
+    const Field &damaged = s_->fields[field];
+    for (uint32_t i = 0; i < damaged.count; i++)
+        s_->values[damaged.first + i].kind = Kind::damaged;
+}
+
+// A last line without its end may have lost digits.
+void Grammar::read_cut_line(std::string_view line, uint64_t number)
+{
+    s_->cut = true;
+    FieldIndex field = NONE;
+    std::string_view key = key_of(line);
+    std::string_view value = line.substr(std::min(key.size() + 1, line.size()));
+    take(value, " ");
+    const bool keyed = !key.empty() && line[key.size()] == '=';
+    while (!key.empty() && is(key.back(), BLANK))
+        key.remove_suffix(1);
+    if (keyed && elements_ != NONE && key.starts_with(s_->fields[elements_].key)) {
+        field = elements_;
+    } else if (keyed && open_key(key)) {
+        Run run;
+        run.first = static_cast<uint32_t>(s_->values.size());
+        run.count = 1;
+        field = add_field(key, run, Shape::scalar);
+        if (field != NONE)
+            s_->values.push_back(
+                {value.data(), static_cast<uint32_t>(value.size()), Kind::damaged, 0});
+    } else if (!keyed) {
+        field = last_;
+    }
+    if (field != NONE)
+        damage(field);
+    last_ = NONE;
+    s_->tell({number, line, "cut off: the line does not end", field});
 }
 
 Grammar::Line Grammar::read_line(const char *p, const char *end)
@@ -173,16 +252,8 @@ Grammar::Line Grammar::read_keyed(const char *p, const char *end)
     if (*separator == ':' && value >= end)
         return read_label(key);
 
-    close_rows();
-    take_prefix(key);
-    if (section_ == NONE)
-        return unread("outside of any section");
-    if (!label_.empty()) {
-        block_ = label_;
-        block_keeps_labels_ = false;
-        label_ = {};
-        place_ = NONE;
-    }
+    if (!open_key(key))
+        return Line::unread;
 
     const size_t before = s_->values.size();
     Run run;
@@ -190,13 +261,32 @@ Grammar::Line Grammar::read_keyed(const char *p, const char *end)
     if (value < end &&
         (*value == '(' ? read_tuples(value, end, run) : read_numbers(value, end, run))) {
         const Line line = add_scalar_or_list(key, run);
-        if (line == Line::unread)
+        if (line != Line::data)
             s_->values.resize(before);
         return line;
     }
     s_->values.resize(before);
     // A text begins behind one blank; others are its own.
     return add_other(key, separator + 1 + (separator[1] == ' '), end);
+}
+
+// Gets ready for a field of that key, off which it takes the category. Returns false, with why_
+// set, where there can be none.
+bool Grammar::open_key(std::string_view &key)
+{
+    close_rows();
+    take_prefix(key);
+    if (section_ == NONE) {
+        why_ = "outside of any section";
+        return false;
+    }
+    if (!label_.empty()) {
+        block_ = label_;
+        block_keeps_labels_ = false;
+        label_ = {};
+        place_ = NONE;
+    }
+    return true;
 }
 
 Grammar::Line Grammar::read_label(std::string_view key)
@@ -235,7 +325,7 @@ Grammar::Line Grammar::read_row(const char *p, const char *end)
     run.first = static_cast<uint32_t>(before);
     if (*first == '(' ? read_tuples(first, end, run) : read_numbers(first, end, run)) {
         const Line line = add_row(run);
-        if (line == Line::unread)
+        if (line != Line::data)
             s_->values.resize(before);
         return line;
     }
@@ -276,7 +366,7 @@ Grammar::Line Grammar::read_numbered_row(const char *p, const char *end)
         if (line.starts_with('(') && read_tuples(line.data(), end, run) &&
             run.count == run.columns) {
             const uint32_t next = rows_ != NONE ? s_->fields[rows_].count / run.columns : 0;
-            result = number == next ? add_row(run) : unread("a row out of order");
+            result = number == next || rows_ == NONE ? add_row(run) : broken(rows_);
         }
     }
     if (result != Line::data)
@@ -288,7 +378,7 @@ Grammar::Line Grammar::add_row(const Run &run)
 {
     if (rows_ == NONE) {
         if (label_.empty())
-            return unread("a row without a label");
+            return last_ != NONE ? broken(last_) : unread("a row without a label");
         rows_ = add_field(label_, run, Shape::rows);
         if (rows_ == NONE)
             return Line::unread;
@@ -296,6 +386,7 @@ Grammar::Line Grammar::add_row(const Run &run)
         Field &field = s_->fields[rows_];
         field.columns = run.columns != 0 ? run.columns : run.count;
         field.shape = run.columns != 0 ? Shape::rows : Shape::list;
+        touched_ = rows_;
         return Line::data;
     }
     // The shape is that of the first row until close_rows(): a list stands for plain numbers.
@@ -303,8 +394,9 @@ Grammar::Line Grammar::add_row(const Run &run)
     const bool tuples = field.shape == Shape::rows;
     if (tuples ? run.columns != field.columns
                : run.columns != 0 || run.count > field.columns || field.count % field.columns != 0)
-        return unread("a row of another length");
+        return broken(rows_);
     field.count += run.count;
+    touched_ = rows_;
     return Line::data;
 }
 
@@ -342,8 +434,8 @@ Grammar::Line Grammar::add_scalar_or_list(std::string_view key, const Run &run)
         }
     }
     const Shape shape = run.columns != 0 ? Shape::rows : run.list ? Shape::list : Shape::scalar;
-    const FieldIndex field = add_field(key, run, shape);
-    return field != NONE ? Line::data : Line::unread;
+    touched_ = add_field(key, run, shape);
+    return touched_ != NONE ? Line::data : Line::unread;
 }
 
 // "base[index] = value"
@@ -353,16 +445,20 @@ Grammar::Line Grammar::add_element(std::string_view base, uint32_t index, const 
         Field &field = s_->fields[elements_];
         if (field.node == place() && field.key == base && field.count == index) {
             field.columns = ++field.count;
+            touched_ = elements_;
             return Line::data;
         }
     }
-    if (index != 0)
-        return unread("an element out of order");
+    if (index != 0) {
+        const NodeIndex node = place();
+        const FieldIndex known = node != NONE ? s_->field(node, base) : NONE;
+        return known != NONE ? broken(known) : unread("an element out of order");
+    }
     const FieldIndex field = add_field(base, run, Shape::list);
     if (field == NONE)
         return Line::unread;
     s_->fields[field].note = {}; // it would be one of many
-    elements_ = field;
+    elements_ = touched_ = field;
     return Line::data;
 }
 
@@ -386,9 +482,12 @@ Grammar::Line Grammar::add_other(std::string_view key, const char *begin, const 
         return Line::unread;
     const auto size = static_cast<uint32_t>(kind == Kind::empty ? 0 : text.size());
     s_->values.push_back({begin, size, kind, 0});
-    if (kind != Kind::boolean) {
+    // A file's name can hold line ends.
+    if (kind != Kind::boolean && key.ends_with("path")) {
         open_text_ = field;
         text_begins_ = true;
+    } else if (kind == Kind::empty) {
+        touched_ = field;
     }
     return Line::data;
 }

@@ -13,8 +13,8 @@ public:
     void parse(Snapshot &snapshot);
 
 private:
-    // What a line turned out to be.
-    enum class Line : uint8_t { blank, layout, data, label, shapeless, unread };
+    // What a line turned out to be. `broken` goes on with a field as no line of vorda does.
+    enum class Line : uint8_t { blank, layout, data, label, shapeless, unread, broken };
 
     // Values in one line: of a field, of a row.
     struct Run {
@@ -26,6 +26,10 @@ private:
     };
 
     void read_part(const Part &part);
+    void use(Line line, uint64_t number, std::string_view text);
+    void read_cut_line(std::string_view line, uint64_t number);
+    bool open_key(std::string_view &key);
+    void damage(FieldIndex field);
     Line read_line(const char *p, const char *end);
     Line read_section(const char *p, const char *end);
     Line read_tag(const char *p, const char *end);
@@ -63,6 +67,13 @@ private:
         return Line::unread;
     }
 
+    // A line that belongs to a field, but not so.
+    Line broken(FieldIndex field)
+    {
+        touched_ = field;
+        return Line::broken;
+    }
+
     Snapshot *s_ = nullptr;
 
     // Where the next field belongs: below the section, the names that are not empty. `place_` is
@@ -77,8 +88,10 @@ private:
     std::string_view label_;      // a label without rows so far
     FieldIndex rows_ = NONE;      // the field that further rows belong to
     FieldIndex elements_ = NONE;  // the field that a further element belongs to
-    FieldIndex open_text_ = NONE; // the field that an unreadable line belongs to
+    FieldIndex open_text_ = NONE; // the file's name that an unreadable line belongs to
     bool text_begins_ = false;    // with the line that is being read
+    FieldIndex touched_ = NONE;   // the field that the line belongs to
+    FieldIndex last_ = NONE;      // the one that the line before belongs to
     const char *why_ = nullptr;
 };
 

@@ -119,6 +119,10 @@ void put_json(const Snapshot &snapshot, const Field &field, Numbers numbers, std
 {
     const Value *value = snapshot.begin(field);
     const Value *const end = value + field.count;
+    if (value->kind == Kind::damaged) {
+        out += "null";
+        return;
+    }
     if (value->kind == Kind::text) {
         put_json_string(value->text(), out);
         return;
@@ -185,9 +189,9 @@ void put_json(const Snapshot &snapshot, std::string_view file, std::string &out)
     out += R"({"vorda_json":1,"file":)";
     put_json_string(file, out);
     out += R"(,"dev_idx":)";
-    put_json(snapshot.dev_idx, out);
+    snapshot.named ? put_json(snapshot.dev_idx, out) : void(out += "null");
     out += R"(,"path_idx":)";
-    put_json(snapshot.path_idx, out);
+    snapshot.named ? put_json(snapshot.path_idx, out) : void(out += "null");
     out += R"(,"time":)";
     out += snapshot.timed ? snapshot.time.text() : "null";
     put_recording(snapshot, out);
@@ -235,7 +239,12 @@ void put_json(const Snapshot &snapshot, std::string_view file, std::string &out)
     }
     if (!snapshot.unread.empty())
         out.pop_back();
-    out += "]}";
+    out += ']';
+    if (snapshot.unread_count > snapshot.unread.size()) {
+        out += R"(,"unread_count":)";
+        put_json(snapshot.unread_count, out);
+    }
+    out += '}';
 }
 
 } // namespace vordascope

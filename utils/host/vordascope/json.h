@@ -5,7 +5,8 @@
 //
 // Names are vorda's items and keys as printed. A category holds items, an item its fields and
 // blocks. Numbers are as printed, so integers are exact whatever their size; nan, inf and a missing
-// value are null; a list is an array, rows are an array of arrays. `time` is null without a time
+// value are null, and so is a field that is damaged; a list is an array, rows are an array of
+// arrays. `time` is null without a time
 // line; `frame`, `missed`, `labels` (an object) and `marks` (an array of texts) are there where the
 // capture has them; `unread` holds the numbers of the lines that were not understood. Within
 // version 1 members are only added.

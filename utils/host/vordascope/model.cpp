@@ -97,12 +97,15 @@ void Model::note(std::string_view text)
 void Model::add_unread(const Snapshot &snapshot)
 {
     const auto file = static_cast<uint32_t>(files_.size() - 1);
-    unread_count_ += snapshot.unread.size();
+    unread_count_ += snapshot.unread_count;
     for (const Unread &unread : snapshot.unread) {
         if (unread_.size() == UNREAD_SHOWN)
             break;
-        std::string text(unread.text.substr(0, UNREAD_BYTES));
-        if (text.size() < unread.text.size())
+        std::string text;
+        if (unread.field != NONE)
+            text = snapshot.path(snapshot.fields[unread.field]) + ": ";
+        text += unread.text.substr(0, UNREAD_BYTES);
+        if (unread.text.size() > UNREAD_BYTES)
             text += "...";
         unread_.push_back({file, unread.line, std::move(text), unread.why});
     }
@@ -284,6 +287,8 @@ std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *ne
     add_unread(snapshot);
     if (!snapshot.indexed)
         return {};
+    if (!snapshot.named)
+        note("It names no path, as an attribute text does; it shows as path 0 of device 0.");
     const size_t names_before = names_.size();
     const std::optional<uint32_t> index = run_of(snapshot);
     if (!index)
@@ -299,6 +304,9 @@ std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *ne
     std::string changed;
     size_t expected = 0;
     for (const Field &field : snapshot.fields) {
+        // It is not there in full, so it is not there; that is told by its line.
+        if (snapshot.damaged(field))
+            continue;
         Column *const column = column_of(run, snapshot, field, nodes[field.node], expected);
         if (column == nullptr) {
             fields_left_out_++;

@@ -47,6 +47,7 @@ enum class Kind : uint8_t {
     boolean,    // true, false
     text,       // anything else
     empty,      // nothing behind the "="
+    damaged,    // of a field that is not there in full, whatever is there
 };
 
 // One value, with its place in the text.

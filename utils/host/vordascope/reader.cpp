@@ -17,8 +17,8 @@ void leave_out(Snapshot &snapshot)
     const size_t at = before.rfind("added_to = ");
     const auto lines = std::count(before.begin() + static_cast<ptrdiff_t>(at), before.end(), '\n');
     const std::string_view line = before.substr(at, before.find_first_of("\r\n", at) - at);
-    snapshot.unread.push_back({body.line - static_cast<uint64_t>(lines), line,
-                               "left out: the snapshot that it is added to is not before it"});
+    snapshot.tell({body.line - static_cast<uint64_t>(lines), line,
+                   "left out: the snapshot that it is added to is not before it"});
     snapshot.indexed = snapshot.timed = false;
     snapshot.frame.reset();
     snapshot.body.clear();
@@ -32,9 +32,12 @@ const Snapshot *Reader::next()
         return nullptr;
     if (!merge_.complete(snapshot_))
         leave_out(snapshot_);
+    grammar_.parse(snapshot_);
+    // A line in brackets alone makes no attribute text.
+    if (!snapshot_.named && snapshot_.fields.empty())
+        snapshot_.indexed = false;
     number_ += snapshot_.indexed;
     snapshot_.number = number_;
-    grammar_.parse(snapshot_);
     return &snapshot_;
 }
 

@@ -5,6 +5,7 @@
 //     time = SECONDS                 head line: when that was, on the camera's clock
 //     frame = N, missed = K          head lines: the frame counter, and how many frames before it
 //                                    nobody saw
+//     [CAPITALS]                     where no index line has been before: an attribute text begins
 //     label KEY = VALUE              head line: says something of the capture from there on
 //     mark = TEXT                    head line: says what was changed then
 //     added_to = M                   head line: the text holds only the sections that changed since
@@ -27,15 +28,22 @@
 //   values, are a vector; other rows are a map. A map of six columns would be read as a vector, a
 //   vector wrapped otherwise as a map.
 // - One number is a list when a comma and a blank follow it. Tuples are rows, even a single one.
-// - A line of none of these forms that follows a text belongs to the text, since a file's name can
-//   hold line ends. (A name that holds a line of such a form forges it. Nothing can tell.)
+// - A line of none of these forms that follows the text of a key that ends in "path" belongs to the
+//   text, since a file's name can hold line ends. (A name that holds a line of such a form forges
+//   it. Nothing can tell.)
 //
 // Any bytes have a defined result; nothing is lost:
-// - Any other line that cannot be read, a second field of the same path, an element or a row out of
-// order:
-//   an Unread, and the rest is read on. So is any text before the first index line.
-// - A last line without its end may have lost digits: it is not read, and the snapshot is `cut`.
-// - CRLF is read as LF; a byte-order mark before the first line is layout.
+// - Any other line that cannot be read, and a second field of the same path: an Unread, and the
+// rest
+//   is read on. So is any text outside of snapshots.
+// - A field that does not go on as it began (a row of another length, a row or an element out of
+//   order, the rest of a line that was wrapped) is damaged: it has no value, and an Unread names
+//   it.
+// - A last line without its end may have lost digits: its field is damaged, and the snapshot is
+//   `cut`. So it is when the end line is missing that others of the recording have.
+// - An index line or a time behind another line, as captures have that were joined without a line
+//   end, begins a snapshot; the line before it is one without its end.
+// - CRLF is read as LF; a byte-order mark before an index or head line is layout.
 // - An added snapshot comes out whole: the sections that it lacks are those of the one before. When
 //   that one is not there it is left out, which is an Unread.
 // - A text that goes on for SNAPSHOT_MAX bytes without a new snapshot is taken apart there.

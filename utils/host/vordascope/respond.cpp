@@ -71,7 +71,7 @@ public:
         std::string error;
         uint64_t unread = 0;
         const int status = read_all(input, [&](const Snapshot &snapshot) {
-            unread += snapshot.unread.size();
+            unread += snapshot.unread_count;
             if (snapshot.indexed)
                 add(snapshot, error);
             return error.empty() && snapshot.number < selection_.last;

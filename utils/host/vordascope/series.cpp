@@ -152,7 +152,7 @@ void Series::put_row(const Snapshot &snapshot, std::string_view file, std::strin
             const Value *const value = field != nullptr ? value_at(snapshot, *field, first.shape,
                                                                    column.row, column.column)
                                                         : nullptr;
-            if (value != nullptr)
+            if (value != nullptr && value->kind != Kind::damaged)
                 (value->number() ? put_cell : put_text_cell)(value->text(), out);
         }
         out += ',';

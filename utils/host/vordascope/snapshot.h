@@ -53,10 +53,14 @@ struct Node {
 
 // A line that was not understood.
 struct Unread {
-    uint64_t line;         // its number in the input, from 1
-    std::string_view text; // without its end
-    const char *why;       // what is wrong with it, for people
+    uint64_t line;           // its number in the input, from 1
+    std::string_view text;   // without its end
+    const char *why;         // what is wrong with it, for people
+    FieldIndex field = NONE; // which it damages
 };
+
+// Of more unread lines in a snapshot only the number is told.
+constexpr size_t UNREAD_MAX = 10000;
 
 // What somebody has said of a capture: "label site = roof".
 struct Label {
@@ -78,9 +82,10 @@ struct Head {
     std::vector<Part> body; // what follows the index line up to the end line
     uint64_t line = 1;      // number of its first line in the input
     uint64_t number = 0;    // which one of its input it is, from 1
-    bool indexed = false;   // has an index line; false for text that belongs to no snapshot
+    bool indexed = false;   // is a snapshot; false for text that belongs to none
+    bool named = false;     // has an index line; an attribute text may be without
     bool timed = false;     // `time` is there
-    bool cut = false;       // the input ends within a line
+    bool cut = false;       // ends within a line, or without the end line that others have
     uint32_t dev_idx = 0;
     uint32_t path_idx = 0;
     Value time = {};                     // in seconds, on the camera's clock
@@ -89,7 +94,14 @@ struct Head {
     std::optional<uint64_t> added_to;    // the text holds only what changed since that frame
     std::vector<Label> labels;           // of the capture so far
     std::vector<std::string_view> marks; // what was changed then
-    std::vector<Unread> unread;
+    std::vector<Unread> unread;          // the first UNREAD_MAX
+    uint64_t unread_count = 0;
+
+    void tell(const Unread &gap)
+    {
+        if (++unread_count <= UNREAD_MAX)
+            unread.push_back(gap);
+    }
 
     // Lets what points into the text point to another place: move(pointer) says where.
     template <typename Move>
@@ -135,6 +147,9 @@ public:
     size_t node_count() const { return node_count_; }
 
     const Value *begin(const Field &field) const { return values.data() + field.first; }
+
+    // Whether a field is not there in full; then all its values are Kind::damaged.
+    bool damaged(const Field &field) const { return begin(field)->kind == Kind::damaged; }
 
     // The member of that name, or NONE. Takes the same time however many members there are.
     NodeIndex child(NodeIndex parent, std::string_view name) const;

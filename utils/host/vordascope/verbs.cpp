@@ -81,7 +81,7 @@ public:
         uint64_t unread = 0;
         uint64_t used = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {
-            unread += snapshot.unread.size();
+            unread += snapshot.unread_count;
             const PathChoice path = {snapshot.dev_idx, snapshot.path_idx};
             if (!snapshot.indexed || (chosen_ && path != *chosen_))
                 return true;
@@ -146,7 +146,7 @@ int json(const JsonOptions &options)
         uint64_t outside = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {
             if (!snapshot.indexed) {
-                outside += snapshot.unread.size();
+                outside += snapshot.unread_count;
                 return true;
             }
             text.clear();
@@ -173,7 +173,7 @@ int learn(const LearnOptions &options)
         Input input(file);
         uint64_t unread = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {
-            unread += snapshot.unread.size();
+            unread += snapshot.unread_count;
             if (snapshot.indexed)
                 learner.add(snapshot);
             return true;
@@ -250,7 +250,7 @@ int report(const ReportOptions &options)
         uint64_t unread = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {
             model.add(snapshot);
-            unread += snapshot.unread.size();
+            unread += snapshot.unread_count;
             return true;
         });
         if (input.failed())
