@@ -1,6 +1,6 @@
 // From captures to what the page holds: the model, the reader in the page, the file's size.
 import assert from 'node:assert/strict';
-import { readdirSync } from 'node:fs';
+import { mkdirSync, readdirSync } from 'node:fs';
 import { basename } from 'node:path';
 import { test } from 'node:test';
 import { inflateSync } from 'node:zlib';
@@ -247,6 +247,14 @@ test('a file that is not there or empty does not take the others with it', () =>
             [2, 'no snapshot'],
         ],
     );
+});
+
+test('of the captures, those of one name show their folders', () => {
+    for (const folder of ['x', 'y']) mkdirSync(`${scratch}/${folder}`);
+    const files = ['x/a.txt', 'y/a.txt', 'y/b.txt'].map((name) =>
+        write(name, `${INDEX}share.a = 1\n`),
+    );
+    assert.deepEqual(modelOf(report('names.html', ...files)).files, [files[0], files[1], 'b.txt']);
 });
 
 test('a page is as small as promised', () => {

@@ -1,5 +1,6 @@
 // What is made of snapshots: JSON, comparison, series, and the choice of fields by name.
 #include "compare.h"
+#include "every_form.h"
 #include "harness.h"
 #include "json.h"
 #include "reading.h"
@@ -7,6 +8,7 @@
 #include "series.h"
 
 #include <cmath>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -233,6 +235,20 @@ TEST(Compare, ReportsByItem)
     }
 }
 
+TEST(Forms, OfSavedTexts)
+{
+    size_t saved = 0;
+    for (const char *folder : {"/tests/scope/corpus", "/tests/golden"}) {
+        for (const auto &entry :
+             std::filesystem::directory_iterator(VORDA_SOURCE_DIR + std::string(folder))) {
+            const std::string text = read_file(entry.path());
+            make_every_form(reinterpret_cast<const uint8_t *>(text.data()), text.size());
+            saved++;
+        }
+    }
+    EXPECT_GT(saved, 12U);
+}
+
 TEST(Select, PatternsAndPaths)
 {
     const std::tuple<const char *, const char *, bool> rows[] = {
@@ -266,6 +282,8 @@ TEST(Select, PatternsAndPaths)
         {"gain", "Near: share.sys_gain, share.isp_gain"},
         {"sahre", "Near: share"},
         {"xyzzy-plugh", "There is: share cfg.nr"},
+        {"e", "Near: share, share.inttime, share.sys_gain, share.isp_gain, cfg.nr.mode"},
+        {"s", "Near: share, share.inttime, share.sys_gain, share.isp_gain"},
     };
     for (const auto &[wanted, suggestion] : names)
         EXPECT_EQ(suggest(snapshot, wanted), suggestion) << wanted;
@@ -287,7 +305,7 @@ TEST(Series, ColumnsAndRows)
                     return out;
                 series.put_header(out);
             }
-            series.put_row(*snapshot, "=file", out);
+            series.put_row(*snapshot, "=fi\nle", out);
         }
         return out;
     };
@@ -304,7 +322,7 @@ TEST(Series, ColumnsAndRows)
     // A value stands under the name of its own place; a gap alone in a row is not an empty line.
     EXPECT_EQ(table({"intl.x.m[0][0]"}), "intl.x.m[0][0]\n1\n\"\"\n\"\"\n");
     EXPECT_EQ(table({"file", "label site"}),
-              "file,label site\n'=file,'-1\n'=file,'-1\n'=file,'-1\n");
+              "file,label site\n\"'=fi\nle\",'-1\n\"'=fi\nle\",'-1\n\"'=fi\nle\",'-1\n");
     EXPECT_EQ(table({"share"}), table({"share.a", "share.l"}));
     EXPECT_EQ(table({"share.a", "share.l[2]"}), "no field share.l[2]. Near: share.l");
 }

@@ -1,75 +1,8 @@
-// One input of the reader's fuzzer: a text. Whatever it is, it is read without harm, whole and in
-// pieces alike, written again as it was, and every form can be made of it.
-#include "compare.h"
-#include "json.h"
-#include "reader.h"
-#include "series.h"
-
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
-
-using namespace vordascope;
-
-namespace
-{
-
-void require(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-// What is made of a snapshot, and that it holds what it should.
-void use(const Snapshot &snapshot, std::string &out)
-{
-    std::string again;
-    write(snapshot, again);
-    require(again == snapshot.text);
-    put_json(snapshot, "file", out);
-
-    Rules rules({}, {}, {});
-    const Comparison same = compare(snapshot, snapshot, rules, "a", "b");
-    put_report(same, "a", "b", out);
-    require(same.same() && same.compared == snapshot.fields.size());
-    Series series;
-    if (series.begin(snapshot, {"*", "time"}, again)) {
-        series.put_header(out);
-        series.put_row(snapshot, "file", out);
-    }
-}
-
-} // namespace
+// One input of the reader's fuzzer: a text.
+#include "every_form.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    // On the heap and without a terminating zero, where the sanitizer sees each byte beyond it.
-    const std::vector<char> text(data, data + size);
-    std::string whole;
-    size_t used = 0;
-    bool added = false;
-    Reader reader(std::string_view(text.data(), text.size()));
-    while (const Snapshot *snapshot = reader.next()) {
-        used += snapshot->text.size();
-        added = added || snapshot->added_to;
-        use(*snapshot, whole);
-    }
-    require(added || used == size);
-
-    std::string pieces;
-    Reader piecewise;
-    const size_t piece = 1 + size % 61;
-    for (size_t at = 0; !piecewise.ended(); at += std::min(piece, size - at)) {
-        const size_t next = std::min(piece, size - at);
-        if (next == 0) {
-            piecewise.end();
-        } else {
-            memcpy(piecewise.room(next), text.data() + at, next);
-            piecewise.fill(next);
-        }
-        while (const Snapshot *snapshot = piecewise.next())
-            use(*snapshot, pieces);
-    }
-    require(pieces == whole);
+    make_every_form(data, size);
     return 0;
 }

@@ -297,6 +297,114 @@ TEST(ScopeJourney, OutputThatCannotBeWritten)
     EXPECT_EQ(result.err, "");
 }
 
+TEST(ScopeJourney, NothingIsLostInSilence)
+{
+    std::string many = snapshot(1);
+    for (int i = 0; i < 9; i++)
+        many += "oops\n";
+    const Capture unread(many);
+    const Capture cut(snapshot(1, "share.fps = 2"));
+    const Environment names = {{"file", unread.path()}, {"cut", cut.path()}};
+
+    // Of each reason the first five lines.
+    Result result = scope({"check", unread.path()});
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 7);
+    EXPECT_NE(result.out.find(": 4 more: neither a key nor a label (--all shows them)\n"),
+              std::string::npos);
+    EXPECT_NE(result.out.find("1 snapshot, 1 field, 9 lines not understood\n"), std::string::npos);
+    result = scope({"check", "--all", unread.path()});
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 10);
+
+    result = scope({"series", unread.path(), "share.inttime"});
+    EXPECT_NE(result.err.find("9 lines not understood; see vordascope check"), std::string::npos);
+    result = scope({"diff", cut.path(), unread.path()});
+    EXPECT_EQ(result.out.find("--- " + cut.path() + "#1: dev_idx = 0, path_idx = 1, cut off\n"),
+              0U);
+
+    // A file that is called like what stands for another is itself; bytes that steer a terminal show.
+    result = bash(
+        "cd \"$(mktemp -d)\" && trap 'rm -r \"$PWD\"' EXIT; cp \"$file\" 'standard input' && cp \"$file\" $'\\e[31m' && "
+        "\"$scope\" check 'standard input' <\"$cut\"; \"$scope\" check $'\\e[31m'; "
+        "\"$scope\" json $'\\e[32m'; \"$scope\" diff - -#2 <\"$cut\"; "
+        "ln \"$file\" link && \"$scope\" report \"$file\" -o link",
+        names);
+    EXPECT_NE(result.out.find("standard input: 1 snapshot, 1 field, 9 lines"), std::string::npos);
+    EXPECT_NE(result.out.find("\n\\x1b[31m:3: "), std::string::npos) << result.out;
+    EXPECT_NE(result.err.find("vordascope: \\x1b[32m: No such file"), std::string::npos)
+        << result.err;
+    EXPECT_NE(result.err.find("the page would overwrite this capture"), std::string::npos);
+    EXPECT_EQ((result.out + result.err).find('\x1b'), std::string::npos);
+}
+
+TEST(ScopeJourney, OnATerminal)
+{
+    const Capture capture(snapshot(1));
+    const Environment names = {{"file", capture.path()}};
+    // How far it has come, of input that takes its time, and nothing of that stays.
+    Result result = bash("script -qec '(cat \"$file\"; sleep 1.2; cat \"$file\") | "
+                         "\"$scope\" check - >/dev/null' /dev/null </dev/null",
+                         names);
+    EXPECT_EQ(result.out, "standard input: 1 snapshot, 0 MB\r\33[K");
+    result = bash("script -qec '\"$scope\" report \"$file\"' /dev/null </dev/null", names);
+    EXPECT_NE(result.out.find("a page is nothing for a terminal"), std::string::npos);
+    EXPECT_EQ(result.status, 2);
+}
+
+// vordascope with the library that lets calls fail.
+Result failing(std::vector<std::string> args, const std::string &name, const std::string &value,
+               const std::string &out = "")
+{
+    args.insert(args.begin(), SCOPE);
+    return Child(args,
+                 {{"LD_PRELOAD", preloadable(built("tests/libscope_failing.so"))}, {name, value}},
+                 out)
+        .finish();
+}
+
+TEST(ScopeJourney, CallsThatFail)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__clang__)
+    GTEST_SKIP() << "the sanitizer has its own malloc";
+#endif
+    const Capture a("label x = y\n" + snapshot(1, "[X]\nm:\n1, 2\n3, 4\np = text\noops\n") +
+                    snapshot(2));
+    const Capture b(snapshot(3, "[X]\nm:\n1, 2\n3, 5\n"));
+    const Capture rules("share range=0..2\nintl warn\n");
+    const TempFile page;
+    const TempFile out;
+    const std::vector<std::vector<std::string>> verbs = {
+        {"check", "--rules", rules.path(), "--junit", page.path(), a.path(), b.path()},
+        {"json", a.path(), b.path()},
+        {"diff", "--rules", rules.path(), a.path(), b.path(), a.path() + "#last"},
+        {"learn", a.path(), b.path()},
+        {"series", a.path(), b.path(), "share", "label x"},
+        {"response", a.path(), "share.inttime"},
+        {"report", "-o", page.path(), a.path(), b.path()},
+    };
+    for (const auto &verb : verbs) {
+        const int status = scope(verb).status;
+        int failures = 0;
+        for (int calls = 0;; calls += 1 + calls / 8) {
+            const Result result = failing(verb, "VORDA_MALLOCS", std::to_string(calls));
+            if (result.status == status && result.err.find("memory") == std::string::npos)
+                break;
+            EXPECT_EQ(result.status, 2) << verb[0] << ' ' << calls << ' ' << result.err;
+            EXPECT_NE(result.err.find("vordascope: not enough memory"), std::string::npos)
+                << verb[0] << ' ' << calls << ' ' << result.err;
+            failures++;
+        }
+        EXPECT_GT(failures, 20) << verb[0];
+
+        if (verb[0] == "report")
+            continue;
+        const Result result = failing(verb, "VORDA_CLOSE", "1", out.path());
+        EXPECT_EQ(result.status, 2) << verb[0];
+        EXPECT_NE(result.err.find("vordascope: standard output: Input/output error\n"),
+                  std::string::npos)
+            << verb[0];
+    }
+}
+
 // BusyBox's shell, with commands from one folder before all others.
 Environment with_path(const std::string &folder)
 {

@@ -138,7 +138,8 @@ const Snapshot *Input::next()
 void Input::fill()
 {
     if (progress_.due())
-        progress_.show(name_ + ": " + std::to_string(snapshots_) + " snapshots, " +
+        progress_.show(name_ + ": " + std::to_string(snapshots_) +
+                       (snapshots_ == 1 ? " snapshot, " : " snapshots, ") +
                        std::to_string(read_ / 1000000) + " MB" +
                        (size_ != 0 ? ", " + std::to_string(100 * read_ / size_) + " %" : ""));
     char *const room = reader_.room(PIECE);
