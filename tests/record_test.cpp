@@ -15,12 +15,20 @@
 namespace
 {
 
-// What `vorda all` prints of a frame of path 0, without the index line.
-std::string printed(uint32_t frame)
+// A frame of path 0 in which somebody has changed the settings or not.
+std::unique_ptr<DipPathCtx> frame_of(uint32_t frame, uint32_t changes = 0)
+{
+    auto ctx = std::make_unique<DipPathCtx>();
+    fill_frame(ctx.get(), 0, frame);
+    ctx->intl_ctx.iso.enable += static_cast<int32_t>(changes);
+    return ctx;
+}
+
+// What `vorda all` prints of it, without the index line.
+std::string printed(uint32_t frame, uint32_t changes = 0)
 {
     register_categories();
-    const auto ctx = std::make_unique<DipPathCtx>();
-    fill_frame(ctx.get(), 0, frame);
+    const auto ctx = frame_of(frame, changes);
     return captured([&] { return parse_entry(ctx.get(), "all"); }).out;
 }
 
@@ -93,8 +101,7 @@ public:
 
     void publish(uint32_t frame)
     {
-        const auto ctx = std::make_unique<DipPathCtx>();
-        fill_frame(ctx.get(), 0, frame);
+        const auto ctx = frame_of(frame, frame / 20);
         camera_lock(&region_->path[0].lock);
         memcpy(static_cast<void *>(&region_->path[0].dip), ctx.get(), sizeof(*ctx));
         path_unlock(&region_->path[0].lock);
@@ -153,7 +160,7 @@ TEST(Recorder, EveryFrameExpandsToWhatVordaPrintsOfIt)
         SCOPED_TRACE(frames[i]);
         auto head = recorded[i].head;
         EXPECT_EQ(head["frame"], std::to_string(frames[i]));
-        EXPECT_TRUE(recorded[i].text == printed(frames[i]));
+        EXPECT_TRUE(recorded[i].text == printed(frames[i], frames[i] / 20));
         EXPECT_EQ(head["missed"], frames[i] == 48 ? "3" : "");
         const bool whole = i == 0 || frames[i] == 49 || frames[i] < frames[i - 1];
         EXPECT_EQ(head.contains("added_to"), !whole);
@@ -181,11 +188,7 @@ TEST(Recorder, ARingIsWrittenWhenItIsAskedForAndWhenTheTriggerComes)
         camera.publish(frame);
         usleep(10000);
     }
-    const auto exposure = [](uint32_t number) {
-        const auto ctx = std::make_unique<DipPathCtx>();
-        fill_frame(ctx.get(), 0, number);
-        return ctx->dip_ctx.share.inttime;
-    };
+    const auto exposure = [](uint32_t number) { return frame_of(number)->dip_ctx.share.inttime; };
     uint32_t fault = 10;
     while (exposure(fault) <= 9000)
         fault++;

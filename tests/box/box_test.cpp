@@ -3,6 +3,7 @@
 #include "machine.h"
 #include "sr_schema.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
 #include <sstream>
@@ -291,6 +292,46 @@ TEST(Box, AnySignalEndsTheWait)
     for (const std::string signal : {"HUP", "INT", "QUIT", "ALRM", "TERM", "USR1", "TSTP", "KILL"})
         expected += signal + (signal == "TSTP" ? ": stopped" : ": ended") + ", lock as it was\n";
     EXPECT_EQ(answer.out, expected) << answer;
+}
+
+// A minute of a camera at work, while another process keeps a processor busy; then the recorder is
+// stopped for a second. Where the machine that emulates is busy too, a frame may be lost, but none is
+// that is not told.
+TEST(Box, TheRecorderSeesEveryFrameOfAMinuteOrSaysWhichNot)
+{
+    const Answer answer =
+        box(reload() +
+            "sr-scene /dev/sr; sr-scene --live /dev/sr & camera=$!; while :; do :; done & busy=$!;"
+            "vorda-record -n 1500 all | grep -a -e ^frame -e ^missed; kill $busy;"
+            "vorda-record share.inttime >/tmp/gap & recorder=$!; sleep 1; kill -STOP $recorder;"
+            "sleep 1; kill -CONT $recorder; sleep 1; kill $recorder; wait $recorder;"
+            "echo status $? >&2; grep -e ^frame -e ^missed /tmp/gap; rm /tmp/gap; kill $camera");
+    std::istringstream lines(answer.out);
+    std::string word;
+    std::string equals;
+    int snapshots = 0;
+    long before = 0;
+    long untold = 0; // frames that lack before the last one
+    long lost = 0;   // of the first minute
+    long most = 0;
+    for (long number = 0; lines >> word >> equals >> number;) {
+        if (word == "frame") {
+            EXPECT_EQ(untold, 0) << "before " << before;
+            snapshots++;
+            untold = snapshots == 1 || snapshots == 1501 ? 0 : number - before - 1;
+            before = number;
+        } else {
+            EXPECT_EQ(number, untold) << "before " << before;
+            untold = 0;
+            lost += snapshots <= 1500 ? number : 0;
+            most = std::max(most, number);
+        }
+    }
+    EXPECT_GT(snapshots, 1530);
+    RecordProperty("lost", static_cast<int>(lost));
+    EXPECT_LE(lost, 15);
+    EXPECT_GT(most, 15); // while it was stopped
+    EXPECT_NE(answer.err.find("status 143\n"), std::string::npos) << answer;
 }
 
 TEST(Box, ALockWhoseOwnerDiedStaysUsable)

@@ -2,6 +2,7 @@
 #include "recording.h"
 
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <sys/utsname.h>
 
@@ -9,8 +10,11 @@ int Recording::take(const DipPathCtx &ctx, Nanoseconds time)
 {
     const SectionTexts &before = texts_[now_];
     SectionTexts &now = texts_[now_ = 1 - now_];
-    if (sections_.print(ctx, &now) != 0)
+    const bool same_settings =
+        before.size() > 0 && memcmp(&settings_, &ctx.intl_ctx, sizeof(settings_)) == 0;
+    if (sections_.print(ctx, &now, same_settings ? &before : nullptr) != 0)
         return 1;
+    settings_ = ctx.intl_ctx;
 
     const uint32_t frame = ctx.dip_ctx.frame_cnt;
     // A counter that goes back began anew, and so does the recording.

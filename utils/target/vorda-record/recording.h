@@ -45,6 +45,7 @@ private:
     Nanoseconds whole_every_;
     SectionTexts texts_[2]; // of the last snapshot and of the one before
     int now_ = 0;
+    DipIntlCtx settings_ = {}; // of the last snapshot
     Snapshot snapshot_ = {.time = 0, .frame = 0, .whole = true, .added_to = 0};
     HeapText body_;
     Nanoseconds whole_due_ = 0;

@@ -48,6 +48,12 @@ std::string_view find_number(std::string_view text, std::string_view key)
     return {};
 }
 
+// Whether a category has nothing but the settings of the modules to print from.
+bool prints_settings(const VordaCallback &category)
+{
+    return std::string_view(category.title) == "intl";
+}
+
 } // namespace
 
 std::string_view SectionTexts::operator[](size_t section) const
@@ -126,15 +132,17 @@ bool Sections::begins_section(size_t part) const
            parts_[part].category != parts_[part - 1].category;
 }
 
-int Sections::print(const DipPathCtx &ctx, SectionTexts *texts) const
+int Sections::print(const DipPathCtx &ctx, SectionTexts *texts, const SectionTexts *before) const
 {
     texts->text_.clear();
     texts->count_ = 0;
     for (size_t i = 0; i < count_; i++) {
-        if (parts_[i].category->print_entry(texts->text_, &ctx, parts_[i].item) != 0)
-            return 1;
         if (begins_section(i))
             texts->count_++;
+        if (before != nullptr && prints_settings(*parts_[i].category))
+            texts->text_.put((*before)[texts->count_ - 1]);
+        else if (parts_[i].category->print_entry(texts->text_, &ctx, parts_[i].item) != 0)
+            return 1;
         texts->ends_[texts->count_ - 1] = texts->text_.written().size();
     }
     if (texts->text_.failed()) {

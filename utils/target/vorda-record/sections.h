@@ -37,9 +37,11 @@ public:
     // after a message on standard error.
     int add(const char *entry);
 
-    // Writes the text of every section into `texts`, which begins anew. Returns 0, or 1 after a
-    // message on standard error: an item does not exist, or memory is exhausted.
-    int print(const DipPathCtx &ctx, SectionTexts *texts) const;
+    // Writes the text of every section into `texts`, which begins anew. `before`, if not nullptr, has
+    // the texts of a frame with the same settings (DipIntlCtx): they are long, hardly ever change and
+    // need not be made again. Returns 0, or 1 after a message on standard error: an item does not
+    // exist, or memory is exhausted.
+    int print(const DipPathCtx &ctx, SectionTexts *texts, const SectionTexts *before) const;
 
     // The text of the first number of that name, "category.key" or "category.item.key" as the case
     // may be, without blanks before it; empty if there is none.
