@@ -1,7 +1,9 @@
 // vordascope and vorda-record.sh as people run them.
 #include "harness.h"
 #include "reading.h"
+#include "scene.h"
 #include "sr_device.h"
+#include "vorda.h"
 
 #include <cmath>
 #include <csignal>
@@ -9,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -410,6 +413,39 @@ Environment with_path(const std::string &folder)
 {
     // Not by its full name, in which there may be a colon.
     return {{"PATH", std::filesystem::relative(folder).string() + ":" + getenv("PATH")}};
+}
+
+// What the recorder leaves out of a snapshot is there again, value by value.
+TEST(Record, TheRecordersSnapshotsAreWhatVordaPrintsOfTheirFrames)
+{
+    const Region region;
+    const Child camera({built("sim/sr-scene"), "--live", "--fps", "100", region.file()}, {});
+    const std::string recording =
+        start_tool("vorda-record", {"-n", "60", "all"}, region.file())->finish().out;
+    std::string printed;
+    std::istringstream lines(recording);
+    bool labels = true;
+    for (std::string line; std::getline(lines, line);) {
+        labels = labels && line.starts_with("label ");
+        if (labels || line.starts_with("time = ") || line.starts_with("missed = "))
+            printed += line + "\n";
+        if (!line.starts_with("frame = "))
+            continue;
+        register_categories();
+        const auto ctx = std::make_unique<DipPathCtx>();
+        fill_frame(ctx.get(), 0, static_cast<uint32_t>(std::stoul(line.substr(8))));
+        printed += line + "\ndev_idx = 0, path_idx = 0\n" +
+                   captured([&] { return parse_entry(ctx.get(), "all"); }).out + "; end\n";
+    }
+    EXPECT_GT(printed.size(), 5 * recording.size()); // most is left out
+    const TempFile file;
+    const auto json = [&file](const std::string &text) {
+        std::ofstream(file.path(), std::ios::binary) << text;
+        return scope({"json", file.path()}).out;
+    };
+    const std::string from_recording = json(recording);
+    EXPECT_EQ(std::ranges::count(from_recording, '\n'), 60);
+    EXPECT_TRUE(from_recording == json(printed));
 }
 
 TEST(Record, WritesSnapshotsBelowTheirTimes)
