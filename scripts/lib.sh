@@ -5,7 +5,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # What vordascope and its tests need to be configured and built.
 # shellcheck disable=SC2034 # used where this file is sourced
-HOST_PACKAGES=(libcli11-dev nlohmann-json3-dev zlib1g-dev)
+HOST_PACKAGES=(libcli11-dev libboost-dev nlohmann-json3-dev zlib1g-dev)
 # What makes the page of vordascope: its reader for WebAssembly, and node from wherever it came.
 # shellcheck disable=SC2034
 PAGE_PACKAGES=(clang lld libc++-dev-wasm32 libclang-rt-dev-wasm32)

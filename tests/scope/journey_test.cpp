@@ -615,7 +615,7 @@ TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
     const std::string help = scope({"--help"}).out;
     size_t options = 0;
     for (const std::string verb :
-         {"check", "json", "diff", "learn", "series", "response", "report"}) {
+         {"check", "json", "diff", "learn", "series", "response", "report", "live", "mark"}) {
         EXPECT_NE(help.find("\n  " + verb), std::string::npos) << verb;
         EXPECT_NE(manual.find("\n.SS " + verb), std::string::npos) << verb;
         const std::string text = scope({verb, "--help"}).out;

@@ -5,83 +5,16 @@
 #include "gates.h"
 #include "select.h"
 #include "shown.h"
+#include "side.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
-#include <unistd.h>
 
 namespace vordascope
 {
 
 namespace
 {
-
-// One of the two snapshots: FILE, FILE#N or FILE#last.
-class Side
-{
-public:
-    explicit Side(const std::string &argument) : file_(argument)
-    {
-        const size_t hash = argument.rfind('#');
-        if (hash == std::string::npos || access(argument.c_str(), F_OK) == 0)
-            return;
-        const std::string after = argument.substr(hash + 1);
-        if (after != "last" &&
-            (after.empty() || after.find_first_not_of("0123456789") != std::string::npos))
-            return;
-        file_ = argument.substr(0, hash);
-        wanted_ = after;
-        last_ = after == "last";
-        // A number that is too large is that of no snapshot.
-        number_ = 0;
-        std::from_chars(after.data(), after.data() + after.size(), number_);
-    }
-
-    // Reads the snapshot. Returns whether it is there; if not, a message has been printed, which
-    // ends in error().
-    bool read()
-    {
-        Input input(file_);
-        name_ = input.name();
-        while (const Snapshot *snapshot = input.next()) {
-            if (!snapshot->indexed || (!last_ && snapshot->number != number_))
-                continue;
-            snapshot_ = *snapshot;
-            if (!last_)
-                break;
-        }
-        if (input.failed())
-            error_ = input.error();
-        else if (snapshot_.number == 0 && (number_ == 1 || last_))
-            error_ = "no snapshot";
-        else if (snapshot_.number == 0)
-            error_ = "no snapshot " + wanted_;
-        if (error_ == "no snapshot")
-            no_snapshot(input);
-        else if (!error_.empty() && !input.failed())
-            complain(name_ + ": " + error_);
-        if (!error_.empty())
-            return false;
-        name_ += '#' + std::to_string(snapshot_.number);
-        warn_of_unread(input, snapshot_.unread_count);
-        return true;
-    }
-
-    const std::string &file() const { return file_; }
-    const std::string &name() const { return name_; }
-    const std::string &error() const { return error_; }
-    const Snapshot &snapshot() const { return snapshot_; }
-
-private:
-    std::string file_;
-    std::string wanted_; // as given
-    bool last_ = false;
-    uint64_t number_ = 1;
-    std::string name_;
-    std::string error_;
-    Snapshot snapshot_;
-};
 
 void put_title(const char *mark, const Side &side, std::string &out)
 {

@@ -226,6 +226,34 @@ void add_report(CommandLine &line)
     verb->add_option("FILE", options.files, "Captures")->required();
 }
 
+#ifdef VORDASCOPE_LIVE
+void add_live(CommandLine &line)
+{
+    const auto [verb, options] = line.add(
+        "live", "Show in a browser what arrives",
+        "Prints an address of this machine alone and shows there what FILE gets, - is standard\n"
+        "input: ssh camera vorda-record all | tee run.txt | vordascope live -",
+        live);
+    verb->add_option("--keep", options.keep, "Keep the last N seconds (300)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 86400));
+    verb->add_option("--port", options.port, "Listen on port N, not on any that is free")
+        ->type_name("N");
+    verb->add_flag("--no-browser", options.no_browser, "Open no browser, print the address only");
+    verb->add_option("--reference", options.reference, "Hold everything against this snapshot")
+        ->type_name("FILE[#N]");
+    verb->add_option("FILE", options.file, "What to follow; a file may go on growing")->required();
+}
+
+void add_mark(CommandLine &line)
+{
+    const auto [verb, options] = line.add(
+        "mark", "Note what was changed, in what live shows",
+        "The newest snapshot gets the note, in the vordascope live that began last.", mark);
+    verb->add_option("TEXT", options.words, "What was changed")->required();
+}
+#endif
+
 // A capture or a page must not become a standard descriptor that the program was started without.
 // Reading or writing there still fails.
 void occupy_standard_descriptors()
@@ -270,6 +298,10 @@ int run(int argc, char **argv)
     for (const auto add :
          {add_check, add_json, add_diff, add_learn, add_series, add_response, add_report})
         add(line);
+#ifdef VORDASCOPE_LIVE
+    add_live(line);
+    add_mark(line);
+#endif
     try {
         line.app.parse(arguments(argc, argv));
     } catch (const CLI::ParseError &error) {

@@ -294,6 +294,7 @@ std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *ne
     if (!index)
         return {};
     Run &run = runs_[*index];
+    newest_run_ = *index;
     const uint32_t at = run.end;
     add_origin(run, snapshot);
 
@@ -376,6 +377,15 @@ void Model::append_news(std::string &out, uint32_t index, const Snapshot &snapsh
         put_json(column.name, out);
     }
     out += "]}";
+}
+
+std::optional<Model::Place> Model::mark(std::string_view text)
+{
+    if (runs_.empty() || runs_[newest_run_].first == runs_[newest_run_].end)
+        return {};
+    Run &run = runs_[newest_run_];
+    run.marks.emplace_back(run.end - 1, text);
+    return Place{newest_run_, run.end - 1 - run.first};
 }
 
 void Model::forget(Place before)

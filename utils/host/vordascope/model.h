@@ -107,6 +107,10 @@ public:
     //      "gone":[7, …]}                    names of those that are not there any more
     std::optional<Place> add(const Snapshot &snapshot, std::string *news = nullptr);
 
+    // Notes something at the newest snapshot. Returns its place, counted after those that are
+    // forgotten, or none when there is no snapshot.
+    std::optional<Place> mark(std::string_view text);
+
     // Forgets the snapshots of a run that lie before this one. A run without snapshots is no
     // longer part of the JSON.
     void forget(Place before);
@@ -206,6 +210,7 @@ private:
     size_t pictures_;
     std::vector<File> files_;
     std::vector<Run> runs_;
+    uint32_t newest_run_ = 0;                          // that a snapshot was added to
     std::unordered_map<uint64_t, uint32_t> open_runs_; // of this file, by device and path
     std::vector<Name> names_;
     std::unordered_map<std::string, uint32_t> name_of_; // by node and key

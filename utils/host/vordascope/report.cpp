@@ -70,4 +70,18 @@ std::optional<std::string> page_with(std::string_view page, std::string_view mod
     return out;
 }
 
+std::string live_page(std::string_view page)
+{
+    constexpr std::string_view POLICY = "default-src 'none'";
+    const size_t policy = page.find(POLICY);
+    const size_t captures = page.find(CAPTURES);
+    if (policy == std::string_view::npos || captures == std::string_view::npos || captures < policy)
+        return "";
+    std::string out(page.substr(0, captures + CAPTURES.size()));
+    out.insert(policy + POLICY.size(), "; connect-src 'self'");
+    out += "live";
+    out += page.substr(captures + CAPTURES.size());
+    return out;
+}
+
 } // namespace vordascope

@@ -15,4 +15,9 @@ std::string_view empty_page();
 /// holds can become markup. No value when `page` has no place for it or memory runs out.
 std::optional<std::string> page_with(std::string_view page, std::string_view model);
 
+/// `page` for a server that tells it what there is to show: where captures are baked in it says
+/// "live", and its policy allows it to ask where it comes from. Empty text when `page` has no
+/// place for that.
+std::string live_page(std::string_view page);
+
 } // namespace vordascope

@@ -83,4 +83,22 @@ struct ReportOptions {
 // Writes a page of captures.
 int report(const ReportOptions &options);
 
+struct LiveOptions {
+    std::string file;      // or standard input
+    std::string reference; // FILE, FILE#N or FILE#last, or empty
+    double keep = 300;     // seconds
+    uint16_t port = 0;     // 0: one of the system's choice
+    bool no_browser = false;
+};
+
+// Shows what arrives in a browser, until a signal ends it.
+int live(const LiveOptions &options);
+
+struct MarkOptions {
+    std::vector<std::string> words;
+};
+
+// Notes a text in what `live` shows, in the program of this user that began last.
+int mark(const MarkOptions &options);
+
 } // namespace vordascope

@@ -1,0 +1,80 @@
+// What the tests of `vordascope live` share: the program at work, its input, and what it sends.
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { connect } from 'node:net';
+import { built, scratch } from './harness.mjs';
+
+export const environment = { ...process.env, XDG_RUNTIME_DIR: scratch, DISPLAY: '' };
+
+/** Starts `vordascope live`; it ends with the test. Resolves when its address is known. */
+export async function live(test, ...args) {
+    const child = spawn(built('vordascope'), ['live', '--no-browser', ...args], {
+        env: environment,
+        stdio: ['pipe', 'pipe', 'pipe'],
+    });
+    let told = '';
+    child.stderr.on('data', (text) => {
+        told += text;
+    });
+    test.after(async () => {
+        if (child.exitCode === null) {
+            child.kill();
+            await once(child, 'exit');
+        }
+    });
+    const [line] = await once(child.stdout, 'data');
+    const address = new URL(line.toString().trim());
+    const tells = async (text) => {
+        while (!told.includes(text)) await once(child.stderr, 'data');
+        return true;
+    };
+    return { child, address, tells };
+}
+
+/** A snapshot, `more` lines of it behind the exposure time. */
+export const snapshot = (time, inttime, more = '') =>
+    `time = ${time}\ndev_idx = 0, path_idx = 1\nshare.inttime = ${inttime}\n${more}; end\n`;
+
+/** Writes to the input and waits until it has been taken. */
+export async function feed({ child }, text) {
+    if (!child.stdin.write(text)) await once(child.stdin, 'drain');
+}
+
+/** Sends raw bytes and resolves to what comes back until the connection ends. */
+export function exchange(address, bytes) {
+    return new Promise((resolve, reject) => {
+        let reply = '';
+        const socket = connect(address.port, address.hostname, () => socket.write(bytes));
+        socket.on('data', (data) => {
+            reply += data;
+        });
+        socket.on('error', () => resolve(reply));
+        socket.on('close', () => resolve(reply));
+        socket.setTimeout(20000, () => reject(new Error('no answer')));
+    });
+}
+
+/** The events of a page, as they come: next() resolves to { name, data }, and leave() ends them. */
+export async function follow(address) {
+    const leaving = new AbortController();
+    const reply = await fetch(new URL('events', address), { signal: leaving.signal });
+    const reader = reply.body.pipeThrough(new TextDecoderStream()).getReader();
+    let text = '';
+    return {
+        leave: () => leaving.abort(),
+        async next() {
+            for (;;) {
+                const end = text.indexOf('\n\n');
+                if (end >= 0) {
+                    const found = /^event: (\w+)\ndata: (.*)$/.exec(text.slice(0, end));
+                    text = text.slice(end + 2);
+                    if (found) return { name: found[1], data: JSON.parse(found[2]) };
+                    continue;
+                }
+                const { value, done } = await reader.read();
+                if (done) throw new Error('the events have ended');
+                text += value;
+            }
+        },
+    };
+}

@@ -1,0 +1,180 @@
+// `vordascope live` as a server: whom it answers, and that nobody slows it.
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { once } from 'node:events';
+import { appendFileSync, readdirSync, statSync } from 'node:fs';
+import { connect } from 'node:net';
+import { test } from 'node:test';
+import { environment, exchange, feed, follow, live, snapshot } from './following.mjs';
+import { built, scratch, write } from './harness.mjs';
+
+test('it answers its own page and nobody else', async (test) => {
+    const { address } = await live(test, '-');
+    const { host, pathname: path } = address;
+    assert.match(address.href, /^http:\/\/127\.0\.0\.1:\d+\/[0-9a-f]{32,}\/$/);
+    const ask = async (line, headers = [`Host: ${host}`], body = '') =>
+        (await exchange(address, [line, ...headers, '', body].join('\r\n'))).slice(9, 12);
+    const get = `GET ${path} HTTP/1.1`;
+    const ours = `Host: ${host}`;
+
+    assert.equal(await ask(get), '200');
+    assert.equal(await ask(get, [ours, 'Sec-Fetch-Site: none']), '200');
+    for (const [line, headers, status] of [
+        ['GET / HTTP/1.1', [ours], '404'],
+        [`GET ${path.slice(0, -2)}/ HTTP/1.1`, [ours], '404'],
+        [`GET /${'0'.repeat(path.length - 2)}/ HTTP/1.1`, [ours], '404'],
+        [`GET ${path}x HTTP/1.1`, [ours], '404'],
+        [`GET ${path}../ HTTP/1.1`, [ours], '404'],
+        [`GET ${path}?a HTTP/1.1`, [ours], '404'],
+        [get, [], '403'],
+        [get, ['Host: evil.example'], '403'],
+        [get, [`Host: localhost:${address.port}`], '403'],
+        [get, [ours, ours], '403'],
+        [`GET ${path}events HTTP/1.1`, [ours, 'Origin: http://evil.example'], '403'],
+        [`GET ${path}events HTTP/1.1`, [ours, 'Origin: null'], '403'],
+        [`GET ${path}mark?text=a HTTP/1.1`, [ours, 'Sec-Fetch-Site: cross-site'], '403'],
+        [`GET ${path}mark?text=a HTTP/1.1`, [ours, 'Sec-Fetch-Site: same-site'], '403'],
+        [`GET ${path}mark?text=%2 HTTP/1.1`, [ours], '400'],
+        [`GET ${path}mark?text=%20 HTTP/1.1`, [ours], '400'],
+        [`HEAD ${path} HTTP/1.1`, [ours], '405'],
+        [`POST ${path}mark?text=a HTTP/1.1`, [ours], '405'],
+        [`OPTIONS ${path} HTTP/1.1`, [ours], '405'],
+        [get, [ours, 'Content-Length: 3'], '400'],
+        [get, [ours, 'Transfer-Encoding: chunked'], '400'],
+        [get, [ours, `X: ${'x'.repeat(9000)}`], '431'],
+        [`GET /${'x'.repeat(9000)} HTTP/1.1`, [ours], '431'],
+        ['\x16\x03\x01\x02\x00', [], '400'],
+        ['GET', [], '400'],
+    ])
+        assert.equal(await ask(line, headers), status, `${line.slice(0, 80)} ${headers}`);
+
+    const reply = await exchange(address, `${get}\r\n${ours}\r\n\r\n`);
+    const head = reply.slice(0, reply.indexOf('\r\n\r\n'));
+    assert.doesNotMatch(head, /Access-Control/i);
+    assert.match(head, /X-Frame-Options: DENY/);
+    assert.match(reply, /content="default-src 'none'; connect-src 'self'; script-src /);
+
+    // More connections than it takes, and requests that never end: they go, it stays.
+    const idle = Array.from({ length: 60 }, () => connect(address.port, '127.0.0.1'));
+    await Promise.all(idle.map((socket) => once(socket, 'connect')));
+    idle.map((socket) => socket.on('error', () => {}).write('GET '));
+    assert.equal(await ask(get), '', 'all connections are taken');
+    idle.map((socket) => socket.destroy());
+    await new Promise((resolve) => setTimeout(resolve, 200));
+    assert.equal(await ask(get), '200');
+});
+
+test('a page gets the state, and then what is new', async (test) => {
+    const good = write('good.txt', snapshot(1, 100) + snapshot(2, 200));
+    const program = await live(test, '--reference', `${good}#2`, '-');
+    const first = await follow(program.address);
+    let event = await first.next();
+    assert.equal(event.name, 'state');
+    assert.equal(event.data.age, null);
+    assert.equal(event.data.model.runs[event.data.reference].fields[0].value, 200);
+
+    await feed(program, snapshot(5, 800));
+    await feed(program, '\x1b[31mnoise\nmark = lamp on\n' + snapshot(6, 900) + 'time = 7\ndev_idx');
+    const added = [];
+    while (added.length < 2) added.push(...(await first.next()).data.add);
+    assert.deepEqual(added[1].marks, ['lamp on']);
+    assert.deepEqual(
+        added.map(({ snapshot, fields }) => [snapshot, fields[0][1]]),
+        [
+            [0, 800],
+            [1, 900],
+        ],
+    );
+
+    // Marks of the verb and of the page; another page, and one that comes back, get the whole.
+    const marked = spawnSync(built('vordascope'), ['mark', 'lamp', 'off & "on"'], {
+        env: environment,
+    });
+    assert.equal(marked.status, 0, marked.stderr.toString());
+    assert.deepEqual((await first.next()).data.marks, [[1, 1, 'lamp off & "on"']]);
+    await fetch(new URL('mark?text=one%0Aline', program.address));
+    assert.deepEqual((await first.next()).data.marks, [[1, 1, 'one line']]);
+    first.leave();
+    const second = await follow(program.address);
+    event = await second.next();
+    assert.equal(event.name, 'state');
+    assert.equal(event.data.model.unread_count, 1);
+    assert.deepEqual(event.data.model.runs[1].marks, [
+        [1, 'lamp on'],
+        [1, 'lamp off & "on"'],
+        [1, 'one line'],
+    ]);
+
+    // The input ends within a snapshot; the program tells and stays.
+    program.child.stdin.end();
+    event = await second.next();
+    assert.equal(event.data.ended, true);
+    assert.ok(await program.tells('standard input has ended after 2 snapshots'));
+    assert.equal((await fetch(program.address)).status, 200);
+    const posted = () => readdirSync(`${scratch}/vordascope`);
+    assert.equal(statSync(`${scratch}/vordascope`).mode & 0o777, 0o700);
+    assert.deepEqual(posted(), [String(program.child.pid)]);
+    program.child.kill();
+    await once(program.child, 'exit');
+    assert.equal(program.child.exitCode, 0);
+    assert.deepEqual(posted(), []);
+});
+
+test('a page that does not read slows nobody', { timeout: 60_000 }, async (test) => {
+    const program = await live(test, '-');
+    const stalled = connect(program.address.port, '127.0.0.1');
+    await once(stalled, 'connect');
+    const { host, pathname } = program.address;
+    stalled.write(`GET ${pathname}events HTTP/1.1\r\nHost: ${host}\r\n\r\n`);
+    stalled.pause();
+    const reading = await follow(program.address);
+    await reading.next();
+
+    const count = 1500; // 48 MB, more than any socket holds
+    const grid = (i) =>
+        `share.grid:\n${`${Array.from({ length: 64 }, (_, k) => (i * k) % 9973).join(', ')}\n`.repeat(100)}`;
+    let seen = 0;
+    for (let i = 1; i <= count; i++) await feed(program, snapshot(i / 25, i, grid(i)));
+    while (seen < count) {
+        const { name, data } = await reading.next();
+        seen = name === 'state' ? data.model.runs[0].count : seen + data.add.length;
+    }
+
+    let text = '';
+    stalled.setEncoding('latin1').on('data', (data) => {
+        text = (text + data).slice(-20_000_000);
+    });
+    stalled.resume();
+    const newest = `"count":${count}`;
+    while (!text.includes(newest)) await once(stalled, 'data');
+    assert.match(text.slice(0, text.indexOf(newest)), /event: state\n[^\n]*$/);
+    stalled.destroy();
+});
+
+test('a file that grows is followed, and one that is written anew', async (test) => {
+    const file = write('growing.txt', snapshot(1, 1));
+    const { address, child } = await live(test, file);
+    const page = await follow(address);
+    let count = (await page.next()).data.model.runs[0]?.count ?? 0;
+    if (count === 0) count = (await page.next()).data.add.length;
+    appendFileSync(file, snapshot(2, 2));
+    assert.equal((await page.next()).data.add[0].fields[0][1], 2);
+    write('growing.txt', snapshot(1, 3));
+    const [{ run, begin }] = (await page.next()).data.add;
+    assert.equal(run, 1);
+    assert.ok(begin);
+
+    // What cannot be done is said, with status 2.
+    const fails = (...args) => {
+        const result = spawnSync(built('vordascope'), ['live', '--no-browser', ...args], {
+            env: environment,
+        });
+        assert.equal(result.status, 2);
+        return result.stderr.toString();
+    };
+    assert.match(fails('--port', address.port, file), /port \d+: Address already in use; without/);
+    assert.match(fails(`${scratch}/none`), /No such file/);
+    assert.match(fails(scratch), /is a directory/);
+    assert.match(fails('--reference', `${file}#9`, file), /no snapshot 9/);
+    assert.equal(child.exitCode, null);
+});
