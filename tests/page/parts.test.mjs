@@ -3,7 +3,6 @@ import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
 import { inflateSync } from 'node:zlib';
-import { difference, differenceText } from '../../utils/host/vordascope/page/src/compare.js';
 import { fromFragment, toFragment } from '../../utils/host/vordascope/page/src/fragment.js';
 import { PLAIN, SECTIONS } from '../../utils/host/vordascope/page/src/known.js';
 import { Moment, number, Run } from '../../utils/host/vordascope/page/src/model.js';
@@ -11,8 +10,8 @@ import { plan } from '../../utils/host/vordascope/page/src/plan.js';
 import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import { finder } from '../../utils/host/vordascope/page/src/search.js';
 import { steadyRange } from '../../utils/host/vordascope/page/src/sources.js';
-import { measureStep, stepText } from '../../utils/host/vordascope/page/src/step.js';
 import { short, ticks } from '../../utils/host/vordascope/page/src/ticks.js';
+import { moved, zoomed } from '../../utils/host/vordascope/page/src/zoom.js';
 import { blockOf, capture, emptyPage, kept } from './harness.mjs';
 
 const reader = inflateSync(
@@ -85,64 +84,13 @@ test('cards of two sensors are told apart, and draw rows in their order', async 
     );
 });
 
-test('a step is measured from where it begins to where it stays', () => {
-    const step = (values, from = 0, to = values.length - 1) => measureStep(values, from, to);
-    const rise = [8192, 8192, 8192, 20000, 44000, 39000, 40100, 40000, 40000];
-    const measured = step(rise);
-    assert.deepEqual(
-        [measured.kind, measured.from, measured.to, measured.start, measured.settled],
-        ['step', 8192, 40000, 2, 4],
-    );
-    assert.equal(
-        stepText(
-            measured,
-            rise.map((_, i) => i * 0.04),
-            true,
-        ),
-        '8192 → 40000, within 2 % after 4 snapshots (0.16 s) from #3, overshoot 12.6 %',
-    );
-    const fall = step([0, 10, 10, 5, 0, 0, 0], 1, 5);
-    assert.deepEqual([fall.start, fall.settled, fall.overshoot], [2, 2, 0]);
-    assert.match(stepText(step([1, 1, 2]), [1, 2, 3], false), /after 1 snapshot from #2/);
-    assert.equal(stepText(step([7, 7, 7]), [], false), '7, steady');
-    assert.equal(stepText(step([10, 90, 4, 11]), [], false), '10 → 11, between 4 and 90');
-    assert.equal(step([1, 2, Number.NaN]), null);
-    assert.equal(step([1, Number.NaN, 2, 2]).to, 2);
-});
-
-test('differences are exact for integers, and say what is no number', () => {
-    const text = (a, b, kind = 'number') => differenceText(difference(a, b, kind));
-    assert.equal(text(8000, 40000), '8000 -> 40000  (+32000, +400 %)');
-    assert.equal(
-        text('18446744073709551615', '18446744073709551614'),
-        '18446744073709551615 -> 18446744073709551614  (-1, -5.42e-18 %)',
-    );
-    assert.equal(text('25.00', '20.50'), '25.00 -> 20.50  (-4.50, -18 %)');
-    assert.equal(text(0, 3), '0 -> 3  (+3)');
-    assert.equal(text(-4, 2), '-4 -> 2  (+6, +150 %)');
-    assert.equal(text(1, 1000), '1 -> 1000  (+999, +99900 %)');
-    assert.equal(text(80, 89), '80 -> 89  (+9, +11.2 %)');
-    assert.equal(text(-80, -93), '-80 -> -93  (-13, -16.2 %)');
-    assert.equal(text(200, 2201), '200 -> 2201  (+2001, +1000 %)');
-    assert.equal(text('nan', '1.00'), 'nan -> 1.00');
-    assert.equal(text('', '/a b', 'text'), '(nothing) -> /a b');
-    assert.equal(text(false, true, 'bool'), 'false -> true');
-    assert.equal(
-        text(
-            [
-                [1, 2],
-                [3, 4],
-            ],
-            [
-                [1, 5],
-                [3, 2],
-            ],
-        ),
-        '2 of 4 values, most [0][1]: 2 -> 5  (+3, +150 %)',
-    );
-    assert.equal(text([1, 2], [1]), '2 values -> 1 value');
-    assert.equal(text(null, 7), 'only in B: 7');
-    assert.equal(text([[1, 2]], null), 'only in A (2 values)');
+test('a zoomed part stays within the whole, and what the pointer is over stays there', () => {
+    const whole = [0, 100];
+    assert.deepEqual(zoomed(null, whole, 0.5, 20, 1), [10, 60]);
+    assert.deepEqual(zoomed([10, 60], whole, 0.001, 20, 5), [19, 24]);
+    assert.deepEqual(zoomed([0, 10], whole, 4, 9, 1), [0, 40]);
+    assert.equal(zoomed([10, 60], whole, 9, 20, 1), null);
+    assert.deepEqual(moved([10, 20], whole, -2), [0, 10]);
 });
 
 test('a printed value is a number only where it is one', () => {
@@ -190,13 +138,20 @@ test('a view survives as a fragment, and a wrong fragment does no harm', () => {
         only: true,
         query: 'nr/ lut=1&2 #ü',
         step: [29, 71],
+        zoom: [1.25, 7],
+        align: 'share.inttime',
+        band: 0.02,
+        ref: true,
         added: ['share.ratio', 'stat.mv.mv_total_cnt'],
     };
     assert.deepEqual({ ...defaults, ...fromFragment(`#${toFragment(view, defaults)}`) }, view);
     assert.equal(toFragment(defaults, defaults), '');
     const compared = { ...defaults, against: 0, a: 0 };
     assert.equal(fromFragment(toFragment(defaults, compared)).a, null);
-    assert.deepEqual(fromFragment('#n=-1&a=x&step=9-3&run=1e9&only=<b>&%E0%A4%A'), {});
+    assert.deepEqual(
+        fromFragment('#n=-1&a=x&step=9-3&run=1e9&zoom=7_2&band=x&only=<b>&%E0%A4%A'),
+        {},
+    );
 });
 
 test('a search takes every word, and values', async () => {

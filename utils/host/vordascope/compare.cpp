@@ -163,7 +163,7 @@ bool put_out_of_range(const Snapshot &snapshot, const Field &field, const Rule &
     return true;
 }
 
-// Appends how two fields differ; nothing when they do not. Returns whether they do.
+// Appends how two fields differ, or leave their range. Returns whether they do.
 bool put_difference(const Snapshot &a, const Field &field_a, const Snapshot &b,
                     const Field &field_b, const Rule &rule, std::string &out)
 {
@@ -171,25 +171,9 @@ bool put_difference(const Snapshot &a, const Field &field_a, const Snapshot &b,
         out += a.damaged(field_a) ? "damaged in the first" : "damaged in the second";
         return true;
     }
-    if (rule.compares()) {
-        const Value *const values_a = a.begin(field_a);
-        const Value *const values_b = b.begin(field_b);
-        if (field_a.shape != field_b.shape || field_a.count != field_b.count ||
-            field_a.columns != field_b.columns) {
-            out += shape_of(field_a) + " -> " + shape_of(field_b);
-            return true;
-        }
-        if (put_values(values_a, values_b, field_a, rule, out))
-            return true;
-        // What stands behind a value may say what the value means. Where the values are not the
-        // same in full, it may also have been computed of them.
-        if (field_a.note != field_b.note && values_a[0].text() == values_b[0].text()) {
-            put_shown(field_a.note.empty() ? "(nothing)" : field_a.note, out);
-            out += " behind the value -> ";
-            put_shown(field_b.note.empty() ? "(nothing)" : field_b.note, out);
-            return true;
-        }
-    }
+    if (rule.compares() &&
+        put_difference(a.begin(field_a), field_a, b.begin(field_b), field_b, rule, out))
+        return true;
     return put_out_of_range(b, field_b, rule, out);
 }
 
@@ -328,6 +312,26 @@ private:
 };
 
 } // namespace
+
+bool put_difference(const Value *values_a, const Field &field_a, const Value *values_b,
+                    const Field &field_b, const Rule &rule, std::string &out)
+{
+    if (field_a.shape != field_b.shape || field_a.count != field_b.count ||
+        field_a.columns != field_b.columns) {
+        out += shape_of(field_a) + " -> " + shape_of(field_b);
+        return true;
+    }
+    if (put_values(values_a, values_b, field_a, rule, out))
+        return true;
+    // What stands behind a value may say what the value means. Where the values are not the same in
+    // full, it may also have been computed of them.
+    if (field_a.note == field_b.note || values_a[0].text() != values_b[0].text())
+        return false;
+    put_shown(field_a.note.empty() ? "(nothing)" : field_a.note, out);
+    out += " behind the value -> ";
+    put_shown(field_b.note.empty() ? "(nothing)" : field_b.note, out);
+    return true;
+}
 
 bool ItemDifferences::same() const
 {

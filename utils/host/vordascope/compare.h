@@ -57,4 +57,9 @@ void put_report(const Comparison &comparison, std::string_view name_a, std::stri
 void put_report(const ItemDifferences &item, std::string_view name_a, std::string_view name_b,
                 std::string &out);
 
+// Appends how two fields with these values differ: "8000 -> 40000  (+32000, +400 %)"; nothing when
+// they do not. Returns whether they do.
+bool put_difference(const Value *values_a, const Field &field_a, const Value *values_b,
+                    const Field &field_b, const Rule &rule, std::string &out);
+
 } // namespace vordascope

@@ -1,4 +1,4 @@
-// Bakes a model into the page. (ccache:disable, which does not see the file that becomes part of it.)
+// Bakes a model into the page.
 #include "report.h"
 
 #include <zlib.h>

@@ -1,11 +1,14 @@
 // The reader and the model for WebAssembly. The page fills room() with bytes and hands them over:
 // first a name to begin_file(), then its content in pieces to feed(), file after file; finish()
 // makes of them what `vordascope report` bakes into a page. One instance reads once.
+#include "compare.h"
 #include "model.h"
 #include "reader.h"
 #include "response.h"
+#include "select.h"
 
 #include <array>
+#include <cstring>
 #include <optional>
 
 namespace
@@ -23,6 +26,46 @@ double place(size_t at)
     return at == vordascope::NOWHERE ? -1 : static_cast<double>(at);
 }
 
+// A field's values as the page hands them over: how many columns its rows have (0 for a list, -1
+// for a scalar), how many values there are, then of each its length, its text and a line end.
+struct Handed {
+    explicit Handed(const char *&p)
+    {
+        const auto columns = static_cast<int32_t>(take_word(p));
+        values.resize(take_word(p));
+        for (vordascope::Value &value : values) {
+            const uint32_t size = take_word(p);
+            const char *const end = vordascope::read_number(p, value);
+            if (end != p + size) {
+                const std::string_view printed(p, size);
+                const bool boolean = printed == "true" || printed == "false";
+                value = {p, size,
+                         size == 0 ? vordascope::Kind::empty
+                         : boolean ? vordascope::Kind::boolean
+                                   : vordascope::Kind::text,
+                         0};
+            }
+            p += size + 1;
+        }
+        field.count = static_cast<uint32_t>(values.size());
+        field.columns = columns > 0 ? static_cast<uint32_t>(columns) : field.count;
+        field.shape = columns < 0    ? vordascope::Shape::scalar
+                      : columns == 0 ? vordascope::Shape::list
+                                     : vordascope::Shape::rows;
+    }
+
+    static uint32_t take_word(const char *&p)
+    {
+        uint32_t word;
+        std::memcpy(&word, p, sizeof word);
+        p += sizeof word;
+        return word;
+    }
+
+    vordascope::Field field = {};
+    std::vector<vordascope::Value> values;
+};
+
 void add_ready()
 {
     while (const vordascope::Snapshot *snapshot = reader->next())
@@ -39,8 +82,25 @@ void end_file()
 
 } // namespace
 
-// What the linker exports, by these names.
 extern "C" {
+
+// The library's streams, on which nothing here writes, would import these from the host.
+int __stdio_close(void *)
+{
+    return 0;
+}
+
+size_t __stdio_write(void *, const unsigned char *, size_t size)
+{
+    return size;
+}
+
+int64_t __stdio_seek(void *, int64_t, int)
+{
+    return -1;
+}
+
+// What the linker exports, by these names.
 
 // Room for so many bytes, until the next call.
 char *room(size_t size)
@@ -74,6 +134,38 @@ const char *finish()
 size_t size()
 {
     return text.size();
+}
+
+// How two fields differ, in the words of `vordascope diff`; size() says how long that is. Two Handed
+// stand in room().
+const char *differ()
+{
+    const char *p = text.data();
+    const Handed a(p);
+    const Handed b(p);
+    std::string what;
+    vordascope::put_difference(a.values.data(), a.field, b.values.data(), b.field, {}, what);
+    text = std::move(what);
+    return text.data();
+}
+
+// Which texts a pattern matches, a byte each, 1 or 0. The pattern and the texts stand in room(), of
+// `size` bytes, each with a line end behind it, which no name holds.
+const char *match(size_t size)
+{
+    std::string_view rest(text.data(), size);
+    const auto take_line = [&rest] {
+        const size_t end = rest.find('\n');
+        const std::string_view line = rest.substr(0, end);
+        rest.remove_prefix(end + 1);
+        return line;
+    };
+    const std::string_view pattern = take_line();
+    std::string selected;
+    while (!rest.empty())
+        selected += vordascope::matches(take_line(), pattern) ? '\1' : '\0';
+    text = std::move(selected);
+    return text.data();
 }
 
 // Room for so many values, one a snapshot, for measure(); NaN where there is none.

@@ -2,11 +2,11 @@
 import { difference, differing } from './compare.js';
 import { el, setText } from './dom.js';
 
-/** A difference as a cell whose text is that of `vordascope diff`. */
-export function differenceOf(tag, parts) {
-    const { about, from, to, apart } = parts;
-    if (!from) return el(tag, {}, about);
-    const distance = apart && el('span', { class: 'apart' }, `  ${apart}`);
+/** A difference as a cell whose text is that of `vordascope diff`, its parts set apart. */
+export function differenceOf(tag, text) {
+    const parts = /^(\d+ of \d+ values, most \S+ )?(.*?) -> (.*?)( {2}\(.*\))?$/s.exec(text);
+    if (!parts) return el(tag, {}, text);
+    const [, about, from, to, apart] = parts;
     return el(
         tag,
         {},
@@ -14,7 +14,7 @@ export function differenceOf(tag, parts) {
         el('span', { class: 'before' }, from),
         ' -> ',
         el('b', {}, to),
-        distance,
+        apart && el('span', { class: 'apart' }, apart),
     );
 }
 
@@ -54,7 +54,7 @@ export function differencesSection() {
                 { class: i ? '' : 'first' },
                 i ? null : start,
                 el('td', { class: 'key' }, field.label),
-                differenceOf('td', difference(before.of(field), now.of(field), field.kind)),
+                differenceOf('td', difference(before.of(field), now.of(field))),
             ),
         );
     };

@@ -10,6 +10,9 @@ export function toFragment(view, usual) {
     if (view.only) params.set('only', 'changed');
     if (view.query) params.set('find', view.query);
     if (view.step) params.set('step', view.step.map((n) => n + 1).join('-'));
+    if (view.zoom) params.set('zoom', view.zoom.map((x) => Number(x.toPrecision(9))).join('_'));
+    for (const key of ['align', 'band']) if (view[key] !== usual[key]) params.set(key, view[key]);
+    if (view.ref) params.set('ref', 'a');
     for (const name of view.added) params.append('add', name);
     return params.toString();
 }
@@ -35,6 +38,12 @@ export function fromFragment(fragment) {
     if (params.get('find')) view.query = params.get('find');
     const step = (params.get('step') ?? '').split('-').map(index);
     if (step.length === 2 && step[0] < step[1]) view.step = step;
+    const zoom = (params.get('zoom') ?? '').split('_').map(Number);
+    if (zoom.length === 2 && zoom[0] < zoom[1]) view.zoom = zoom;
+    if (params.get('align')) view.align = params.get('align');
+    if (Number(params.get('band')) > 0 && Number(params.get('band')) < 1)
+        view.band = Number(params.get('band'));
+    if (params.get('ref') === 'a') view.ref = true;
     if (params.has('add')) view.added = params.getAll('add');
     return view;
 }

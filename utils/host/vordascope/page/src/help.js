@@ -8,6 +8,7 @@ const KEYS = [
     ['C', 'compare with the snapshot that shows; again: no more'],
     ['X', 'exchange the two compared snapshots'],
     ['O', 'only what changed'],
+    ['+ −', 'zoom the time axis; 0 shows all of it'],
     ['/', 'find a field: words that all occur, or =8000 for a value'],
     ['P', 'the next run, where there are several'],
     ['T', 'light or dark'],
@@ -36,7 +37,7 @@ export function helpCard() {
         el(
             'p',
             {},
-            'Values stand as vorda printed them. Drag across a chart over time to measure a step, click it to go to a snapshot. The address of this page leads back to what it shows now.',
+            'Values stand as vorda printed them. Drag across a chart over time to measure a response, click it to go to a snapshot, turn the wheel to zoom. The address of this page leads back to what it shows now.',
         ),
         el('form', { method: 'dialog' }, el('button', {}, 'Close')),
     );
@@ -48,7 +49,7 @@ const editing = (target) => target.closest?.('input[type="search"], select, text
 /**
  * Calls an action for each key of the card.
  * @param {object} actions by name: step(by), first, last, play, compare, swap, only, find, nextRun,
- *     theme, help, escape
+ *     theme, help, escape, zoom(factor), showAll
  * @param {AbortSignal} signal ends it
  */
 export function listenToKeys(actions, signal) {
@@ -64,6 +65,9 @@ export function listenToKeys(actions, signal) {
         t: actions.theme,
         '?': actions.help,
         Escape: actions.escape,
+        '+': () => actions.zoom(0.5),
+        '-': () => actions.zoom(2),
+        0: actions.showAll,
         ArrowLeft: () => actions.step(-1),
         ArrowRight: () => actions.step(1),
     };

@@ -26,6 +26,25 @@ export const COURSES = [
     ['White balance gains', { val: 'cfg.awb.gain[0].gain.val' }],
 ];
 
+/** Quantities that are printed nowhere but computed here, as vordascope's command line does. */
+export const COMPUTED = [
+    {
+        title: 'Exposure, computed',
+        name: 'exposure',
+        formula: 'share.inttime × share.sys_gain',
+        factors: ['share.inttime', 'share.sys_gain'],
+        of: (time, gain) => time * gain,
+    },
+    {
+        title: 'Exposure in stops, computed',
+        name: 'exposure.stops',
+        formula: 'log2(share.inttime × share.sys_gain)',
+        factors: ['share.inttime', 'share.sys_gain'],
+        of: (time, gain) => (time * gain > 0 ? Math.log2(time * gain) : Number.NaN),
+        stops: true,
+    },
+];
+
 const card = (draw) => (title, item, keys, more) => ({ draw, title, item, keys, ...more });
 
 /** Curves: {name: key} over the index, or {name: curve(y, x)}. */

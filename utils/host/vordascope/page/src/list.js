@@ -73,8 +73,8 @@ class Row {
         const differs = !same(before, value);
         setText(this.value, valueText(field, value));
         if (differs) {
-            const parts = difference(before, value, field.kind);
-            this.value.append(el('div', { class: 'difference' }, differenceOf('span', parts)));
+            const text = difference(before, value);
+            this.value.append(el('div', { class: 'difference' }, differenceOf('span', text)));
         }
         this.element.classList.toggle('changed', differs);
         this.course?.mark(now.n, reference?.run === now.run ? reference.n : null);

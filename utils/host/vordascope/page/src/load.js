@@ -4,6 +4,7 @@
 
 import { VERSION } from './model.js';
 import { readModel } from './reader.js';
+import { startTools } from './tools.js';
 
 /** Undoes base64 and deflate, in which everything large is kept in the file. */
 async function inflated(base64) {
@@ -22,6 +23,11 @@ function understood(json) {
     const named = (bytes) =>
         new TextDecoder().decode(Uint8Array.from(bytes, (c) => c.charCodeAt(0)));
     return { ...model, files: model.files.map(named) };
+}
+
+/** Starts the code of the command line, where it is part of this page. */
+export async function startCode() {
+    if (canRead()) await startTools(await inflated(contentOf('reader')));
 }
 
 /** The model that `vordascope report` baked in; null in the empty page. */

@@ -2,7 +2,7 @@
 import 'uplot/dist/uPlot.min.css';
 import '../style.css';
 import { emptyPage } from './empty.js';
-import { bakedModel, canRead, chooseCaptures, watchCaptures } from './load.js';
+import { bakedModel, canRead, chooseCaptures, startCode, watchCaptures } from './load.js';
 import { VERSION } from './model.js';
 import { notesOf } from './notices.js';
 import { showPage } from './page.js';
@@ -58,6 +58,6 @@ function busy(names) {
 const open = canRead() ? async () => add(await chooseCaptures(busy)) : null;
 
 if (canRead()) watchCaptures(add, busy);
-const baked = await bakedModel();
+const [baked] = await Promise.all([bakedModel(), startCode()]);
 if (baked) add(baked);
 else show({});

@@ -175,9 +175,8 @@ export class Run {
         const times = this.#times?.numbers(this.length);
         this.timed = Boolean(times?.every(Number.isFinite));
         /** The places of the snapshots on the axis: seconds from the first, or their count from 1. */
-        this.axis = this.timed
-            ? sinceFirst(times)
-            : Float64Array.from({ length: this.length }, (_, n) => n + 1);
+        this.counts = Float64Array.from({ length: this.length }, (_, n) => n + 1);
+        this.axis = this.timed ? sinceFirst(times) : this.counts;
     }
 
     /** The field of that name, undefined where no snapshot has it. */

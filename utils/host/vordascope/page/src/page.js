@@ -1,4 +1,5 @@
 // The page of runs: its sections, and what ties them together.
+import { START } from './against.js';
 import { cardSections } from './cards.js';
 import { differencesSection } from './differences.js';
 import { el } from './dom.js';
@@ -10,6 +11,7 @@ import { Moment } from './model.js';
 import { notices } from './notices.js';
 import { nowSection } from './now.js';
 import { player } from './player.js';
+import { BAND } from './response.js';
 import { boundedView, continuedView, usualView } from './runs.js';
 import { finder } from './search.js';
 import { Store } from './store.js';
@@ -17,7 +19,16 @@ import { timeSection } from './time.js';
 import { toolbar } from './toolbar.js';
 
 /** What shows of the rest when nothing was chosen. */
-const USUAL = { only: false, query: '', step: null, added: [] };
+const USUAL = {
+    only: false,
+    query: '',
+    step: null,
+    added: [],
+    zoom: null,
+    align: START,
+    band: BAND,
+    ref: false,
+};
 
 /**
  * Shows runs in place of what the root held.
@@ -62,10 +73,14 @@ function sectionsOf(run, store) {
             return failedSection(id, title, error);
         }
     });
-    return built.map((section) => ({
-        ...section,
-        place: el('section', { id: section.id }, el('h2', {}, section.title), section.element),
-    }));
+    for (const section of built)
+        section.place = el(
+            'section',
+            { id: section.id },
+            el('h2', {}, section.title),
+            section.element,
+        );
+    return built;
 }
 
 const failure = (error) =>
@@ -97,7 +112,7 @@ function updateSection(section, view, changed) {
 }
 
 /** What buttons and keys do; see listenToKeys() and toolbar(). */
-function actionsOn(store, all, { play, theme, help, open, find, remove }) {
+function actionsOn(store, all, { play, theme, help, open, find, remove, time }) {
     const set = (patch) => store.set(patch);
     const last = () => all[store.view.run].length - 1;
     const goTo = (n) => {
@@ -108,6 +123,8 @@ function actionsOn(store, all, { play, theme, help, open, find, remove }) {
         open,
         find,
         remove,
+        zoom: (factor) => time?.zoom?.(factor),
+        showAll: () => set({ zoom: null }),
         step: (by) => goTo(store.view.n + by),
         first: () => goTo(0),
         last: () => goTo(last()),
@@ -121,12 +138,13 @@ function actionsOn(store, all, { play, theme, help, open, find, remove }) {
         },
         swap() {
             const { run, n, against, a } = store.view;
-            if (a !== null) set({ run: against, n: a, against: run, a: n });
+            const other = against !== run && { step: null, zoom: null };
+            if (a !== null) set({ run: against, n: a, against: run, a: n, ...other });
         },
         only: () => set({ only: !store.view.only }),
         query: (query) => set({ query }),
         /** Shows a run, at its end or where it has been. */
-        show: (run) => set({ run, n: all[run].length - 1, step: null }),
+        show: (run) => set({ run, n: all[run].length - 1, step: null, zoom: null }),
         /** Holds what shows against a snapshot of a run. */
         hold: (against) => set({ against, a: all[against].length - 1 }),
         nextRun() {
@@ -176,9 +194,10 @@ function showRun(root, runs, { open, theme, said, remove, view: wanted, usual, o
     const address = follower(usual);
     const play = player(store, run.length - 1, (playing) => bar.playing(playing));
     const find = () => bar.search.focus();
-    const actions = actionsOn(store, all, { play, theme, help, open, find, remove });
-    const bar = toolbar(runs, run, store, actions);
     const sections = sectionsOf(run, store);
+    const time = sections.find(({ id }) => id === 'time');
+    const actions = actionsOn(store, all, { play, theme, help, open, find, remove, time });
+    const bar = toolbar(runs, run, store, actions);
 
     function update(view, changed) {
         if (all[view.run] !== run) return onRun(view);

@@ -70,10 +70,11 @@ export function usualView(all) {
  * @param {{view, run, against, count}} before the view, its runs, and how many there were
  */
 export function continuedView({ view, run, against, count }, all, usual) {
-    const { only, query, added } = view;
+    const { only, query, added, align, band, ref } = view;
     const here = all.indexOf(run);
     const compared = against ? all.indexOf(against) : -1;
-    if (here < 0 || (all.length > count && usual.against !== null)) return { only, query, added };
+    if (here < 0 || (all.length > count && usual.against !== null))
+        return { only, query, added, align, band, ref };
     return {
         ...view,
         run: here,

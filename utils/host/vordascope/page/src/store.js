@@ -8,6 +8,9 @@
  *     only         whether only what changed shows
  *     query        what is looked for
  *     step         [i, j], the measured selection of the time charts, or null
+ *     zoom         [from, to], the part of the time axis that shows, or null for all of it
+ *     align        how a second run is aligned: 'start', 'ab' (at A and B), or the name of a field
+ *     band, ref    the band of a response, as a part; whether the value at A is its reference
  *     added        names of the fields that have a time chart of their own
  *     theme        'light', 'dark' or '' for the system's
  */

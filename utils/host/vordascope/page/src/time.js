@@ -1,49 +1,104 @@
-// The course of values over a run: charts on one time axis, in which a drag measures a step.
+// The course of values over a run: charts on one time axis, in which a drag measures a response, over
+// those of the run that it is held against.
+import { axesOf, MARKS, nearest, placeText, START, tickText } from './against.js';
+import { answer, answerCells, answerText, COLUMNS, differenceCells } from './answers.js';
 import { lineColour } from './colours.js';
+import { placeOf } from './course.js';
 import { el, setText } from './dom.js';
 import { chart, legend, padded } from './draw/chart.js';
-import { COURSES } from './known.js';
-import { extent } from './model.js';
-import { measureStep, stepText } from './step.js';
+import { paintPale } from './draw/pale.js';
+import { COMPUTED, COURSES } from './known.js';
+import { extent, flat, printed } from './model.js';
+import { overview } from './overview.js';
+import { moved, zoomed } from './zoom.js';
 
-/** The lines of a chart: one a field, or one an element of a list. */
+/** The narrowest part that shows, in snapshots. */
+const LEAST = 4;
+
+/** The lines of a chart: one a field, or one an element of a list; `of(run)` gives its numbers. */
 function linesOf(run, names) {
-    return Object.entries(names).flatMap(([name, of]) => {
-        const field = run.field(of);
+    return Object.entries(names).flatMap(([name, path]) => {
+        const field = run.field(path);
         if (!field) return [];
-        const values = field.courses;
-        return values.map((list, i) => ({
-            name: values.length > 1 ? `${name}[${i}]` : name,
-            values: list,
-            field,
+        const { courses } = field;
+        return courses.map((values, i) => ({
+            name: courses.length > 1 ? `${name}[${i}]` : name,
+            path,
+            varies: field.varies,
+            values,
+            of: (other) => (other === run ? values : other.field(path)?.courses[i]),
+            text: (other, n) => printed(flat(other.field(path)?.at(n) ?? null)[i]),
         }));
     });
 }
 
-class Course {
-    constructor(run, store, title, lines, remove = null) {
-        this.run = run;
+/** The line of a quantity that is computed here, see known.js; none where a factor is missing. */
+function computedLine(run, { name, factors, of, stops }) {
+    if (!factors.every((path) => run.field(path)?.shape === 'scalar')) return [];
+    const numbers = (other) => {
+        const courses = factors.map((path) => other.field(path)?.courses[0]);
+        return courses.every(Boolean) && courses[0].map((_, n) => of(...courses.map((c) => c[n])));
+    };
+    const values = numbers(run);
+    return [
+        {
+            name,
+            path: name,
+            stops,
+            varies: factors.some((path) => run.field(path).varies),
+            values,
+            of: (other) => (other === run ? values : numbers(other) || undefined),
+            text: (other, n) =>
+                shortNumber(of(...factors.map((path) => Number(other.field(path)?.at(n))))),
+        },
+    ];
+}
+
+const shortNumber = (value) =>
+    Number.isFinite(value) ? String(Number(value.toPrecision(7))) : '–';
+const signed = (value) => (value < 0 ? shortNumber(value) : `+${shortNumber(value)}`);
+
+/** One chart. */
+class Card {
+    constructor(section, title, lines, { note = '', remove = null } = {}) {
+        this.section = section;
+        this.title = title;
+        this.hovered = null; // the place on the axis that the pointer is over
         this.lines = lines.map((line, i) => ({ ...line, colour: lineColour('', i) }));
-        const range = extent(lines.flatMap(({ values }) => extent(values)));
         this.markers = ['marker marker-a', 'marker marker-b'].map((name) =>
             el('div', { class: name }),
         );
+        this.where = el('span', { class: 'where' });
         this.legend = legend(this.lines);
+        this.legend.element.prepend(this.where);
         this.measured = el('ul', { class: 'measured' });
         this.chart = chart({
             lines: this.lines,
             height: 140,
             label: `${title} over time`,
-            range: () => padded(range),
-            xRange: () => extent(run.axis),
+            range: () => padded(this.range()),
+            xRange: () => section.part(),
             sync: 'time',
-            onSelect: (i, j) => store.set({ step: [i, j] }),
-            onPick: (i, event) =>
-                store.set(event.shiftKey ? { a: i, against: store.view.run } : { n: i }),
-            onHover: (i) => this.read(i),
-            onResize: () => this.mark(store.view),
+            xText: (x) => tickText(x, section.axes.timed),
+            missing: () => section.missing,
+            onSelect: (i, j) => section.store.set({ step: [i, j] }),
+            onPick: (i, event) => section.pick(i, event),
+            onHover: (i, x) => {
+                this.hovered = i === null ? null : x;
+                this.read();
+            },
+            onWheel: (event, x) => section.wheel(event, x),
+            onDouble: () => section.store.set({ zoom: null }),
+            onResize: () => this.mark(),
+            under: (u) => this.paintOther(u),
         });
-        const names = [...new Set(lines.map(({ field }) => field.name))];
+        const names = [...new Set(lines.map(({ path }) => path))];
+        const removal = remove && {
+            type: 'button',
+            class: 'quiet',
+            'aria-label': `remove ${title}`,
+            on: { click: remove },
+        };
         this.element = el(
             'article',
             { class: 'card', data: { title } },
@@ -51,135 +106,375 @@ class Course {
                 'header',
                 {},
                 el('h3', {}, title),
-                this.legend.element,
-                el('code', {}, names.length === 1 ? names[0] : lines[0].field.item),
-                remove &&
-                    el(
-                        'button',
-                        {
-                            type: 'button',
-                            class: 'quiet',
-                            'aria-label': `remove ${title}`,
-                            on: { click: remove },
-                        },
-                        '×',
-                    ),
+                el('code', {}, note || (names.length === 1 ? names[0] : names[0].split('.')[0])),
+                removal && el('button', removal, '×'),
             ),
+            this.legend.element,
             this.chart.element,
             this.measured,
         );
     }
 
-    read(i) {
-        const at = i ?? this.n;
-        this.legend.read(
-            this.lines.map(({ values }) =>
-                Number.isFinite(values[at]) ? String(values[at]) : '–',
-            ),
+    /** The least and the greatest value of the part that shows, of both runs. */
+    range() {
+        const [from, to] = this.section.part();
+        const { axes } = this.section;
+        const within = (values, axis) => {
+            if (!values) return [];
+            const begin = Math.max(placeOf(axis, from), 0);
+            return extent(values.subarray(begin, placeOf(axis, to) + 2));
+        };
+        return extent(
+            this.lines.flatMap((line) => [
+                ...within(line.values, axes.now),
+                ...(axes.run ? within(line.of(axes.run), axes.before) : []),
+            ]),
         );
     }
 
-    update(view, changed) {
-        this.n = view.n;
-        if (changed.has('theme') || !this.chart.plot) {
-            const gaps = this.lines.map(({ values }) =>
-                Array.from(values, (y) => (Number.isFinite(y) ? y : null)),
-            );
-            this.chart.show([this.run.axis, ...gaps]);
-            this.chart.plot.over.append(...this.markers);
+    paintOther(u) {
+        const { axes } = this.section;
+        if (!axes.run) return;
+        for (const line of this.lines) {
+            const values = line.of(axes.run);
+            if (values) paintPale(u, axes.before, values, line.colour);
         }
-        this.read(null);
-        this.mark(view);
-        if (!changed.has('step')) return;
-        const texts = view.step
-            ? this.lines.map(({ name, values }) => {
-                  const text = stepText(
-                      measureStep(values, ...view.step),
-                      this.run.axis,
-                      this.run.timed,
-                  );
-                  return this.lines.length > 1 ? `${name}: ${text}` : text;
-              })
-            : [];
-        this.measured.replaceChildren(...texts.map((text) => el('li', {}, text)));
+    }
+
+    /** Reads the values under the pointer, or where the snapshot is: of both runs, and how they differ. */
+    read() {
+        const { axes, run, view } = this.section;
+        const x = this.hovered;
+        const n = x === null ? view.n : nearest(axes.now, x);
+        const place = x === null ? axes.now[view.n] : x;
+        const other = axes.run ? nearest(axes.before, place) : -1;
+        setText(this.where, n < 0 ? `${placeText(place, axes.timed)} ·` : `${run.placeOf(n)} ·`);
+        this.legend.read(
+            this.lines.map((line) => {
+                const value = n < 0 ? '–' : line.text(run, n);
+                const values = axes.run && line.of(axes.run);
+                if (!values) return value;
+                const apart = other < 0 || n < 0 ? Number.NaN : line.values[n] - values[other];
+                const text = other < 0 ? '–' : line.text(axes.run, other);
+                return `${value} (A ${text}${Number.isFinite(apart) ? `, ${signed(apart)}` : ''})`;
+            }),
+        );
+    }
+
+    draw() {
+        const gaps = this.lines.map(({ values }) =>
+            Array.from(values, (y) => (Number.isFinite(y) ? y : null)),
+        );
+        const fresh = !this.chart.plot;
+        this.chart.show([this.section.axes.now, ...gaps]);
+        if (fresh) this.chart.plot.over.append(...this.markers);
     }
 
     /** Puts the markers and the selection where they belong. */
-    mark({ n, against, a, run: shown, step }) {
+    mark() {
         const { plot } = this.chart;
         if (!plot) return;
-        [against === shown ? a : null, n].forEach((at, i) => {
-            this.markers[i].hidden = at === null;
-            if (at !== null)
-                this.markers[i].style.left = `${plot.valToPos(this.run.axis[at], 'x')}px`;
+        const { axes, view } = this.section;
+        const { n, against, a, run, step } = view;
+        const reference = a === null ? null : (against === run ? axes.now : axes.before)[a];
+        [reference, axes.now[n]].forEach((at, i) => {
+            const left = at === null ? -1 : plot.valToPos(at, 'x');
+            this.markers[i].hidden = !(left >= 0 && left <= plot.over.clientWidth);
+            this.markers[i].style.left = `${left}px`;
         });
         if (step) this.chart.select(...step);
         else this.chart.clear();
     }
+
+    /** The answers of its lines in the selection: [{ line, now, before }]. */
+    measure() {
+        const { axes, view, run } = this.section;
+        const { step, band, ref, a, against } = view;
+        const inPart = (axis, [from, to]) => {
+            const begin = placeOf(axis, from - 1e-9) + 1;
+            return [begin, Math.max(placeOf(axis, to + 1e-9), begin)];
+        };
+        return this.lines.map((line) => {
+            const own = against === view.run ? line.values[a] : Number.NaN;
+            const before = ref && a !== null ? own : Number.NaN;
+            const how = { band, before, stops: line.stops };
+            const places = { axis: axes.now, timed: axes.timed };
+            const now = answer(line.values, step, how, places);
+            const values = axes.run && line.of(axes.run);
+            if (!values) return { line, now, before: null, run };
+            const ends = step.map((n) => axes.now[n]);
+            const other = { axis: axes.before, timed: axes.timed };
+            return { line, now, before: answer(values, inPart(axes.before, ends), how, other) };
+        });
+    }
+
+    /** Says in a line each what the lines did; the place for that is there before. */
+    tell(answers) {
+        const rows = this.lines.length * (this.section.axes.run ? 2 : 1);
+        this.measured.style.setProperty('--rows', String(rows));
+        const texts = answers.flatMap(({ line, now, before }) => {
+            const name = this.lines.length > 1 ? `${line.name}: ` : '';
+            const both = before ? [`A ${name}${answerText(before)}`] : [];
+            return [`${before ? 'B ' : ''}${name}${answerText(now)}`, ...both];
+        });
+        this.measured.replaceChildren(...texts.map((text) => el('li', { title: text }, text)));
+    }
+}
+
+/** The table of all answers. */
+function answersTable() {
+    const body = el('tbody');
+    const head = COLUMNS.map((name) => el('th', { scope: 'col' }, name));
+    const row = (name, side, cells) =>
+        el(
+            'tr',
+            {},
+            el('th', { scope: 'row' }, name),
+            el('td', {}, side),
+            cells.map((cell) => el('td', {}, cell)),
+        );
+    const element = el(
+        'div',
+        { class: 'card answers', hidden: true },
+        el('h3', {}, 'Response'),
+        el(
+            'div',
+            { class: 'wide' },
+            el('table', {}, el('thead', {}, el('tr', {}, el('th'), el('th'), head)), body),
+        ),
+    );
+    return {
+        element,
+        show(answers) {
+            element.hidden = answers.length === 0;
+            body.replaceChildren(
+                ...answers.flatMap(({ line, now, before }) =>
+                    before
+                        ? [
+                              row(line.path, 'A', answerCells(before)),
+                              row(line.name, 'B', answerCells(now)),
+                              row('', '', differenceCells(before, now)),
+                          ]
+                        : [row(line.path, '', answerCells(now))],
+                ),
+            );
+        },
+    };
+}
+
+const option = (value, text) => el('option', { value }, text);
+
+/** The section. */
+class TimeSection {
+    id = 'time';
+    title = 'Time';
+    empty = () => false;
+
+    constructor(run, store) {
+        this.run = run;
+        this.store = store;
+        this.view = store.view;
+        this.axes = axesOf({ now: { run }, before: null });
+        this.missing = [...run.missed.keys()].filter((n) => n > 0);
+        this.grid = el('div', { class: 'courses' });
+        this.said = el('p', { class: 'plain' });
+        this.table = answersTable();
+        this.added = new Map();
+        const known = [
+            ...COURSES.map(([title, names]) => [title, linesOf(run, names)]),
+            ...COMPUTED.map((one) => [one.title, computedLine(run, one), { note: one.formula }]),
+        ].filter(([, lines]) => lines.length);
+        const moving = known.filter(([, lines]) => lines.some(({ varies }) => varies));
+        const still = known.filter((entry) => !moving.includes(entry)).map(([title]) => title);
+        this.steady = still.length ? `Steady over the run: ${still.join(', ')}.` : '';
+        this.cards = moving.map((entry) => new Card(this, ...entry));
+        this.grid.append(...this.cards.map(({ element }) => element));
+        this.strip = overview(moving[0]?.[1][0].values ?? new Float64Array(run.length), {
+            whole: () => this.whole(),
+            axis: () => this.axes.now,
+            least: () => this.least(),
+            set: (zoom) => store.set({ zoom }),
+        });
+        this.element = el(
+            'div',
+            {},
+            this.controls(),
+            this.strip.element,
+            this.said,
+            this.grid,
+            this.table.element,
+            el('div', { class: 'below' }, this.adder(), this.hint(), this.steadyText()),
+        );
+    }
+
+    steadyText() {
+        return el('p', { class: 'plain' }, this.steady);
+    }
+
+    hint() {
+        const text =
+            'Drag across a chart to measure the response; click to go to a snapshot, with Shift to ' +
+            'compare with it. The wheel zooms, a double click shows all.';
+        return el('p', { class: 'hint' }, text);
+    }
+
+    controls() {
+        const { store, run } = this;
+        const choose = (key, convert) => (event) =>
+            store.set({ [key]: convert(event.target.value) });
+        const charted = run.fields.filter((field) => field.charted && field.shape === 'scalar');
+        this.align = el(
+            'select',
+            { 'aria-label': 'align the runs', on: { change: choose('align', String) } },
+            option(START, 'at the start'),
+            option(MARKS, 'at A and B'),
+            charted.map(({ name }) => option(name, `where ${name} leaves rest`)),
+        );
+        this.alignment = el('label', {}, 'Runs aligned ', this.align);
+        this.band = el(
+            'select',
+            { 'aria-label': 'band', on: { change: choose('band', Number) } },
+            [0.02, 0.05, 0.1].map((part) => option(part, `± ${100 * part} %`)),
+        );
+        this.reference = el('input', {
+            type: 'checkbox',
+            'aria-label': 'measure from the value at A',
+            on: { change: (event) => store.set({ ref: event.target.checked }) },
+        });
+        this.all = el(
+            'button',
+            {
+                type: 'button',
+                title: 'show all (0)',
+                on: { click: () => store.set({ zoom: null }) },
+            },
+            'Show all',
+        );
+        this.referenced = el('label', {}, this.reference, ' from the value at A');
+        return el(
+            'div',
+            { class: 'time-controls' },
+            this.alignment,
+            el('label', {}, 'Band ', this.band),
+            this.referenced,
+            this.all,
+        );
+    }
+
+    adder() {
+        const { store, run } = this;
+        const candidates = run.fields.filter((field) => field.charted);
+        if (candidates.length === 0) return null;
+        const choice = el(
+            'select',
+            { 'aria-label': 'add a chart of a field' },
+            option('', 'Add a field…'),
+            candidates.map((field) => option(field.name, field.name)),
+        );
+        choice.addEventListener('change', () => {
+            if (choice.value)
+                store.set({ added: [...new Set([...store.view.added, choice.value])] });
+            choice.value = '';
+        });
+        return choice;
+    }
+
+    /** The ends of the axis, of both runs. */
+    whole() {
+        const { now, before } = this.axes;
+        const ends = [now, before ?? now].flatMap((axis) => [axis[0], axis[axis.length - 1]]);
+        const [first, last] = extent(ends);
+        return first === last ? [first - 1, last + 1] : [first, last];
+    }
+
+    /** The part of it that shows. */
+    part() {
+        return this.view.zoom ?? this.whole();
+    }
+
+    least() {
+        const { now } = this.axes;
+        return (LEAST * (now[now.length - 1] - now[0])) / Math.max(now.length - 1, 1) || 1;
+    }
+
+    /** Zooms around a place, where the snapshot is unless another is given. */
+    zoom(factor, x = this.axes.now[this.view.n]) {
+        this.store.set({ zoom: zoomed(this.view.zoom, this.whole(), factor, x, this.least()) });
+    }
+
+    wheel(event, x) {
+        const sideways = event.shiftKey || Math.abs(event.deltaX) > Math.abs(event.deltaY);
+        const delta = event.deltaY || event.deltaX;
+        // Zoomed out as far as it goes, the wheel scrolls the page.
+        if (!this.view.zoom && (delta > 0 || sideways)) return;
+        event.preventDefault();
+        if (sideways) this.store.set({ zoom: moved(this.view.zoom, this.whole(), delta / 1000) });
+        else this.zoom(Math.exp(Math.max(-500, Math.min(delta, 500)) / 400), x);
+    }
+
+    pick(i, event) {
+        const { run } = this.store.view;
+        this.store.set(event.shiftKey ? { a: i, against: run } : { n: i });
+    }
+
+    /** Adds and removes the charts of fields that were asked for. */
+    follow({ added }) {
+        for (const [name, card] of this.added) {
+            if (added.includes(name)) continue;
+            card.chart.end();
+            card.element.remove();
+            this.added.delete(name);
+        }
+        const fresh = [];
+        for (const name of added.filter((one) => !this.added.has(one))) {
+            const lines = linesOf(this.run, { [this.run.field(name)?.key ?? '']: name });
+            if (lines.length === 0) continue;
+            const remove = () =>
+                this.store.set({ added: this.store.view.added.filter((other) => other !== name) });
+            const card = new Card(this, name, lines, { remove });
+            this.added.set(name, card);
+            this.grid.append(card.element);
+            fresh.push(card);
+        }
+        return fresh;
+    }
+
+    update(view, changed) {
+        const has = (...keys) => keys.some((key) => changed.has(key));
+        this.view = view;
+        const marked = view.align === MARKS && has('n');
+        const realigned = has('a', 'against', 'align') || marked;
+        if (realigned) this.axes = axesOf(view);
+        const fresh = this.follow(view);
+        const cards = [...this.cards, ...this.added.values()];
+        for (const card of cards) {
+            if (has('theme', 'zoom') || realigned || fresh.includes(card)) card.draw();
+            card.read();
+            card.mark();
+        }
+        if (has('step', 'band', 'ref', 'added') || (realigned && view.step)) this.measure(cards);
+        this.showControls(view);
+        this.strip.show(view.zoom);
+    }
+
+    measure(cards) {
+        const answers = cards.map((card) => (this.view.step ? card.measure() : []));
+        cards.forEach((card, i) => {
+            card.tell(answers[i]);
+        });
+        this.table.show(answers.flat());
+    }
+
+    showControls({ align, band, ref, zoom, a }) {
+        this.alignment.hidden = !this.axes.run;
+        this.align.value = align;
+        this.band.value = String(band);
+        this.referenced.hidden = a === null;
+        this.reference.checked = ref;
+        this.all.disabled = !zoom;
+        setText(this.said, this.axes.said);
+    }
 }
 
 /** The section; null for less than three snapshots, which have no course. */
-export function timeSection(run, store) {
-    if (run.length < 3) return null;
-    const grid = el('div', { class: 'courses' });
-    const steady = el('p', { class: 'plain' });
-    const known = COURSES.map(([title, names]) => [title, linesOf(run, names)]).filter(
-        ([, lines]) => lines.length,
-    );
-    const moving = known.filter(([, lines]) => lines.some(({ field }) => field.varies));
-    const still = known.filter((entry) => !moving.includes(entry)).map(([title]) => title);
-    setText(steady, still.length ? `Steady over the run: ${still.join(', ')}.` : '');
-
-    const shown = moving.map(([title, lines]) => new Course(run, store, title, lines));
-    const added = new Map();
-    const candidates = run.fields.filter((field) => field.charted);
-    const choice = el(
-        'select',
-        { 'aria-label': 'add a chart of a field' },
-        el('option', { value: '' }, 'Add a field…'),
-        candidates.map((field) => el('option', { value: field.name }, field.name)),
-    );
-    choice.addEventListener('change', () => {
-        if (choice.value) store.set({ added: [...new Set([...store.view.added, choice.value])] });
-        choice.value = '';
-    });
-
-    function follow(view, changed) {
-        for (const [name, course] of added) {
-            if (view.added.includes(name)) continue;
-            course.element.remove();
-            added.delete(name);
-        }
-        for (const name of view.added) {
-            const lines = added.has(name)
-                ? []
-                : linesOf(run, { [run.field(name)?.key ?? '']: name });
-            if (lines.length === 0) continue;
-            const remove = () =>
-                store.set({ added: store.view.added.filter((other) => other !== name) });
-            const course = new Course(run, store, name, lines, remove);
-            added.set(name, course);
-            grid.append(course.element);
-            course.update(view, new Set(['step']));
-        }
-        for (const course of [...shown, ...added.values()]) course.update(view, changed);
-    }
-    grid.append(...shown.map((course) => course.element));
-    const hint = el(
-        'p',
-        { class: 'hint' },
-        'Drag across a chart to measure a step; click to go to a snapshot, with Shift to compare with it.',
-    );
-    return {
-        id: 'time',
-        title: 'Time',
-        element: el(
-            'div',
-            {},
-            grid,
-            el('div', { class: 'below' }, candidates.length ? choice : null, hint, steady),
-        ),
-        update: follow,
-        empty: () => false,
-    };
-}
+export const timeSection = (run, store) => (run.length < 3 ? null : new TimeSection(run, store));

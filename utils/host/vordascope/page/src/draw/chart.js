@@ -2,6 +2,7 @@
 import uPlot from 'uplot';
 import { currentLayout } from '../canvas.js';
 import { colourOf, el, setText, sizeObserver } from '../dom.js';
+import { hold } from '../lifetime.js';
 import { short } from '../ticks.js';
 
 const FONT = '11px system-ui, sans-serif';
@@ -26,10 +27,13 @@ export function padded([low, high]) {
  * @param {object} options
  *     lines: [{name, colour, dashed, stepped, filled}], `colour` by its name in the style;
  *     label, what it shows; height; range(): [low, high] of y; xRange(): that of x;
- *     points: whether to mark each point; sync: charts of one key share the cursor;
+ *     xText(x): how a place on x is written; points: whether to mark each point; sync: charts of one key share the cursor;
  *     onSelect(i, j): the user selected points i to j; onPick(i, event): clicked on point i;
- *     onHover(i): the cursor is over point i, null where it left
- * @returns {{element, show(data, visible), select(i, j), clear(), redraw()}}
+ *     onHover(i, x): the cursor is over point i, at x; null where it left
+ *     onWheel(event, x): the wheel turned over x; onDouble(): clicked twice
+ *     under(u): draws beneath the lines; missing(): the points before which some are missing
+ * @returns {{element, show(data, visible), select(i, j), clear(), end()}} end() frees it at once;
+ *     the end of the view does so anyway
  */
 export function chart(options) {
     const {
@@ -42,12 +46,21 @@ export function chart(options) {
         onSelect,
         onPick,
         onHover,
+        onWheel,
+        under,
+        missing = () => [],
+        xText = short,
     } = options;
     const element = el('div', { class: 'chart', role: 'img', 'aria-label': options.label });
     element.style.height = `${height}px`;
     let plot = null;
     let measuredIn = currentLayout();
     let pressedAt = 0;
+    const observer = sizeObserver(fit);
+    const end = hold(() => {
+        observer.disconnect();
+        plot?.destroy();
+    });
 
     function create(data) {
         const scales = { x: { time: false, range: xRange }, y: { range } };
@@ -57,12 +70,16 @@ export function chart(options) {
             legend: { show: false },
             padding: [8, 10, 0, 0],
             scales,
-            axes: [axis({ size: 24, space: 52 }), axis({ size: 46, space: 32 })],
+            axes: [
+                axis({ size: 24, space: 52, values: (_, splits) => splits.map(xText) }),
+                axis({ size: 46, space: 32 }),
+            ],
             series: [{}, ...lines.map(lineOptions)],
             cursor: {
                 y: false,
                 drag: { x: Boolean(onSelect), y: false, setScale: false, dist: 3 },
                 points: { size: 6 },
+                bind: { dblclick: () => () => options.onDouble?.() },
                 sync: sync && {
                     key: sync,
                     setSeries: false,
@@ -70,7 +87,8 @@ export function chart(options) {
                 },
             },
             hooks: {
-                setCursor: [(u) => onHover?.(u.cursor.idx ?? null)],
+                setCursor: [(u) => onHover?.(u.cursor.idx ?? null, u.posToVal(u.cursor.left, 'x'))],
+                drawAxes: [(u) => under?.(u)],
                 setSelect: [
                     (u) => {
                         if (u.select.width < 3) return;
@@ -92,7 +110,14 @@ export function chart(options) {
                     onPick(created.cursor.idx, event);
             });
         }
-        sizeObserver(fit).observe(element);
+        if (onWheel) {
+            created.over.addEventListener(
+                'wheel',
+                (event) => onWheel(event, created.posToVal(event.offsetX, 'x')),
+                { passive: false },
+            );
+        }
+        observer.observe(element);
         return created;
     }
 
@@ -110,11 +135,30 @@ export function chart(options) {
         dash: dashed ? [4, 3] : undefined,
         fill: filled ? () => `${colourOf(colour)}33` : undefined,
         paths: stepped ? uPlot.paths.stepped({ align: 1 }) : undefined,
+        gaps: (u, _line, from, to, empty) =>
+            [...empty, ...holes(u, from, to)].sort((p, q) => p[0] - q[0]),
         points:
             points && !dashed
                 ? { show: true, size: 4, fill: () => colourOf(colour) }
-                : { show: false },
+                : { show: () => false, filter: lonely, size: 4, fill: () => colourOf(colour) },
     });
+
+    /** Where the line breaks, in pixels: between points some are missing. */
+    function holes(u, from, to) {
+        const place = (i) => u.valToPos(u.data[0][i], 'x', true);
+        return missing()
+            .filter((i) => i > from && i <= to)
+            .map((i) => [place(i - 1), place(i)]);
+    }
+
+    /** The points between two breaks, which no line would show; null where there are none. */
+    function lonely() {
+        const breaks = new Set(missing());
+        const alone = [...breaks].filter(
+            (i) => breaks.has(i + 1) || i + 1 === plot?.data[0].length,
+        );
+        return alone.length ? alone : null;
+    }
 
     return {
         element,
@@ -136,12 +180,16 @@ export function chart(options) {
         /** Marks points i to j as selected. */
         select(i, j) {
             if (!plot) return;
-            const [left, right] = [i, j].map((at) => plot.valToPos(plot.data[0][at], 'x'));
+            const width = plot.over.clientWidth;
+            const [left, right] = [i, j].map((at) =>
+                Math.min(Math.max(plot.valToPos(plot.data[0][at], 'x'), 0), width),
+            );
             plot.setSelect(
                 { left, width: right - left, top: 0, height: plot.over.clientHeight },
                 false,
             );
         },
+        end,
         clear() {
             plot?.setSelect({ left: 0, width: 0, top: 0, height: 0 }, false);
         },

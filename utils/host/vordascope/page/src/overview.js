@@ -1,0 +1,92 @@
+// The strip beneath the toolbar of the time charts: the whole run, and the part of it that shows.
+import { canvas, pointerAt } from './canvas.js';
+import { colourOf } from './dom.js';
+import { extent } from './model.js';
+import { moved, zoomed } from './zoom.js';
+
+const HEIGHT = 34;
+const EDGE = 6;
+
+/**
+ * @param {ArrayLike<number>} values the course that the strip draws
+ * @param {object} options `whole()`, the ends of the axis; `axis()`, its places; `least()`, the
+ *     narrowest part; `set(part)`, called with the part that is to show
+ */
+export function overview(values, { whole, axis, least, set }) {
+    let part = null;
+    const view = canvas(paint, {
+        height: HEIGHT,
+        label: 'overview; drag for the part that shows, double click for all, or arrow keys, + and −',
+        className: 'overview',
+    });
+    const { element } = view;
+    element.tabIndex = 0;
+
+    function paint(context, width, height) {
+        const [first, last] = whole();
+        const x = (at) => ((at - first) / (last - first || 1)) * width;
+        const places = axis();
+        const [low, high] = extent(values);
+        const y = (value) => height - 3 - ((value - low) / (high - low || 1)) * (height - 6);
+        context.strokeStyle = colourOf('--line0');
+        context.beginPath();
+        // Of a long run so many points as there are pixels to tell them apart.
+        const every = Math.max(1, Math.floor(places.length / (2 * width)));
+        for (let i = 0; i < places.length; i += every)
+            if (Number.isFinite(values[i])) context.lineTo(x(places[i]), y(values[i]));
+        context.stroke();
+        if (!part) return;
+        context.fillStyle = colourOf('--select');
+        context.fillRect(x(part[0]), 0, x(part[1]) - x(part[0]), height);
+        context.strokeStyle = colourOf('--muted');
+        context.strokeRect(x(part[0]), 0.5, x(part[1]) - x(part[0]), height - 1);
+    }
+
+    /** What a drag from here does: a function from the place of the pointer to a part. */
+    function dragFrom(at, tolerance) {
+        if (part && Math.abs(at - part[0]) < tolerance) return (to) => [to, part[1]];
+        if (part && Math.abs(at - part[1]) < tolerance) return (to) => [part[0], to];
+        if (part && at > part[0] && at < part[1]) {
+            const [from, to] = part;
+            return (now) => [from + now - at, to + now - at];
+        }
+        return (to) => [at, to];
+    }
+    let drag = null;
+    const placeOf = (event) => {
+        const [x, , width] = pointerAt(event);
+        const [first, last] = whole();
+        return first + (x / width) * (last - first);
+    };
+    element.addEventListener('pointerdown', (event) => {
+        const [first, last] = whole();
+        const tolerance = (EDGE / element.clientWidth) * (last - first);
+        drag = dragFrom(placeOf(event), tolerance);
+        element.setPointerCapture(event.pointerId);
+    });
+    element.addEventListener('pointermove', (event) => {
+        if (!drag) return;
+        const [from, to] = drag(placeOf(event)).toSorted((p, q) => p - q);
+        // Through zoomed(), which keeps it within the whole and no narrower than it can be.
+        if (to > from) set(zoomed([from, to], whole(), 1, from, least()));
+    });
+    for (const name of ['pointerup', 'pointercancel'])
+        element.addEventListener(name, () => {
+            drag = null;
+        });
+    element.addEventListener('dblclick', () => set(null));
+    element.addEventListener('keydown', (event) => {
+        const by = { ArrowLeft: -0.2, ArrowRight: 0.2 }[event.key];
+        if (!by || !part) return;
+        set(moved(part, whole(), by) ?? part);
+        event.preventDefault();
+        event.stopPropagation();
+    });
+    return {
+        element,
+        show(now) {
+            part = now;
+            view.repaint();
+        },
+    };
+}
