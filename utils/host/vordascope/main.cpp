@@ -209,8 +209,8 @@ void add_report(CommandLine &line)
 {
     const auto [verb, options] =
         line.add("report", "Write a page that shows captures",
-                 "The page is one HTML file that needs no network. Two snapshots are compared, "
-                 "more are\na series. Exit status: 0, or 2 when something could not be read or "
+                 "The page is one HTML file that needs no network. Two captures of a path are "
+                 "laid over each\nother. Exit status: 0, or 2 when something could not be read or "
                  "written.",
                  report);
     add_labels(verb, options.labels);

@@ -88,6 +88,7 @@ class Card {
                 this.read();
             },
             onWheel: (event, x) => section.wheel(event, x),
+            onPinch: (factor, x) => section.zoom(factor, x),
             onDouble: () => section.store.set({ zoom: null }),
             onResize: () => this.mark(),
             under: (u) => this.paintOther(u),
@@ -161,7 +162,15 @@ class Card {
         );
     }
 
+    /** Leaves room for what may be read and measured, so that nothing moves when it is. */
+    makeRoom() {
+        const runs = this.section.axes.run ? 2 : 1;
+        this.measured.style.setProperty('--rows', String(this.lines.length * runs));
+        this.legend.element.style.setProperty('--rows', String(this.lines.length > 2 ? runs : 1));
+    }
+
     draw() {
+        this.makeRoom();
         const gaps = this.lines.map(({ values }) =>
             Array.from(values, (y) => (Number.isFinite(y) ? y : null)),
         );
@@ -210,8 +219,6 @@ class Card {
 
     /** Says in a line each what the lines did; the place for that is there before. */
     tell(answers) {
-        const rows = this.lines.length * (this.section.axes.run ? 2 : 1);
-        this.measured.style.setProperty('--rows', String(rows));
         const texts = answers.flatMap(({ line, now, before }) => {
             const name = this.lines.length > 1 ? `${line.name}: ` : '';
             const both = before ? [`A ${name}${answerText(before)}`] : [];
@@ -406,10 +413,11 @@ class TimeSection {
         const sideways = event.shiftKey || Math.abs(event.deltaX) > Math.abs(event.deltaY);
         const delta = event.deltaY || event.deltaX;
         // Zoomed out as far as it goes, the wheel scrolls the page.
-        if (!this.view.zoom && (delta > 0 || sideways)) return;
+        const pinched = event.ctrlKey; // as touch pads tell it
+        if (!pinched && !this.view.zoom && (delta > 0 || sideways)) return;
         event.preventDefault();
         if (sideways) this.store.set({ zoom: moved(this.view.zoom, this.whole(), delta / 1000) });
-        else this.zoom(Math.exp(Math.max(-500, Math.min(delta, 500)) / 400), x);
+        else this.zoom(Math.exp(Math.max(-500, Math.min(delta, 500)) / (pinched ? 60 : 400)), x);
     }
 
     pick(i, event) {

@@ -30,7 +30,8 @@ export function padded([low, high]) {
  *     xText(x): how a place on x is written; points: whether to mark each point; sync: charts of one key share the cursor;
  *     onSelect(i, j): the user selected points i to j; onPick(i, event): clicked on point i;
  *     onHover(i, x): the cursor is over point i, at x; null where it left
- *     onWheel(event, x): the wheel turned over x; onDouble(): clicked twice
+ *     onWheel(event, x): the wheel turned over x; onPinch(factor, x): two fingers moved around x;
+ *     onDouble(): clicked twice
  *     under(u): draws beneath the lines; missing(): the points before which some are missing
  * @returns {{element, show(data, visible), select(i, j), clear(), end()}} end() frees it at once;
  *     the end of the view does so anyway
@@ -117,8 +118,32 @@ export function chart(options) {
                 { passive: false },
             );
         }
+        if (options.onPinch) watchPinch(created);
         observer.observe(element);
         return created;
+    }
+
+    /** Two fingers: how much farther they are from each other, and the place between them. */
+    function watchPinch({ over }) {
+        const fingers = new Map();
+        const spread = () => {
+            const [p, q] = [...fingers.values()];
+            return [Math.max(Math.abs(p - q), 8), (p + q) / 2];
+        };
+        over.style.touchAction = 'pan-y';
+        over.addEventListener('pointerdown', (event) => {
+            if (event.pointerType === 'touch') fingers.set(event.pointerId, event.offsetX);
+        });
+        over.addEventListener('pointermove', (event) => {
+            if (!fingers.has(event.pointerId)) return;
+            const before = fingers.size === 2 && spread();
+            fingers.set(event.pointerId, event.offsetX);
+            if (!before) return;
+            const [wide, middle] = spread();
+            options.onPinch(before[0] / wide, plot.posToVal(middle, 'x'));
+        });
+        for (const name of ['pointerup', 'pointercancel'])
+            over.addEventListener(name, (event) => fingers.delete(event.pointerId));
     }
 
     function fit() {
