@@ -4,6 +4,7 @@
 #include "scene.h"
 #include "vorda.h"
 
+#include <cmath>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -321,7 +322,7 @@ TEST(Recorder, KeepsAPeriodOnTheClockAndRecordsWhatIsAskedFor)
     };
     // A still camera: only the times differ.
     const Result result = record(
-        {"-n", "11", "-i", "0.1", "share.fps", "stat.dhz", "SHARE.inttime", "-p1", "share.fps"});
+        {"-n", "51", "-i", "0.02", "share.fps", "stat.dhz", "SHARE.inttime", "-p1", "share.fps"});
     EXPECT_EQ(result.status, 0) << result.err;
     const size_t first = result.out.find("dev_idx");
     EXPECT_EQ(result.out.substr(first, result.out.find("; end") - first),
@@ -331,8 +332,11 @@ TEST(Recorder, KeepsAPeriodOnTheClockAndRecordsWhatIsAskedFor)
     for (size_t at = 0; (at = result.out.find("time = ", at)) != std::string::npos; at += 7)
         if (at == 0 || result.out[at - 1] == '\n')
             times.push_back(std::stod(result.out.substr(at + 7)));
-    ASSERT_EQ(times.size(), 11U);
-    EXPECT_NEAR(times.back() - times.front(), 1.0, 0.09); // no pause after the work
+    ASSERT_EQ(times.size(), 51U);
+    // Most are on time; a pause after the work would drift through the whole period.
+    EXPECT_GT(std::ranges::count_if(
+                  times, [&](double time) { return std::fmod(time - times[0], 0.02) < 0.006; }),
+              30);
     EXPECT_EQ(result.out.find("missed"), std::string::npos);
 
     for (const std::vector<std::string> &args : {std::vector<std::string>{"-n", "0"},

@@ -34,8 +34,8 @@ void on_user(int)
 void on_bus_error(int)
 {
     constexpr char MESSAGE[] = "vorda-record: the shared region has gone away.\n";
-    const ssize_t ignored = write(STDERR_FILENO, MESSAGE, sizeof(MESSAGE) - 1);
-    _exit(ignored < 0 ? EXIT_FAILURE : EXIT_FAILURE);
+    [[maybe_unused]] const ssize_t ignored = write(STDERR_FILENO, MESSAGE, sizeof(MESSAGE) - 1);
+    _exit(EXIT_FAILURE);
 }
 
 void handle(int signal, void (*handler)(int))

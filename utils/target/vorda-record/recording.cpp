@@ -1,17 +1,21 @@
 // Whole and added snapshots.
 #include "recording.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
+#include <span>
 #include <sys/utsname.h>
 
 int Recording::take(const DipPathCtx &ctx, Nanoseconds time)
 {
     const SectionTexts &before = texts_[now_];
     SectionTexts &now = texts_[now_ = 1 - now_];
+    const auto bytes = [](const DipIntlCtx &settings) {
+        return std::as_bytes(std::span(&settings, 1));
+    };
     const bool same_settings =
-        before.size() > 0 && memcmp(&settings_, &ctx.intl_ctx, sizeof(settings_)) == 0;
+        before.size() > 0 && std::ranges::equal(bytes(settings_), bytes(ctx.intl_ctx));
     if (sections_.print(ctx, &now, same_settings ? &before : nullptr) != 0)
         return 1;
     settings_ = ctx.intl_ctx;

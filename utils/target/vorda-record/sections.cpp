@@ -82,14 +82,17 @@ int Sections::add(const char *entry)
 
 int Sections::add_category(const VordaCallback &category, const char *item)
 {
-    if (category.section_at != nullptr && *item == '\0') {
-        const char *name = nullptr;
-        for (size_t place = 0; (name = category.section_at(place)) != nullptr; place++)
-            if (add_category(category, name) != 0)
-                return 1;
-        return 0;
-    }
+    if (category.section_at == nullptr || *item != '\0')
+        return add_item(category, item);
+    const char *name = nullptr;
+    for (size_t place = 0; (name = category.section_at(place)) != nullptr; place++)
+        if (add_item(category, name) != 0)
+            return 1;
+    return 0;
+}
 
+int Sections::add_item(const VordaCallback &category, const char *item)
+{
     const auto of_category = [&](const Part &part) { return part.category == &category; };
     const auto same = [&](const Part &part) {
         return of_category(part) && (*part.item == '\0' || strcmp(part.item, item) == 0);

@@ -57,6 +57,7 @@ private:
     std::span<const Part> parts() const { return std::span(parts_).first(count_); }
     bool begins_section(size_t part) const;
     int add_category(const VordaCallback &category, const char *item);
+    int add_item(const VordaCallback &category, const char *item);
     int insert(size_t at, Part part);
 
     std::array<Part, 128> parts_;
