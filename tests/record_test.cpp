@@ -206,7 +206,7 @@ TEST(Recorder, ARingIsWrittenWhenItIsAskedForAndWhenTheTriggerComes)
     for (std::string line, before; std::getline(lines, line); before = line) {
         if (line.starts_with("frame = "))
             frames.push_back(line.substr(8));
-        whole += line.starts_with("dev_idx") && before.starts_with("frame = ");
+        whole += line.starts_with("dev_idx") && !before.starts_with("added_to = ");
     }
     EXPECT_EQ(whole, 2);
     EXPECT_EQ(frames.back(), std::to_string(fault));
