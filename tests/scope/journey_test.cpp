@@ -614,8 +614,8 @@ TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
     const std::string manual = read_file(VORDA_BUILD_DIR "/vordascope.1");
     const std::string help = scope({"--help"}).out;
     size_t options = 0;
-    for (const std::string verb :
-         {"check", "json", "diff", "learn", "series", "response", "report", "live", "mark"}) {
+    for (const std::string verb : {"check", "json", "diff", "learn", "series", "response",
+                                   "metrics", "report", "live", "mark"}) {
         EXPECT_NE(help.find("\n  " + verb), std::string::npos) << verb;
         EXPECT_NE(manual.find("\n.SS " + verb), std::string::npos) << verb;
         const std::string text = scope({verb, "--help"}).out;

@@ -205,6 +205,25 @@ void add_response(CommandLine &line)
         ->required();
 }
 
+void add_metrics(CommandLine &line)
+{
+    const auto [verb, options] = line.add(
+        "metrics", "Write the newest snapshot as metrics (OpenMetrics)",
+        "Single numbers of share and stat, unless fields are chosen. From a pipe, the file "
+        "is renewed\nat each snapshot. For the textfile collector of Prometheus' node "
+        "exporter.",
+        metrics);
+    repeated(verb->add_option("--only", options.only, "Write these fields"), "GLOB");
+    verb->add_option("--max", options.most, "At most N fields of a path (100 when left out)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000000));
+    add_labels(verb, options.labels);
+    verb->add_option("-o,--output", options.out,
+                     "Where they go, by rename; standard output when left out")
+        ->type_name("OUT.prom");
+    verb->add_option("FILE", options.files, "Captures")->required();
+}
+
 void add_report(CommandLine &line)
 {
     const auto [verb, options] =
@@ -295,8 +314,8 @@ int run(int argc, char **argv)
     occupy_standard_descriptors();
 
     CommandLine line;
-    for (const auto add :
-         {add_check, add_json, add_diff, add_learn, add_series, add_response, add_report})
+    for (const auto add : {add_check, add_json, add_diff, add_learn, add_series, add_response,
+                           add_metrics, add_report})
         add(line);
 #ifdef VORDASCOPE_LIVE
     add_live(line);

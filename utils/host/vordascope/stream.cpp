@@ -106,11 +106,20 @@ Input::Input(const std::string &file, const std::vector<Label> &labels)
     if (fd_ < 0) {
         fail(strerror(errno));
     } else if (fstat(fd_, &status) == 0 && S_ISREG(status.st_mode)) {
+        regular_ = true;
         size_ = static_cast<uint64_t>(status.st_size);
+        written_ = static_cast<double>(status.st_mtim.tv_sec) +
+                   static_cast<double>(status.st_mtim.tv_nsec) / 1e9;
         if (fstat(STDOUT_FILENO, &output) == 0 && output.st_dev == status.st_dev &&
             output.st_ino == status.st_ino)
             fail("this capture is also where the output goes");
     }
+}
+
+double Input::written() const
+{
+    const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
+    return regular_ ? written_ : now.count();
 }
 
 Input::~Input()

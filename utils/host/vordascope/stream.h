@@ -61,6 +61,11 @@ public:
     // As it was given, for output that takes any bytes.
     const std::string &file() const { return file_; }
 
+    // Whether it is no file that has been written before, and when that was or is, in seconds since
+    // 1970.
+    bool live() const { return !regular_; }
+    double written() const;
+
     // Returns the next snapshot, which stays valid until the next call, or nullptr: the input ends,
     // or it has failed.
     const Snapshot *next();
@@ -79,7 +84,9 @@ private:
     std::string name_;
     int fd_;
     std::string error_;
-    uint64_t size_ = 0; // of a regular file; 0 when that is not known
+    bool regular_ = false;
+    double written_ = 0; // of a regular file
+    uint64_t size_ = 0;  // of a regular file; 0 when that is not known
     uint64_t read_ = 0;
     uint64_t snapshots_ = 0;
     Reader reader_;

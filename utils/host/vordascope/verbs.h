@@ -73,6 +73,17 @@ struct ResponseOptions {
 // Measures how fields answer to a change: a row a field and capture.
 int response(const ResponseOptions &options);
 
+struct MetricsOptions {
+    std::vector<std::string> files;
+    std::vector<std::string> labels; // "KEY=VALUE", which all captures have besides their own
+    std::vector<std::string> only;   // patterns of fields; none: share and stat
+    std::string out;                 // empty for standard output
+    size_t most = 100;               // fields of a path
+};
+
+// Writes the newest snapshot of each path as metrics; of one that comes through a pipe, each time.
+int metrics(const MetricsOptions &options);
+
 struct ReportOptions {
     std::vector<std::string> files;
     std::vector<std::string> labels; // "KEY=VALUE", which all captures have besides their own
