@@ -263,6 +263,45 @@ TEST(Reader, SnapshotsBeginAndEnd)
     EXPECT_TRUE(reader.next()->cut);
 }
 
+TEST(Reader, UndoesWhatBecameOfTexts)
+{
+    const std::string text = "time = 1\n" + INDEX + "share.m:\n  1, 2\n  3, 4\nshare.a = 5\n";
+    const std::string fields = "time 1\nshare.m = [[1,2],[3,4]]\nshare.a = 5\n";
+    const auto lines = [&text](const std::string &before, const std::string &end) {
+        std::string result;
+        for (size_t at = 0, next; at < text.size(); at = next + 1) {
+            next = text.find('\n', at);
+            result += before + text.substr(at, next - at) + end;
+        }
+        return result;
+    };
+    const auto wide = [&text](size_t zero, std::string result) {
+        for (const char c : text)
+            result += zero != 0 ? std::string{c, '\0'} : std::string{'\0', c};
+        return result;
+    };
+    std::string blanks;
+    for (const char c : text)
+        blanks += c == ' ' ? "\xC2\xA0"s : std::string(1, c);
+    const std::string texts[] = {
+        wide(1, ""),
+        wide(0, ""),
+        wide(1, "\xFF\xFE"),
+        wide(0, "\xFE\xFF"),
+        lines("> ", "\n"),
+        lines("    ", "\r\n"),
+        lines("", "\r"),
+        lines("\33[1;32m", "\33[m\n"),
+        blanks,
+    };
+    for (const std::string &other : texts) {
+        EXPECT_EQ(read_all(other), fields) << other;
+        Reader reader{std::string_view(other)};
+        EXPECT_EQ(reader.notices().size(), 1U) << other;
+    }
+    EXPECT_EQ(Reader(text).notices().size(), 0U);
+}
+
 TEST(Reader, AddedSnapshotsComeOutWhole)
 {
     const auto head = [](int frame, int to) {

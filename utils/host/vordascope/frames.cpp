@@ -35,6 +35,9 @@ bool read_index_line(std::string_view line, uint32_t &dev_idx, uint32_t &path_id
 // captures were joined.
 size_t index_line_in(std::string_view line)
 {
+    constexpr std::string_view SHORTEST = "dev_idx = 0, path_idx = 0";
+    if (line.size() < SHORTEST.size())
+        return std::string_view::npos;
     size_t end = line.size();
     while (end != 0 && is(line[end - 1], DIGIT))
         end--;

@@ -19,11 +19,16 @@ class Frames
 {
 public:
     Frames() = default;
-    explicit Frames(std::string_view whole) : text_(whole.data()), size_(whole.size()), ended_(true)
-    {
-    }
     Frames(const Frames &) = delete;
     Frames &operator=(const Frames &) = delete;
+
+    // Takes a text that is there as a whole, and outlives this.
+    void read(std::string_view whole)
+    {
+        text_ = whole.data();
+        size_ = whole.size();
+        ended_ = true;
+    }
 
     char *room(size_t size);
     void fill(size_t size) { size_ += size; }

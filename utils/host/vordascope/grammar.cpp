@@ -83,7 +83,10 @@ void Grammar::read_part(const Part &part)
         text_begins_ = false;
         touched_ = NONE;
         const Line line = read_line(begin, end);
-        use(line, number, {begin, end});
+        if (line == Line::data)
+            last_ = touched_;
+        else
+            use(line, number, {begin, end});
         if (line != Line::blank && line != Line::shapeless && !text_begins_)
             open_text_ = NONE;
     }

@@ -2,12 +2,15 @@
 #include "reader.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace vordascope
 {
 
 namespace
 {
+
+constexpr size_t SLICE = size_t{64} << 10; // of bytes, which an archive may blow up
 
 // Leaves only the line that says what this is added to.
 void leave_out(Snapshot &snapshot)
@@ -26,10 +29,66 @@ void leave_out(Snapshot &snapshot)
 
 } // namespace
 
+Reader::Reader(std::string_view whole) : ended_(true)
+{
+    const std::string_view first = whole.substr(0, SLICE);
+    decode_.put(first, first.size() == whole.size(), decoded_);
+    if (decode_.plain()) {
+        frames_.read(whole);
+        return;
+    }
+    raw_ = whole;
+    raw_begin_ = first.size();
+    raw_end_ = whole.size();
+    memcpy(frames_.room(decoded_.size() + 1), decoded_.data(), decoded_.size());
+    frames_.fill(decoded_.size());
+    if (first.size() == whole.size())
+        frames_.end();
+}
+
+char *Reader::room(size_t size)
+{
+    direct_ = decode_.plain() && raw_begin_ == raw_end_;
+    if (direct_)
+        return frames_.room(size);
+    raw_.erase(0, raw_begin_);
+    raw_end_ -= raw_begin_;
+    raw_begin_ = 0;
+    if (raw_.size() < raw_end_ + size)
+        raw_.resize(raw_end_ + size);
+    return raw_.data() + raw_end_;
+}
+
+void Reader::fill(size_t size)
+{
+    if (direct_)
+        frames_.fill(size);
+    else
+        raw_end_ += size;
+}
+
+// Decodes the next bytes. Returns false when there is nothing to do.
+bool Reader::decode_more()
+{
+    if (frames_.ended() || (raw_begin_ == raw_end_ && !ended_))
+        return false;
+    const size_t size = std::min(SLICE, raw_end_ - raw_begin_);
+    const bool last = ended_ && raw_begin_ + size == raw_end_;
+    decoded_.clear();
+    decode_.put(std::string_view(raw_).substr(raw_begin_, size), last, decoded_);
+    raw_begin_ += size;
+    memcpy(frames_.room(decoded_.size() + 1), decoded_.data(), decoded_.size());
+    frames_.fill(decoded_.size());
+    if (last)
+        frames_.end();
+    return true;
+}
+
 const Snapshot *Reader::next()
 {
-    if (!frames_.next(snapshot_))
-        return nullptr;
+    while (!frames_.next(snapshot_))
+        if (!decode_more())
+            return nullptr;
     if (!merge_.complete(snapshot_))
         leave_out(snapshot_);
     grammar_.parse(snapshot_);

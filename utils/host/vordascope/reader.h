@@ -49,6 +49,7 @@
 // - A text that goes on for SNAPSHOT_MAX bytes without a new snapshot is taken apart there.
 #pragma once
 
+#include "decode.h"
 #include "frames.h"
 #include "grammar.h"
 #include "merge.h"
@@ -77,20 +78,24 @@ public:
 
     // Reads a text that is in memory as a whole and outlives the reader: only next() is left to
     // call.
-    explicit Reader(std::string_view whole) : frames_(whole) {}
+    explicit Reader(std::string_view whole);
 
     // Labels all snapshots from here on, unless the capture says otherwise.
     void add_label(const Label &label) { set_label(snapshot_.labels, label.key, label.value); }
 
     // Room for `size` more bytes. Ends the validity of the snapshot that next() returned last.
-    char *room(size_t size) { return frames_.room(size); }
+    char *room(size_t size);
 
     // So many bytes have been written there.
-    void fill(size_t size) { frames_.fill(size); }
+    void fill(size_t size);
 
     // There is no more input.
-    void end() { frames_.end(); }
-    bool ended() const { return frames_.ended(); }
+    void end() { ended_ = true; }
+    bool ended() const { return ended_; }
+
+    // What had to be undone to read the input, or what it looks like when it is no text of vorda: a
+    // sentence each, without its end. More may come until there are no more snapshots.
+    const std::vector<std::string> &notices() const { return decode_.notices(); }
 
     // Returns the next snapshot, which stays valid until the next call of next() or room(), or
     // nullptr: more input is needed, or after end() there are no more. Text that belongs to no
@@ -98,6 +103,15 @@ public:
     const Snapshot *next();
 
 private:
+    bool decode_more();
+
+    Decode decode_;
+    std::string raw_; // bytes that have not been decoded, from `raw_begin_` to `raw_end_`
+    size_t raw_begin_ = 0;
+    size_t raw_end_ = 0;
+    std::string decoded_;
+    bool direct_ = false; // room() was given where nothing is to be decoded
+    bool ended_ = false;
     Frames frames_;
     Merge merge_;
     Grammar grammar_;

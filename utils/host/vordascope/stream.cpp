@@ -141,6 +141,8 @@ const Snapshot *Input::next()
         fill();
     }
     progress_.end();
+    for (; noticed_ < reader_.notices().size(); noticed_++)
+        complain(name_ + ": " + reader_.notices()[noticed_]);
     return nullptr;
 }
 

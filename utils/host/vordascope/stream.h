@@ -90,6 +90,7 @@ private:
     uint64_t read_ = 0;
     uint64_t snapshots_ = 0;
     Reader reader_;
+    size_t noticed_ = 0; // notices of the reader that have been printed
 };
 
 // Standard output, or a file.

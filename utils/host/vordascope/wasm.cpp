@@ -78,6 +78,8 @@ void end_file()
         return;
     reader->end();
     add_ready();
+    for (const std::string &notice : reader->notices())
+        model.note("Of this file: " + notice + ".");
 }
 
 } // namespace
