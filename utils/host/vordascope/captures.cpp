@@ -27,6 +27,7 @@ std::optional<Label> read_label(std::string_view text)
 std::vector<Label> read_labels(const std::vector<std::string> &texts)
 {
     std::vector<Label> labels;
+    labels.reserve(texts.size());
     for (const std::string &text : texts)
         labels.push_back(*read_label(text));
     return labels;

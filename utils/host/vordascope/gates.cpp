@@ -34,9 +34,11 @@ bool any_ranged(const std::vector<Rule> &rules)
 bool all_used(const Rules &rules, const Snapshot &near, bool warn)
 {
     const std::vector<Rules::Unused> unused = rules.unused();
-    for (const auto &[origin, glob] : unused)
-        complain((warn ? "warning: " : "") + origin + ": " + glob + " selects nothing. " +
-                 suggest(near, glob));
+    for (const auto &[origin, glob] : unused) {
+        std::string message = warn ? "warning: " : "";
+        message.append(origin).append(": ").append(glob).append(" selects nothing. ");
+        complain(message + suggest(near, glob));
+    }
     return unused.empty() || warn;
 }
 

@@ -103,7 +103,7 @@ private:
 
     bool take_range(std::string_view value)
     {
-        constexpr char FORM[] = "a range is A..B, A.. or ..B, with A not above B";
+        static constexpr char FORM[] = "a range is A..B, A.. or ..B, with A not above B";
         const size_t dots = value.find("..");
         if (dots == std::string_view::npos || value.size() == 2)
             return fail(value, FORM);
