@@ -108,7 +108,9 @@ test('a page gets the state, and then what is new', async (test) => {
     // The input ends within a snapshot; the program tells and stays.
     program.child.stdin.end();
     event = await second.next();
+    assert.equal(event.name, 'state');
     assert.equal(event.data.ended, true);
+    assert.equal(event.data.model.runs[1].count, 2);
     assert.ok(await program.tells('standard input has ended after 2 snapshots'));
     assert.equal((await fetch(program.address)).status, 200);
     const posted = () => readdirSync(`${scratch}/vordascope`);

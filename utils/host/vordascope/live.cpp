@@ -267,14 +267,17 @@ int live(const LiveOptions &options)
     tell_address(server, options);
     server.watch(source.fd(), [&] {
         const Server::Found found = source.look();
-        publish();
+        if (found == Server::Found::end)
+            server.finish();
+        else
+            publish();
         if (found == Server::Found::end)
             complain(source.name() + " has ended after " +
                      plural(follower.snapshots(), "snapshot") +
                      "; the page stays until this program is ended");
         return found;
     });
-    server.run();
+    server.run([&] { follower.end(); });
     return YES;
 }
 

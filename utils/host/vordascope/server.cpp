@@ -1,6 +1,7 @@
 // The server, by Boost's Asio and Beast.
 #include "server.h"
 
+#include <algorithm>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/posix/stream_descriptor.hpp>
@@ -35,6 +36,7 @@ constexpr size_t TOKEN_BYTES = 20;
 constexpr std::string_view HEX_DIGITS = "0123456789abcdef";
 constexpr uint32_t REQUEST_BYTES = 8192;
 constexpr std::chrono::seconds REQUEST_TIME(10);
+constexpr std::chrono::milliseconds ENDING_TIME(1000);
 constexpr std::chrono::milliseconds WHOLE_STATE_PAUSE(500); // for a page that cannot keep up
 constexpr std::chrono::milliseconds FILE_PAUSE(40);         // until a file is looked at again
 
@@ -162,6 +164,7 @@ struct Server::State {
     void accept();
     std::string respond(const http::request<http::empty_body> &request, bool &follows);
     bool is_ours(const http::request<http::empty_body> &request) const;
+    void stop_when_told();
     void look_when_readable();
     void look_again(std::chrono::milliseconds pause);
 
@@ -174,6 +177,8 @@ struct Server::State {
     std::function<Found()> look;
     std::set<std::shared_ptr<Connection>> connections;
     std::string token, host, address;
+    asio::steady_timer ending_timer{io};
+    bool ending = false;
 };
 
 void Server::State::accept()
@@ -329,6 +334,7 @@ void Server::State::Connection::write_next()
                           if (error)
                               return self->end();
                           self->write_next();
+                          self->server.stop_when_told();
                       });
 }
 
@@ -424,16 +430,49 @@ void Server::watch(int fd, std::function<Found()> look)
         state_->look_when_readable();
 }
 
-void Server::run()
+void Server::finish()
+{
+    const auto connections = state_->connections; // which telling may end
+    for (const auto &connection : connections) {
+        if (!connection->follows)
+            continue;
+        connection->waiting.clear();
+        connection->wants_state = true;
+        connection->next_state = {};
+        connection->write_next();
+    }
+}
+
+void Server::run(const std::function<void()> &ending)
 {
     State &state = *state_;
     error_code ignored;
     state.signals.add(SIGINT, ignored);
     state.signals.add(SIGTERM, ignored);
-    state.signals.async_wait([&state](error_code, int) { state.io.stop(); });
+    state.signals.async_wait([&](error_code, int) {
+        state.acceptor.close(ignored);
+        state.input_timer.cancel();
+        if (state.input)
+            state.input->cancel(ignored);
+        state.ending = true;
+        ending();
+        finish();
+        state.stop_when_told();
+        state.ending_timer.expires_after(ENDING_TIME);
+        state.ending_timer.async_wait([&state](error_code) { state.io.stop(); });
+    });
     state.io.run();
     if (state.input)
         state.input->release(); // its owner closes it
+}
+
+// Ends the work when no page takes its last state any more.
+void Server::State::stop_when_told()
+{
+    const bool busy = std::any_of(connections.begin(), connections.end(),
+                                  [](const auto &c) { return c->writing || c->wants_state; });
+    if (ending && !busy)
+        io.stop();
 }
 
 bool request_mark(const std::string &address, const std::string &text)

@@ -54,8 +54,11 @@ public:
     // Calls `look` whenever there may be something to read, until it has found the end.
     void watch(int fd, std::function<Found()> look);
 
-    // Works until SIGINT or SIGTERM.
-    void run();
+    // Sends the whole state to every page that is connected, its last one.
+    void finish();
+
+    // Works until SIGINT or SIGTERM, calls `ending`, and finishes pages that can take it at once.
+    void run(const std::function<void()> &ending);
 
 private:
     struct State;

@@ -23,6 +23,18 @@ export function places(gaps, count) {
     return at;
 }
 
+/** A typed array that is one longer. It shares its memory with the one before while there is room. */
+export function pushed(array, value) {
+    const { length } = array;
+    let room = new array.constructor(array.buffer);
+    if (room.length === length) {
+        room = new array.constructor(Math.max(16, 2 * length));
+        room.set(array);
+    }
+    room[length] = value;
+    return room.subarray(0, length + 1);
+}
+
 export class Course {
     #at;
     #numbers;
@@ -64,12 +76,38 @@ export class Course {
     /** The numbers of all snapshots; NaN where there is none. */
     numbers(length) {
         if (this.#whole?.length === length) return this.#whole;
+        if (this.#whole?.length < length) {
+            for (let n = this.#whole.length; n < length; n++)
+                this.#whole = pushed(
+                    this.#whole,
+                    this.#numbers[placeOf(this.#at, n)] ?? Number.NaN,
+                );
+            return this.#whole;
+        }
         const whole = new Float64Array(length).fill(Number.NaN);
         this.#at.forEach((from, i) => {
             whole.fill(this.#numbers[i], from, this.#at[i + 1] ?? length);
         });
         this.#whole = whole;
         return whole;
+    }
+
+    /** From snapshot n on, which is behind all others, the value is this one, as printed. */
+    append(n, value) {
+        if (typeof value !== 'number' || this.decimals > 0)
+            this.#others.set(this.#at.length, value);
+        this.#at = pushed(this.#at, n);
+        this.#numbers = pushed(this.#numbers, number(value));
+    }
+
+    /** The first so many snapshots are no more. */
+    forget(count) {
+        const from = Math.max(placeOf(this.#at, count), 0);
+        this.#at = this.#at.slice(from).map((at) => Math.max(at - count, 0));
+        this.#numbers = this.#numbers.slice(from);
+        const kept = [...this.#others].filter(([i]) => i >= from);
+        this.#others = new Map(kept.map(([i, value]) => [i - from, value]));
+        this.#whole = null;
     }
 
     /** Whether any of its values is a number. */

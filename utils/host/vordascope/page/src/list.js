@@ -129,6 +129,12 @@ class Item {
         this.write();
     }
 
+    /** Draws the courses that show of a run that has grown. */
+    grow() {
+        if (!this.element.open || this.element.hidden) return;
+        for (const { course, field } of this.#rows ?? []) course?.grow(field.courses);
+    }
+
     /** Writes the rows that show. */
     write() {
         if (!this.element.open || this.element.hidden) return;
@@ -187,6 +193,9 @@ export function listSection(run, store) {
             items.map((item) => item.element),
         ),
         update,
+        grow() {
+            for (const item of items) item.grow();
+        },
         empty: () => false,
     };
 }

@@ -17,12 +17,41 @@ async function inflated(base64) {
 
 const contentOf = (id) => document.getElementById(id).textContent.trim();
 
-/** Takes in a model as JSON. The names of files come as bytes; people read UTF-8. */
-function understood(json) {
-    const model = JSON.parse(json);
-    const named = (bytes) =>
+/** Takes in a model as JSON. */
+const understood = (json) => named(JSON.parse(json));
+
+/** A model with the names of its files, which come as bytes, as people read them: UTF-8. */
+export function named(model) {
+    const read = (bytes) =>
         new TextDecoder().decode(Uint8Array.from(bytes, (c) => c.charCodeAt(0)));
-    return { ...model, files: model.files.map(named) };
+    return { ...model, files: model.files.map(read) };
+}
+
+/** Bytes as base64 of what deflates them. */
+async function deflated(bytes) {
+    const stream = new Blob([bytes]).stream().pipeThrough(new CompressionStream('deflate'));
+    const small = new Uint8Array(await new Response(stream).arrayBuffer());
+    let text = '';
+    for (let at = 0; at < small.length; at += 32768)
+        text += String.fromCharCode(...small.subarray(at, at + 32768));
+    return btoa(text);
+}
+
+/** What stands where captures are baked in when the page follows a camera. */
+const LIVE = 'live';
+
+/** The page as it came, before anything showed in it. */
+const source = `<!doctype html>\n${document.documentElement.outerHTML}\n`;
+
+/** Whether this page was made to follow a camera (see live.js). */
+export const isLive = () => contentOf('captures') === LIVE;
+
+/** A page that follows a camera as `vordascope report` would make it of a model, see model.h. */
+export async function pageWith(model) {
+    const captures = await deflated(JSON.stringify(model));
+    return source
+        .replace("; connect-src 'self'", '')
+        .replace(`id="captures">${LIVE}<`, () => `id="captures">${captures}<`);
 }
 
 /** Starts the code of the command line, where it is part of this page. */
@@ -33,7 +62,7 @@ export async function startCode() {
 /** The model that `vordascope report` baked in; null in the empty page. */
 export async function bakedModel() {
     const base64 = contentOf('captures');
-    if (!base64) return null;
+    if (!base64 || isLive()) return null;
     try {
         return understood(new TextDecoder().decode(await inflated(base64)));
     } catch (error) {

@@ -2,7 +2,8 @@
 import 'uplot/dist/uPlot.min.css';
 import '../style.css';
 import { emptyPage } from './empty.js';
-import { bakedModel, canRead, chooseCaptures, startCode, watchCaptures } from './load.js';
+import { Live } from './live.js';
+import { bakedModel, canRead, chooseCaptures, isLive, startCode, watchCaptures } from './load.js';
 import { VERSION } from './model.js';
 import { notesOf } from './notices.js';
 import { showPage } from './page.js';
@@ -12,6 +13,7 @@ import { theme } from './theme.js';
 const root = document.getElementById('page');
 const runs = new Runs();
 let end = null;
+let following = null;
 
 /** Why nothing of a model can be shown; '' where something can. */
 function refusal(model) {
@@ -33,13 +35,13 @@ function add(model) {
 }
 
 /** Shows the runs that are here, and what is to be `said` beside them. */
-function show({ fragment = '', said = '' }) {
+function show({ fragment = '', said = '', live = following, view = null }) {
     const before = end?.();
     if (runs.all.length > 0)
-        end = showPage(root, runs, { open, theme, fragment, said, before, remove });
+        end = showPage(root, runs, { open, theme, fragment, said, before, remove, live, view });
     else {
         end = null;
-        root.replaceChildren(emptyPage(open, said));
+        root.replaceChildren(emptyPage(open, said), live?.element ?? '');
         document.title = 'vordascope';
     }
 }
@@ -59,5 +61,6 @@ const open = canRead() ? async () => add(await chooseCaptures(busy)) : null;
 
 if (canRead()) watchCaptures(add, busy);
 const [baked] = await Promise.all([bakedModel(), startCode()]);
-if (baked) add(baked);
+if (isLive()) following = new Live(runs, show);
+else if (baked) add(baked);
 else show({});

@@ -1,6 +1,6 @@
 // The page's one data model: runs of snapshots (see model.h). A capture is a run of one, a comparison
 // two snapshots of any runs. A field has one value where it never changes, else its changes.
-import { Course, number, placeOf, places } from './course.js';
+import { Course, number, placeOf, places, pushed } from './course.js';
 
 export { number };
 
@@ -44,6 +44,21 @@ const inRows = (list, columns) =>
     Array.from({ length: Math.ceil(list.length / columns) }, (_, row) =>
         list.slice(row * columns, (row + 1) * columns),
     );
+
+/** Lists and grids of more values than these are pictures; see SHORT in model.h. */
+const SHORT = 16;
+
+/** More pictures of a field that is followed are thinned. */
+const PICTURES = 512;
+
+/** How a value is kept: the parts of a form, see model.h. */
+function formOf(value) {
+    if (value === null) return [null];
+    const count = flat(value).length;
+    if (count > SHORT) return ['long'];
+    if (!Array.isArray(value)) return ['scalar', 1];
+    return Array.isArray(value[0]) ? ['rows', count, value[0].length] : ['list', count];
+}
 
 /** One field of a run. */
 export class Field {
@@ -96,6 +111,74 @@ export class Field {
         if (shape === 'scalar') return this.#parts[0].at(n);
         const values = this.#parts.slice(0, count).map((part) => part.at(n));
         return shape === 'rows' ? inRows(values, columns) : values;
+    }
+
+    /** From snapshot n on, the newest, the value is this one. Returns whether it never varied before. */
+    append(n, value) {
+        const fresh = !this.varies;
+        if (fresh) {
+            const form = formOf(this.#value);
+            const known = flat(this.#value).map((one) => new Course({ v: [one] }));
+            this.#forms = { at: Uint32Array.of(0), form: [[0, ...form]] };
+            this.#parts = form[0] === null || form[0] === 'long' ? [] : known;
+            this.#pictures =
+                form[0] === 'long' ? { at: Uint32Array.of(0), v: [this.#value] } : null;
+            this.varies = true;
+        }
+        const form = formOf(value);
+        if (String(this.#forms.form.at(-1).slice(1)) !== String(form)) {
+            this.#forms.at = pushed(this.#forms.at, n);
+            this.#forms.form.push([n, ...form]);
+        }
+        if (form[0] === 'long') this.#appendPicture(n, value);
+        else if (form[0] !== null)
+            flat(value).forEach((one, i) => {
+                this.#parts[i] ??= new Course({ at: [], v: [] });
+                if (this.#parts[i].at(n) !== one) this.#parts[i].append(n, one);
+            });
+        return fresh;
+    }
+
+    /** Keeps the newest picture, and of the others every step-th snapshot's. */
+    #appendPicture(n, value) {
+        this.#pictures ??= { at: new Uint32Array(0), v: [] };
+        const { first } = this.run;
+        const sampled = (at) => (at + first) % this.step === 0;
+        const keep = (kept) => {
+            const { at, v } = this.#pictures;
+            const places = [...at.keys()].filter((i) => i === 0 || kept(at[i]));
+            this.#pictures = {
+                at: Uint32Array.from(places, (i) => at[i]),
+                v: places.map((i) => v[i]),
+            };
+        };
+        const last = this.#pictures.at.length - 1;
+        if (last > 0 && !sampled(this.#pictures.at[last])) keep((at) => sampled(at));
+        this.#pictures.at = pushed(this.#pictures.at, n);
+        this.#pictures.v.push(value);
+        if (this.#pictures.v.length <= PICTURES) return;
+        this.step *= 2;
+        keep((at) => sampled(at) || at === n);
+    }
+
+    /** The first so many snapshots are no more. */
+    forget(count) {
+        if (!this.varies) return;
+        const later = ({ at }) => Math.max(placeOf(at, count), 0);
+        const moved = (at, from) => at.slice(from).map((place) => Math.max(place - count, 0));
+        const from = later(this.#forms);
+        this.#forms.at = moved(this.#forms.at, from);
+        this.#forms.form = this.#forms.form
+            .slice(from)
+            .map(([, ...form], i) => [this.#forms.at[i], ...form]);
+        if (this.#pictures) {
+            const first = later(this.#pictures);
+            this.#pictures = {
+                at: moved(this.#pictures.at, first),
+                v: this.#pictures.v.slice(first),
+            };
+        }
+        for (const part of this.#parts) part.forget(count);
     }
 
     /** Of which snapshot the value in n is: another one where grids and long lists are thinned. */
@@ -153,7 +236,11 @@ export class Run {
     #times;
 
     /** @param {object} run and @param {object} model as in model.h */
-    constructor(run, { files, names }) {
+    constructor(run, model) {
+        const { files, names } = model;
+        this.model = model;
+        /** Its number in the model, which it keeps. */
+        this.number = run.run;
         this.length = run.count;
         /** How many snapshots before the first one are forgotten. */
         this.first = run.first;
@@ -177,6 +264,66 @@ export class Run {
         /** The places of the snapshots on the axis: seconds from the first, or their count from 1. */
         this.counts = Float64Array.from({ length: this.length }, (_, n) => n + 1);
         this.axis = this.timed ? sinceFirst(times) : this.counts;
+    }
+
+    /**
+     * Adds a snapshot, see `news` in model.h.
+     * @param {Array} names of all fields, those of the news included
+     * @returns {boolean} whether other fields vary than before, or are there
+     */
+    append({ number: place, time, missed, marks, cut, fields, gone }, names) {
+        const n = this.length;
+        this.length = n + 1;
+        this.#numbers.append(n, place);
+        this.counts = pushed(this.counts, n + 1);
+        if (this.timed && time !== null) {
+            this.#times.append(n, time);
+            const passed = Number(time) - number(this.#times.at(0));
+            this.axis = pushed(this.axis, Math.round(passed * 1e6) / 1e6);
+        } else {
+            this.timed = false;
+            this.axis = this.counts;
+        }
+        if (missed > 0) this.missed.set(n, missed);
+        if (cut) this.cut.add(n);
+        for (const text of marks) this.marks.push([n, text]);
+        let reshaped = false;
+        for (const [name, value, kind] of fields) {
+            const known = this.#byNumber(name, names);
+            if (known) known.kind = kind;
+            const field = known ?? this.#addField(name, names, kind);
+            reshaped = field.append(n, value) || reshaped || !known;
+        }
+        for (const name of gone)
+            reshaped = this.#byNumber(name, names)?.append(n, null) || reshaped;
+        return reshaped;
+    }
+
+    #byNumber(name, names) {
+        return this.#byName.get(names[name].filter(Boolean).join('.'));
+    }
+
+    #addField(name, names, kind) {
+        const field = new Field(names[name], { kind, value: null }, this);
+        this.fields.push(field);
+        this.#byName.set(field.name, field);
+        return field;
+    }
+
+    /** The first so many snapshots are no more. */
+    forget(count) {
+        this.length -= count;
+        this.first += count;
+        for (const field of this.fields) field.forget(count);
+        this.#numbers.forget(count);
+        this.counts = Float64Array.from({ length: this.length }, (_, n) => n + 1);
+        const shifted = (entries) =>
+            entries.filter(([n]) => n >= count).map(([n, what]) => [n - count, what]);
+        this.missed = new Map(shifted([...this.missed]));
+        this.marks = shifted(this.marks);
+        this.cut = new Set([...this.cut].filter((n) => n >= count).map((n) => n - count));
+        this.#times?.forget(count);
+        this.axis = this.timed ? sinceFirst(this.#times.numbers(this.length)) : this.counts;
     }
 
     /** The field of that name, undefined where no snapshot has it. */

@@ -17,6 +17,7 @@ function figure(title, field) {
     );
     return {
         element,
+        grow: () => line?.grow(field.courses),
         update({ now, before: reference }) {
             const changed = reference && !same(reference.of(field), now.of(field));
             setText(before, changed ? `${printed(reference.of(field))} → ` : '');
@@ -45,6 +46,9 @@ export function nowSection(run) {
         update(view, changed) {
             if (!['n', 'a', 'against'].some((key) => changed.has(key))) return;
             for (const shown of figures) shown.update(view);
+        },
+        grow() {
+            for (const shown of figures) shown.grow();
         },
         empty: () => false,
     };

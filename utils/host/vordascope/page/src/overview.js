@@ -8,12 +8,13 @@ const HEIGHT = 34;
 const EDGE = 6;
 
 /**
- * @param {ArrayLike<number>} values the course that the strip draws
+ * @param {ArrayLike<number>} course what the strip draws
  * @param {object} options `whole()`, the ends of the axis; `axis()`, its places; `least()`, the
  *     narrowest part; `set(part)`, called with the part that is to show
  */
-export function overview(values, { whole, axis, least, set }) {
+export function overview(course, { whole, axis, least, set }) {
     let part = null;
+    let values = course;
     const view = canvas(paint, {
         height: HEIGHT,
         label: 'overview; drag for the part that shows, double click for all, or arrow keys, + and −',
@@ -84,6 +85,10 @@ export function overview(values, { whole, axis, least, set }) {
     });
     return {
         element,
+        grow(grown) {
+            values = grown;
+            view.repaint();
+        },
         show(now) {
             part = now;
             view.repaint();

@@ -40,9 +40,11 @@ const USUAL = {
  *     said: what is to be said of captures that are not among the runs
  *     before: what the end of the page before returned
  *     remove(run): takes a run away
+ *     live: what follows a camera (see live.js), if anything does
+ *     view: what shows then
  * @returns {() => object} ends it; returns what the next page goes on with
  */
-export function showPage(root, runs, { fragment, before, ...options }) {
+export function showPage(root, runs, { fragment, before, view = null, ...options }) {
     const { all } = runs;
     const usual = { ...USUAL, ...usualView(all) };
     let end;
@@ -53,7 +55,8 @@ export function showPage(root, runs, { fragment, before, ...options }) {
         end();
         show(view);
     };
-    show({ ...usual, ...(before && continuedView(before, all, usual)), ...fromFragment(fragment) });
+    const continued = before && continuedView(before, all, usual);
+    show({ ...usual, ...continued, ...fromFragment(fragment), ...view });
     return () => end();
 }
 
@@ -184,7 +187,8 @@ function follower(usual) {
 }
 
 /** Shows the run of the view; `onRun(view)` is called for another one. Returns what ends it. */
-function showRun(root, runs, { open, theme, said, remove, view: wanted, usual, onRun }) {
+function showRun(root, runs, options) {
+    const { open, theme, said, remove, live, view: wanted, usual, onRun } = options;
     const ending = new AbortController();
     const { signal } = ending;
     const { all } = runs;
@@ -234,6 +238,7 @@ function showRun(root, runs, { open, theme, said, remove, view: wanted, usual, o
         const part = fromFragment(window.location.hash);
         store.set(boundedView({ ...usual, ...part, theme: theme.name }, all));
     });
+    live?.attach({ store, run, sections, bar: bar.element });
     const idle = window.requestIdleCallback ?? ((callback) => setTimeout(callback, 200));
     idle(() => !signal.aborted && drawAll());
     return () => {

@@ -40,6 +40,11 @@ export class Runs {
         return runs;
     }
 
+    /** Takes all of a model away. */
+    removeModel(model) {
+        this.#models = this.#models.filter((entry) => entry.model !== model);
+    }
+
     /** Takes a run away, and with its last one what was said of the model. */
     remove(run) {
         for (const entry of this.#models) entry.runs = entry.runs.filter((one) => one !== run);

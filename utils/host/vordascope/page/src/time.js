@@ -4,11 +4,11 @@ import { axesOf, MARKS, nearest, placeText, START, tickText } from './against.js
 import { answer, answerCells, answerText, COLUMNS, differenceCells } from './answers.js';
 import { lineColour } from './colours.js';
 import { placeOf } from './course.js';
-import { el, setText } from './dom.js';
+import { colourOf, el, setText } from './dom.js';
 import { chart, legend, padded } from './draw/chart.js';
 import { paintPale } from './draw/pale.js';
 import { COMPUTED, COURSES } from './known.js';
-import { extent, flat, printed } from './model.js';
+import { extent, flat, Moment, printed } from './model.js';
 import { overview } from './overview.js';
 import { moved, zoomed } from './zoom.js';
 
@@ -26,7 +26,7 @@ function linesOf(run, names) {
             path,
             varies: field.varies,
             values,
-            of: (other) => (other === run ? values : other.field(path)?.courses[i]),
+            of: (other) => other.field(path)?.courses[i],
             text: (other, n) => printed(flat(other.field(path)?.at(n) ?? null)[i]),
         }));
     });
@@ -48,6 +48,7 @@ function computedLine(run, { name, factors, of, stops }) {
             varies: factors.some((path) => run.field(path).varies),
             values,
             of: (other) => (other === run ? values : numbers(other) || undefined),
+            again: () => numbers(run) || values,
             text: (other, n) =>
                 shortNumber(of(...factors.map((path) => Number(other.field(path)?.at(n))))),
         },
@@ -91,7 +92,10 @@ class Card {
             onPinch: (factor, x) => section.zoom(factor, x),
             onDouble: () => section.store.set({ zoom: null }),
             onResize: () => this.mark(),
-            under: (u) => this.paintOther(u),
+            under: (u) => {
+                this.paintMarks(u);
+                this.paintOther(u);
+            },
         });
         const names = [...new Set(lines.map(({ path }) => path))];
         const removal = remove && {
@@ -133,6 +137,24 @@ class Card {
         );
     }
 
+    /** A line for each thing that was noted. */
+    paintMarks(u) {
+        const { ctx, bbox } = u;
+        const { run, axes } = this.section;
+        ctx.save();
+        ctx.strokeStyle = colourOf('--muted');
+        ctx.setLineDash([2 * devicePixelRatio, 2 * devicePixelRatio]);
+        for (const [n] of run.marks) {
+            const x = u.valToPos(axes.now[n], 'x', true);
+            if (!(x >= bbox.left && x <= bbox.left + bbox.width)) continue;
+            ctx.beginPath();
+            ctx.moveTo(x, bbox.top);
+            ctx.lineTo(x, bbox.top + bbox.height);
+            ctx.stroke();
+        }
+        ctx.restore();
+    }
+
     paintOther(u) {
         const { axes } = this.section;
         if (!axes.run) return;
@@ -167,6 +189,18 @@ class Card {
         const runs = this.section.axes.run ? 2 : 1;
         this.measured.style.setProperty('--rows', String(this.lines.length * runs));
         this.legend.element.style.setProperty('--rows', String(this.lines.length > 2 ? runs : 1));
+    }
+
+    /** Takes in what the run has become. */
+    grow() {
+        const { run } = this.section;
+        for (const line of this.lines) line.values = line.again?.() ?? line.of(run) ?? line.values;
+    }
+
+    /** Whether it can be seen. */
+    get visible() {
+        const { top, bottom } = this.element.getBoundingClientRect();
+        return bottom > 0 && top < window.innerHeight;
     }
 
     draw() {
@@ -296,6 +330,8 @@ class TimeSection {
         this.steady = still.length ? `Steady over the run: ${still.join(', ')}.` : '';
         this.cards = moving.map((entry) => new Card(this, ...entry));
         this.grid.append(...this.cards.map(({ element }) => element));
+        this.marks = el('p', { class: 'marks' });
+        this.tellMarks();
         this.strip = overview(moving[0]?.[1][0].values ?? new Float64Array(run.length), {
             whole: () => this.whole(),
             axis: () => this.axes.now,
@@ -307,10 +343,27 @@ class TimeSection {
             {},
             this.controls(),
             this.strip.element,
+            this.marks,
             this.said,
             this.grid,
             this.table.element,
             el('div', { class: 'below' }, this.adder(), this.hint(), this.steadyText()),
+        );
+    }
+
+    /** What was noted, each to go there. */
+    tellMarks() {
+        const { marks } = this.run;
+        if (this.told === marks.length && this.toldFirst === marks[0]) return;
+        this.told = marks.length;
+        this.toldFirst = marks[0];
+        this.marks.replaceChildren(
+            ...marks.map((mark) => {
+                const place = this.run.placeOf(mark[0]);
+                const go = () => this.store.set({ n: mark[0] });
+                const more = { type: 'button', class: 'quiet', title: place, on: { click: go } };
+                return el('button', more, mark[1]);
+            }),
         );
     }
 
@@ -445,6 +498,24 @@ class TimeSection {
             fresh.push(card);
         }
         return fresh;
+    }
+
+    /** Draws what can be seen of a run that has grown or lost its beginning. */
+    grow() {
+        this.axes = axesOf({ ...this.view, now: new Moment(this.run, this.view.n) });
+        this.missing = [...this.run.missed.keys()].filter((n) => n > 0);
+        this.tellMarks();
+        if (this.cards.length > 0) {
+            this.cards[0].grow();
+            this.strip.grow(this.cards[0].lines[0].values);
+        }
+        for (const card of [...this.cards, ...this.added.values()]) {
+            if (!card.visible) continue;
+            card.grow();
+            card.draw();
+            card.read();
+            card.mark();
+        }
     }
 
     update(view, changed) {

@@ -24,15 +24,19 @@ function titleLine(runs, run, actions) {
     const only = button('Only changed', 'only what changed (O)', actions.only, {
         'aria-pressed': 'false',
     });
-    const count = run.length > 1 ? `${run.length} snapshots, ` : '';
+    const about = el('span', { class: 'about' });
     return {
         search,
         only,
+        update() {
+            const count = run.length > 1 ? `${run.length} snapshots, ` : '';
+            setText(about, `${run.path} · ${count}${run.fields.length} fields`);
+        },
         element: el(
             'div',
             { class: 'title-line' },
             el('h1', { title: files.join('\n') }, named.join(', ')),
-            el('span', { class: 'about' }, `${run.path} · ${count}${run.fields.length} fields`),
+            about,
             el(
                 'span',
                 { class: 'tools' },
@@ -169,6 +173,7 @@ export function toolbar(runs, run, store, actions) {
         playing: (is) => snapshots?.playing(is),
         update(view) {
             if (title.search.value !== view.query) title.search.value = view.query;
+            title.update();
             title.only.setAttribute('aria-pressed', String(view.only));
             strip?.update(view);
             snapshots?.update(view);

@@ -29,25 +29,32 @@ function shownPoints(list) {
 /**
  * Lines over their index on one scale.
  * @param {number[][]} lists one a line
- * @returns {{element: SVGElement, mark(n, a)}} `mark` puts a line at point n and, where a is not
- *     null, another one at point a
+ * @returns {{element: SVGElement, mark(n, a), grow(lists)}} `mark` puts a line at point n and, where
+ *     a is not null, another one at point a; `grow` takes lists that have become other ones
  */
 export function spark(lists) {
-    const length = extent(lists.map((list) => list.length))[1];
-    const [low, high] = extent(lists.flatMap((list) => extent(list)));
+    let length = 0;
     const x = (i) => round(length > 1 ? 1 + (i / (length - 1)) * (WIDTH - 2) : WIDTH / 2);
-    const y = (value) =>
-        round(high > low ? HEIGHT - 2 - ((value - low) / (high - low)) * (HEIGHT - 4) : HEIGHT / 2);
-    const paths = lists.map((list, line) => {
-        let pen = 'M';
-        let d = '';
-        for (const i of shownPoints(list)) {
-            if (Number.isFinite(list[i])) d += `${pen}${x(i)} ${y(list[i])}`;
-            pen = Number.isFinite(list[i]) ? 'L' : 'M';
-        }
-        return svg('path', { d, class: `spark-line spark-${line % 4}` });
-    });
+    const paths = lists.map((_, line) => svg('path', { class: `spark-line spark-${line % 4}` }));
     const cursors = ['spark-b', 'spark-a'].map((name) => svg('path', { class: name }));
+
+    function grow(grown) {
+        length = extent(grown.map((list) => list.length))[1];
+        const [low, high] = extent(grown.flatMap((list) => extent(list)));
+        const place = (value) => (high > low ? (value - low) / (high - low) : 0.5);
+        const y = (value) => round(HEIGHT - 2 - place(value) * (HEIGHT - 4));
+        paths.forEach((path, line) => {
+            const list = grown[line] ?? [];
+            let pen = 'M';
+            let d = '';
+            for (const i of shownPoints(list)) {
+                if (Number.isFinite(list[i])) d += `${pen}${x(i)} ${y(list[i])}`;
+                pen = Number.isFinite(list[i]) ? 'L' : 'M';
+            }
+            path.setAttribute('d', d);
+        });
+    }
+    grow(lists);
     return {
         element: svg(
             'svg',
@@ -64,6 +71,7 @@ export function spark(lists) {
             cursors[0].setAttribute('d', `M${x(n)} 0V${HEIGHT}`);
             cursors[1].setAttribute('d', a === null ? '' : `M${x(a)} 0V${HEIGHT}`);
         },
+        grow,
     };
 }
 

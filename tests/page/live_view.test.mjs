@@ -1,0 +1,163 @@
+// The page of `vordascope live` in a browser, while a camera goes on.
+import assert from 'node:assert/strict';
+import { once } from 'node:events';
+import { after, test } from 'node:test';
+import { launch } from './browser.mjs';
+import { feed, live, snapshot } from './following.mjs';
+import { open, scratch, write } from './harness.mjs';
+
+let browser;
+after(() => browser?.close());
+
+/** A page on an address; what it says on the console fails the test. */
+async function visit(test, address) {
+    browser ??= await launch();
+    const context = await browser.newContext({ acceptDownloads: true });
+    const page = await context.newPage();
+    const heard = [];
+    page.on('console', (message) => heard.push(message.text()));
+    page.on('pageerror', (error) => heard.push(error.stack));
+    test.after(async () => {
+        await context.close();
+        assert.deepEqual(
+            heard.filter((text) => !/net::ERR_/.test(text)),
+            [],
+        );
+    });
+    await page.goto(address.href);
+    return page;
+}
+
+const place = (page) => page.locator('.snapshot-line .place').first().textContent();
+const state = (page) => page.locator('.live').getAttribute('data-state');
+const showing = (page, text) =>
+    page.waitForFunction(
+        (wanted) => document.querySelector('.snapshot-line .place')?.textContent.startsWith(wanted),
+        text,
+    );
+
+/** Snapshots from..to of an exposure that climbs, 25 a second, with a grid in each. */
+const climb = (from, to) =>
+    Array.from({ length: to - from }, (_, i) =>
+        snapshot(
+            ((from + i) * 0.04).toFixed(2),
+            1000 + from + i,
+            `share.sys_gain = 1024\nshare.grid:\n${`${from + i}, 2, 3, 4, 5, 6, 7\n`.repeat(5)}`,
+        ),
+    ).join('');
+
+test('it goes along, holds while somebody looks, and goes on', async (test) => {
+    const program = await live(test, '--keep', '10', '-');
+    const page = await visit(test, program.address);
+    await page.waitForSelector('.live .age');
+    assert.match(await page.locator('.live .age').textContent(), /no snapshot yet/);
+    await feed(program, climb(0, 20));
+    await showing(page, '#20 of 20');
+    assert.equal(await state(page), 'live');
+    assert.equal(await page.locator('.figure .value').first().textContent(), '1019');
+
+    // Held: what arrives shows in the age alone; readings work.
+    await page.keyboard.press('ArrowLeft');
+    await showing(page, '#19 of 20');
+    await feed(program, climb(20, 40));
+    await page.waitForFunction(() => document.querySelector('.live').dataset.state === 'held');
+    assert.match(await place(page), /^#19 of 20 /);
+    await page.keyboard.press('End');
+    await showing(page, '#40 of 40');
+    await page.keyboard.press('+'); // zoomed
+    await feed(program, climb(40, 60));
+    await page.waitForFunction(() => document.querySelector('.live').dataset.state === 'held');
+    assert.match(await place(page), /^#40 of 40 /);
+    await page.getByRole('button', { name: 'Back to now' }).click();
+    await showing(page, '#60 of 60');
+    const chart = page.locator('.card[data-title="Exposure time"] .where');
+    await page.waitForFunction(
+        () =>
+            document.querySelector('.card[data-title="Exposure time"] .where').textContent ===
+            '#60 · 2.36 s ·',
+    );
+    assert.equal(await chart.textContent(), '#60 · 2.36 s ·');
+
+    // A mark, in this page and in another one; it leads there.
+    const other = await visit(test, program.address);
+    await showing(other, '#60 of 60');
+    page.once('dialog', (dialog) => dialog.accept('lamp on'));
+    await page.keyboard.press('m');
+    for (const one of [page, other]) await one.getByRole('button', { name: 'lamp on' }).waitFor();
+    await feed(program, climb(60, 100));
+    await showing(other, '#100 of 100');
+    await other.getByRole('button', { name: 'lamp on' }).click();
+    await showing(other, '#60 of 100');
+    assert.equal(await state(other), 'held');
+
+    // The ring: the axis begins where it does, and what is forgotten moves nothing else.
+    await feed(program, climb(100, 600));
+    await page.waitForFunction(() => {
+        const [, n, of] = /#(\d+) of (\d+)/.exec(
+            document.querySelector('.snapshot-line .place').textContent,
+        );
+        return n === of && Number(of) < 270;
+    });
+    assert.equal(await page.locator('.figure .value').first().textContent(), '1599');
+    const fresh = await visit(test, program.address);
+    await showing(fresh, await place(page));
+    assert.match(await other.locator('.figure .value').first().textContent(), /^1059$/);
+
+    // The end: an ordinary page, which saves what there was.
+    program.child.kill();
+    await once(program.child, 'exit');
+    await page.waitForFunction(
+        () => document.querySelector('.live').dataset.state === 'the input has ended',
+    );
+    page.once('dialog', (dialog) => dialog.dismiss());
+    const [download] = await Promise.all([
+        page.waitForEvent('download'),
+        page.getByRole('button', { name: 'Save' }).click(),
+    ]);
+    const file = `${scratch}/live.html`;
+    await download.saveAs(file);
+    const saved = await open(test, file);
+    await showing(saved, (await place(page)).slice(0, 8));
+    assert.equal(await saved.locator('.figure .value').first().textContent(), '1599');
+    assert.equal(await saved.locator('.live').count(), 0);
+});
+
+test('everything is held against a reference; no other page gets in', async (test) => {
+    const good = write('good.txt', snapshot(1, 500, 'share.sys_gain = 1024\n'));
+    const program = await live(test, '--reference', good, '-');
+    const page = await visit(test, program.address);
+    await feed(program, climb(0, 5));
+    await page.waitForFunction(
+        () => document.querySelector('.figure .value')?.textContent === '1004',
+    );
+    assert.equal(await page.locator('.figure .before').first().textContent(), '500 → ');
+    assert.equal(await state(page), 'live');
+
+    // The same browser, from another origin.
+    const stranger = await (await browser.newContext()).newPage();
+    await stranger.goto('data:text/html,stranger');
+    const got = await stranger.evaluate(async (address) => {
+        const tried = [];
+        for (const route of ['', 'events', 'mark?text=evil']) {
+            await fetch(address + route).then(
+                () => tried.push('read'),
+                () => tried.push('blocked'),
+            );
+        }
+        await fetch(`${address}mark?text=evil`, { mode: 'no-cors' }).catch(() => {});
+        await new Promise((resolve) => {
+            const frame = document.createElement('iframe');
+            frame.src = address;
+            frame.onload = resolve;
+            document.body.append(frame);
+        });
+        return tried;
+    }, program.address.href);
+    assert.deepEqual(got, ['blocked', 'blocked', 'blocked']);
+    await stranger.context().close();
+    await feed(program, climb(5, 6));
+    await page.waitForFunction(
+        () => document.querySelector('.figure .value')?.textContent === '1005',
+    );
+    assert.equal(await page.getByRole('button', { name: 'evil' }).count(), 0);
+});
