@@ -4,6 +4,7 @@ import { el } from './dom.js';
 const KEYS = [
     ['← →', 'one snapshot back or on, with Shift ten'],
     ['Home End', 'the first or the last snapshot'],
+    ['M', 'note what you change, in a page that follows a camera; End goes along with it again'],
     ['Space', 'play and stop'],
     ['C', 'compare with the snapshot that shows; again: no more'],
     ['X', 'exchange the two compared snapshots'],
