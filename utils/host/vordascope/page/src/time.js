@@ -15,6 +15,9 @@ import { moved, zoomed } from './zoom.js';
 /** The narrowest part that shows, in snapshots. */
 const LEAST = 4;
 
+/** How many answers a chart has room for; the others scroll, and the table below has all. */
+const ANSWERS = 2;
+
 /** The lines of a chart: one a field, or one an element of a list; `of(run)` gives its numbers. */
 function linesOf(run, names) {
     return Object.entries(names).flatMap(([name, path]) => {
@@ -187,7 +190,8 @@ class Card {
     /** Leaves room for what may be read and measured, so that nothing moves when it is. */
     makeRoom() {
         const runs = this.section.axes.run ? 2 : 1;
-        this.measured.style.setProperty('--rows', String(this.lines.length * runs));
+        const rows = Math.min(this.lines.length * runs, ANSWERS);
+        this.measured.style.setProperty('--rows', String(rows));
         this.legend.element.style.setProperty('--rows', String(this.lines.length > 2 ? runs : 1));
     }
 
