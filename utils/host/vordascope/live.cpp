@@ -18,8 +18,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-extern char **environ;
-
 namespace vordascope
 {
 
@@ -216,6 +214,7 @@ std::vector<std::string> posted_addresses()
     }
     std::sort(found.rbegin(), found.rend());
     std::vector<std::string> addresses;
+    addresses.reserve(found.size());
     for (auto &[time, address] : found)
         addresses.push_back(std::move(address));
     return addresses;

@@ -262,6 +262,7 @@ int response(const ResponseOptions &options)
         return TROUBLE;
     // What answers alike stands together: by field, in the order of the first capture.
     std::vector<std::string> order;
+    order.reserve(answers.size());
     for (const Answered &answer : answers)
         order.push_back(answer.quantity->name);
     std::stable_sort(answers.begin(), answers.end(), [&](const Answered &a, const Answered &b) {

@@ -63,8 +63,7 @@ double median(std::span<const double> part)
 
 double quantum_of(std::span<const double> values)
 {
-    double scale = 1;
-    for (int decimals = 0; decimals <= 4; decimals++, scale *= 10) {
+    for (const double scale : {1., 10., 100., 1000., 10000.}) {
         const auto printed = [scale](double value) {
             const double scaled = value * scale;
             return std::fabs(scaled - std::nearbyint(scaled)) <= 1e-9 * std::fabs(scaled);

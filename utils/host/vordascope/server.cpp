@@ -13,6 +13,7 @@
 #include <boost/beast/http/empty_body.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
+#include <cctype>
 #include <charconv>
 #include <chrono>
 #include <csignal>
@@ -100,7 +101,8 @@ bool same(std::string_view a, std::string_view b)
 
 int hex_digit(char c)
 {
-    const size_t at = HEX_DIGITS.find(c >= 'A' && c <= 'F' ? c + 32 : c);
+    const size_t at =
+        HEX_DIGITS.find(static_cast<char>(std::tolower(static_cast<unsigned char>(c))));
     return at == std::string_view::npos ? -1 : static_cast<int>(at);
 }
 
@@ -305,6 +307,8 @@ void Server::State::Connection::tell(const Text &text)
     write_next();
 }
 
+// What is called when it is written comes later, and not from here.
+// NOLINTBEGIN(misc-no-recursion)
 void Server::State::Connection::write_next()
 {
     if (writing || !socket.is_open() || (waiting.empty() && !wants_state))
@@ -337,6 +341,7 @@ void Server::State::Connection::write_next()
                           self->server.stop_when_told();
                       });
 }
+// NOLINTEND(misc-no-recursion)
 
 void Server::State::Connection::end()
 {
