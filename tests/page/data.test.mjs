@@ -70,6 +70,7 @@ const captures = [
             .toString()
             .replaceAll('\n', '\r\n'),
     ),
+    write('mail.txt', `Dear all,\n${INDEX}share.a = 1\nshare.b = 2\n`.replaceAll(/^/gm, '> ')),
     write('empty.txt', ''),
     write('noise.txt', Buffer.from(Array.from({ length: 5000 }, (_, i) => (i * 7919) & 255))),
 ];

@@ -77,14 +77,14 @@ Decode::~Decode() = default;
 
 void Decode::put(std::string_view bytes, bool last, std::string &out)
 {
+    std::string first;
     if (bytes_ == Bytes::unknown) {
         raw_ += bytes;
         settle_bytes(last);
         if (bytes_ == Bytes::unknown)
             return;
-        const std::string all = std::exchange(raw_, {});
-        put(all, last, out);
-        return;
+        first = std::exchange(raw_, {});
+        bytes = first;
     }
     if (bytes_ == Bytes::gzip)
         inflate(bytes);

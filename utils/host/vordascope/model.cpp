@@ -94,6 +94,12 @@ void Model::note(std::string_view text)
     notes_.push_back({static_cast<uint32_t>(files_.size() - 1), std::string(text)});
 }
 
+void Model::note_undone(const std::vector<std::string> &notices)
+{
+    for (const std::string &notice : notices)
+        note("Of this file: " + notice + ".");
+}
+
 void Model::add_unread(const Snapshot &snapshot)
 {
     const auto file = static_cast<uint32_t>(files_.size() - 1);

@@ -85,6 +85,9 @@ public:
     // Says something of this capture, as a sentence.
     void note(std::string_view text);
 
+    // Says what had to be undone to read this capture, as Reader::notices() has it.
+    void note_undone(const std::vector<std::string> &notices);
+
     // A snapshot of a run, both by their numbers, which they keep.
     struct Place {
         uint32_t run;

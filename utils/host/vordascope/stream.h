@@ -70,6 +70,9 @@ public:
     // or it has failed.
     const Snapshot *next();
 
+    // What had to be undone, as Reader::notices() has it; it has been printed when next() has no more.
+    const std::vector<std::string> &notices() const { return reader_.notices(); }
+
     // Whether the file could not be opened or read; a message has been printed, which ends in
     // error().
     bool failed() const { return !error_.empty(); }

@@ -253,6 +253,7 @@ int report(const ReportOptions &options)
             unread += snapshot.unread_count;
             return true;
         });
+        model.note_undone(input.notices());
         if (input.failed())
             model.note("It could not be read: " + input.error() + ".");
         if (read == YES)

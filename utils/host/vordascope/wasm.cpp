@@ -78,8 +78,7 @@ void end_file()
         return;
     reader->end();
     add_ready();
-    for (const std::string &notice : reader->notices())
-        model.note("Of this file: " + notice + ".");
+    model.note_undone(reader->notices());
 }
 
 } // namespace
