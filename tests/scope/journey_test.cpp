@@ -196,7 +196,9 @@ TEST(ScopeJourney, HoldsCapturesAgainstRules)
 
 TEST(ScopeJourney, SaysWhichCaptureItIs)
 {
-    const Capture own("label host = cam1\nlabel fw = 7\n" + snapshot(1));
+    const Capture own("label host = cam1\nlabel fw = 7\nmark = lamp on\nmark = -1, then 2\n"
+                      "missed = 3\n" +
+                      snapshot(1));
     const Capture none(snapshot(2));
     const std::vector<std::string> labels = {"--label", "site==\"r\xf6of\"", "--label", "fw=8"};
     std::vector<std::string> args = {"json", own.path()};
@@ -216,6 +218,8 @@ TEST(ScopeJourney, SaysWhichCaptureItIs)
     const std::string site = ",\"'=\"\"r\xf6of\"\"\",";
     EXPECT_EQ(result.out, "file,label host,label site,share.inttime\n" + own.path() + ",cam1" +
                               site + "1\n" + none.path() + "," + site + "2\n");
+    EXPECT_EQ(scope({"series", own.path(), none.path(), "mark", "missed"}).out,
+              "mark,missed\n\"lamp on; -1, then 2\",3\n,0\n");
 }
 
 TEST(ScopeJourney, GivesValuesToScripts)

@@ -12,8 +12,8 @@ namespace vordascope
 namespace
 {
 
-constexpr std::string_view OWN_NAMES[] = {"time",    "frame",    "snapshot",
-                                          "dev_idx", "path_idx", "file"};
+constexpr std::string_view OWN_NAMES[] = {"time",     "frame",   "missed",   "mark",
+                                          "snapshot", "dev_idx", "path_idx", "file"};
 constexpr std::string_view LABEL = "label ";
 
 bool is_own_name(std::string_view name)
@@ -53,6 +53,11 @@ void put_own_value(const Snapshot &snapshot, std::string_view file, std::string_
         for (const Label &label : snapshot.labels)
             if (label.key == name.substr(LABEL.size()))
                 put_text_cell(label.value, out);
+    } else if (name == "mark") {
+        std::string all;
+        for (const std::string_view mark : snapshot.marks)
+            all.append(all.empty() ? "" : "; ").append(mark);
+        put_text_cell(all, out);
     } else if (name == "file") {
         put_text_cell(file, out);
     } else if (name == "time") {
@@ -61,6 +66,7 @@ void put_own_value(const Snapshot &snapshot, std::string_view file, std::string_
         out += snapshot.frame ? std::to_string(*snapshot.frame) : "";
     } else {
         out += std::to_string(name == "snapshot"  ? snapshot.number
+                              : name == "missed"  ? snapshot.missed
                               : name == "dev_idx" ? snapshot.dev_idx
                                                   : snapshot.path_idx);
     }

@@ -10,8 +10,9 @@ namespace vordascope
 // first snapshot settles the columns; where a later one lacks a field or has no value at that place
 // of an array, the row has an empty cell.
 //
-// Besides fields, these names can be asked for: time, frame, snapshot (its number in the input),
-// dev_idx, path_idx, file, and "label KEY".
+// Besides fields, these names can be asked for: time, frame, missed (how many frames before it were
+// not seen), mark (what was noted there), snapshot (its number in the input), dev_idx, path_idx,
+// file, and "label KEY".
 //
 // A row that would be an empty line is "", which no reader of CSV drops. A text that a spreadsheet
 // would take for a formula has a ' before it.
