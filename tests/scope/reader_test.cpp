@@ -188,7 +188,10 @@ TEST(Reader, WhatCannotBeRead)
             {"", ""},
             {"no index\n\n; but a comment\nlines = 1\n",
              "? 1: outside of any snapshot\n? 4: outside of any snapshot\n"},
-            {"banner\n" + INDEX + "share.a = 1\n", "share.a = 1\n? 1: outside of any snapshot\n"},
+            // Before the first snapshot what cannot be one is left out, other lines are told.
+            {"banner\n" + INDEX + "share.a = 1\n", "share.a = 1\n"},
+            {"banner\n1, 2\n" + INDEX + "share.a = 1\n",
+             "share.a = 1\n? 1: outside of any snapshot\n? 2: outside of any snapshot\n"},
             {"dev_idx = 0, path_idx = \ndev_idx = 99999999999, path_idx = 0\n",
              "? 1: outside of any snapshot\n? 2: outside of any snapshot\n"},
         });
@@ -204,7 +207,13 @@ TEST(Reader, SnapshotsBeginAndEnd)
             {"time = 12.34\n" + INDEX + "share.a = 1\ntime = 13\n" + INDEX + "share.a = 2\n",
              "time 12.34\nshare.a = 1\n-- 0 1\ntime 13\nshare.a = 2\n"},
             {INDEX + "share.a = 1\n; end\ntime = 13.5\n" + INDEX + "share.a = 2\n; end\n\nmore\n",
-             "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 0\n? 9: outside of any snapshot\n"},
+             "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 0\n"},
+            {INDEX + "share.a = 1\n; end\nmore\n" + INDEX + "share.a = 2\n; end\nb = 3\n# ",
+             "share.a = 1\n-- 0 1\nshare.a = 2\n? 4: outside of any snapshot\n"
+             "-- 0 0\n? 8: outside of any snapshot\n? 9: " +
+                 CUT},
+            {"user@host:~$ vorda\n" + INDEX + "share.m:\n1, 2\n3, 4\nuser@host:~$ ",
+             "share.m = [[1,2],[3,4]]\n"},
             {"\xEF\xBB\xBF" + INDEX + "share.a = 1\n" + INDEX + "\xEF\xBB\xBFx\n",
              "share.a = 1\n-- 0 1\n? 4: neither a key nor a row\n"},
             // Other head lines, in any order; a label holds from there on.
@@ -250,7 +259,7 @@ TEST(Reader, SnapshotsBeginAndEnd)
                          "-- 0 1\ntime 2.00\nshare.b = 1\n-- 0 1\ntime 3\nshare.c = 1\n"
                          "? 6: cut off: no end line follows this snapshot\n"},
                     {"banner" + INDEX + "share.a = 1\n\xEF\xBB\xBF" + INDEX + "share.b = 1\n",
-                     "share.a = 1\n? 1: outside of any snapshot\n-- 0 1\nshare.b = 1\n"},
+                     "share.a = 1\n-- 0 1\nshare.b = 1\n"},
                     {INDEX + "share.a = 1\nshare.time = 7\n" + INDEX,
                      "share.a = 1\nshare.time = 7\n-- 0 1\n"},
                     // Attribute texts have no index line.

@@ -147,6 +147,7 @@ bool Frames::next(Head &head)
     head.line = begin_.line;
     head.indexed = begun_;
     head.timed = head.cut = false;
+    head.last = ended_ && end == size_ && !ended_by_line_;
     head.named = begun_ && !unnamed_;
     head.dev_idx = head.path_idx = 0;
     head.frame.reset();
@@ -155,6 +156,8 @@ bool Frames::next(Head &head)
     head.marks.clear();
     head.unread.clear();
     head.unread_count = 0;
+    head.left_out = 0;
+    head.left_out_first = {};
     head.body.clear();
     if (begun_) {
         read_outside(head, begin_, own_head_.at);
@@ -305,17 +308,26 @@ void Frames::read_head(Head &head) const
     });
 }
 
-// Tells of text that belongs to no snapshot.
+// Tells of text that belongs to no snapshot. Before the first one and behind the last one it is left
+// out when none of it can be what has become of a snapshot.
 void Frames::read_outside(Head &head, Mark begin, size_t end) const
 {
     const std::string_view lines(text_ + begin.at, end - begin.at);
     const bool last = ended_ && end == size_;
+    bool around = begun_ ? begin.line == 1 : last && named_;
+    for_each_line(lines, begin.line, [&around](std::string_view line, uint64_t, bool) {
+        around = around && !is_head_line(line) && !is_of_vorda(line);
+    });
     for_each_line(lines, begin.line, [&](std::string_view line, uint64_t number, bool ends) {
-        if (!ends && last) {
+        if (!ends && last && !(around && is_prompt(line))) {
             head.cut = true;
             head.tell({number, line, "cut off: the line does not end"});
         } else if (!all_of(line, BLANK) && line[0] != ';') {
-            head.tell({number, line, is_head_line(line) ? NO_SNAPSHOT : "outside of any snapshot"});
+            if (around)
+                head.leave_out(line);
+            else
+                head.tell(
+                    {number, line, is_head_line(line) ? NO_SNAPSHOT : "outside of any snapshot"});
         }
     });
 }

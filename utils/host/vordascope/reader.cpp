@@ -10,6 +10,7 @@ namespace vordascope
 namespace
 {
 
+constexpr size_t SHOWN_BYTES = 60;         // of a line around the captures
 constexpr size_t SLICE = size_t{64} << 10; // of bytes, which an archive may blow up
 
 // Leaves only the line that says what this is added to.
@@ -84,6 +85,15 @@ bool Reader::decode_more()
     return true;
 }
 
+std::vector<std::string> Reader::notices() const
+{
+    std::vector<std::string> notices = decode_.notices();
+    if (left_out_ != 0)
+        notices.push_back("lines around the captures were left out (" + std::to_string(left_out_) +
+                          "), the first: " + left_out_first_);
+    return notices;
+}
+
 const Snapshot *Reader::next()
 {
     while (!frames_.next(snapshot_))
@@ -95,6 +105,9 @@ const Snapshot *Reader::next()
     // A line in brackets alone makes no attribute text.
     if (!snapshot_.named && snapshot_.fields.empty())
         snapshot_.indexed = false;
+    if (left_out_ == 0 && snapshot_.left_out != 0)
+        left_out_first_ = snapshot_.left_out_first.substr(0, SHOWN_BYTES);
+    left_out_ += snapshot_.left_out;
     number_ += snapshot_.indexed;
     snapshot_.number = number_;
     return &snapshot_;

@@ -95,7 +95,7 @@ public:
 
     // What had to be undone to read the input, or what it looks like when it is no text of vorda: a
     // sentence each, without its end. More may come until there are no more snapshots.
-    const std::vector<std::string> &notices() const { return decode_.notices(); }
+    std::vector<std::string> notices() const;
 
     // Returns the next snapshot, which stays valid until the next call of next() or room(), or
     // nullptr: more input is needed, or after end() there are no more. Text that belongs to no
@@ -117,6 +117,8 @@ private:
     Grammar grammar_;
     Snapshot snapshot_;
     uint64_t number_ = 0;
+    uint64_t left_out_ = 0; // lines around the captures, of which that is the first
+    std::string left_out_first_;
 };
 
 } // namespace vordascope

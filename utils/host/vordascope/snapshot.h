@@ -85,6 +85,7 @@ struct Head {
     bool indexed = false;   // is a snapshot; false for text that belongs to none
     bool named = false;     // has an index line; an attribute text may be without
     bool timed = false;     // `time` is there
+    bool last = false;      // ends with the input
     bool cut = false;       // ends within a line, or without the end line that others have
     uint32_t dev_idx = 0;
     uint32_t path_idx = 0;
@@ -96,6 +97,14 @@ struct Head {
     std::vector<std::string_view> marks; // what was changed then
     std::vector<Unread> unread;          // the first UNREAD_MAX
     uint64_t unread_count = 0;
+    uint64_t left_out = 0; // lines of a prompt or a mail around the captures, and the first of them
+    std::string_view left_out_first;
+
+    void leave_out(std::string_view text_line)
+    {
+        if (left_out++ == 0)
+            left_out_first = text_line;
+    }
 
     void tell(const Unread &gap)
     {
@@ -119,6 +128,7 @@ struct Head {
             view(gap.text);
         for (Part &part : body)
             view(part.text);
+        view(left_out_first);
         text = to;
     }
 };

@@ -141,8 +141,9 @@ const Snapshot *Input::next()
         fill();
     }
     progress_.end();
-    for (; noticed_ < reader_.notices().size(); noticed_++)
-        complain(name_ + ": " + reader_.notices()[noticed_]);
+    const std::vector<std::string> notices = reader_.notices();
+    for (; noticed_ < notices.size(); noticed_++)
+        complain(name_ + ": " + shown(notices[noticed_]));
     return nullptr;
 }
 

@@ -71,7 +71,7 @@ public:
     const Snapshot *next();
 
     // What had to be undone, as Reader::notices() has it; it has been printed when next() has no more.
-    const std::vector<std::string> &notices() const { return reader_.notices(); }
+    std::vector<std::string> notices() const { return reader_.notices(); }
 
     // Whether the file could not be opened or read; a message has been printed, which ends in
     // error().
