@@ -454,6 +454,46 @@ TEST(Reader, EverythingThatVordaPrints)
     }
 }
 
+// Each field of a text that was wrapped is as it was, is damaged, or is not there.
+TEST(Reader, WrappedTextsGiveNoWrongValue)
+{
+    const auto ctx = std::make_unique<DipPathCtx>();
+    fill_frame(ctx.get(), 0, 3);
+    const std::string text = printed(*ctx, "all");
+    Reader reader{std::string_view(text)};
+    const Snapshot &whole = *reader.next();
+    for (size_t width = 60; width <= 100; width++) {
+        for (const bool at_blanks : {false, true}) {
+            std::string wrapped;
+            for (size_t at = 0; at < text.size();) {
+                size_t size = text.find('\n', at) + 1 - at;
+                if (size > width + 1) {
+                    const size_t blank = text.rfind(' ', at + width - 1);
+                    size = at_blanks && blank != std::string::npos && blank > at ? blank + 1 - at
+                                                                                 : width;
+                    wrapped.append(text, at, size) += '\n';
+                } else {
+                    wrapped.append(text, at, size);
+                }
+                at += size;
+            }
+            Reader other{std::string_view(wrapped)};
+            const Snapshot &read = *other.next();
+            size_t equal = 0;
+            for (const Field &field : read.fields) {
+                if (read.damaged(field))
+                    continue;
+                const Field *const before = whole.same_field(read, field);
+                ASSERT_NE(before, nullptr) << width << ' ' << read.path(field);
+                EXPECT_EQ(describe(read, field), describe(whole, *before))
+                    << width << ' ' << read.path(field);
+                equal++;
+            }
+            EXPECT_GT(equal, whole.fields.size() * 3 / 4) << width;
+        }
+    }
+}
+
 // The texts of snapshots that nobody would print: the fuzzer's, and random ones.
 TEST(Reader, HostileSnapshots)
 {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 namespace vordascope
 {
@@ -13,6 +14,8 @@ namespace vordascope
 namespace
 {
 
+constexpr size_t WRAP_MIN = 40;         // characters of a line that somebody would wrap
+constexpr size_t WORD = 16;             // of a word that did not fit behind it
 constexpr uint32_t WRAPPED_COLUMNS = 6; // a vector's values a row
 
 const char *skip_blanks(const char *p)
@@ -57,12 +60,45 @@ void Grammar::parse(Snapshot &snapshot)
     open_section(NONE);
 
     last_ = touched_ = NONE;
+    length_ = longest_ = wrapped_ = 0;
     for (const Part &part : s_->body)
         read_part(part);
     // Whether more rows or elements would follow nobody knows.
     if (s_->cut && last_ != NONE && (last_ == rows_ || last_ == elements_))
         damage(last_);
     close_rows();
+    if (wrapped_ + WORD >= longest_ && wrapped_ >= WRAP_MIN)
+        doubt_wrapped();
+}
+
+// Damages what may be half of something, in a text of which lines have been wrapped: a grid of long
+// rows, which fall into halves of equal count; what follows a long line; a name with a line end.
+void Grammar::doubt_wrapped()
+{
+    const size_t full = longest_ - WORD;
+    FieldIndex field = 0;
+    for (const Part &part : s_->body) {
+        size_t before = 0;
+        uint64_t number = part.line;
+        for (std::string_view rest = part.text; !rest.empty(); number++) {
+            const std::string_view line = rest.substr(0, rest.find('\n'));
+            rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+            const char *const end = line.data() + line.size();
+            for (; field < s_->fields.size(); field++) {
+                const Field &f = s_->fields[field];
+                const Value &first = *s_->begin(f);
+                if (first.begin < line.data() || first.begin > end)
+                    break;
+                const bool grid = s_->begin(f)[f.count - 1].begin > end && line.size() >= full;
+                const bool name = first.begin + first.size > end;
+                if (!s_->damaged(f) && (grid || name || before >= full)) {
+                    damage(field);
+                    s_->tell({number, line, "may have been wrapped, which damages it", field});
+                }
+            }
+            before = line.size();
+        }
+    }
 }
 
 void Grammar::read_part(const Part &part)
@@ -79,6 +115,8 @@ void Grammar::read_part(const Part &part)
         }
         p = newline + 1;
         const char *const end = content_end(begin, newline);
+        before_ = std::exchange(length_, static_cast<size_t>(end - begin));
+        longest_ = std::max(longest_, length_);
 
         text_begins_ = false;
         touched_ = NONE;
@@ -125,6 +163,7 @@ void Grammar::use(Line line, uint64_t number, std::string_view text)
     case Line::broken:
         break;
     }
+    wrapped_ = std::max(wrapped_, before_);
     // It is told once, however much of the field follows.
     last_ = touched_;
     if (s_->damaged(s_->fields[last_]))

@@ -30,6 +30,7 @@ private:
     void read_cut_line(std::string_view line, uint64_t number);
     bool open_key(std::string_view &key);
     void damage(FieldIndex field);
+    void doubt_wrapped();
     Line read_line(const char *p, const char *end);
     Line read_section(const char *p, const char *end);
     Line read_tag(const char *p, const char *end);
@@ -93,6 +94,11 @@ private:
     FieldIndex touched_ = NONE;   // the field that the line belongs to
     FieldIndex last_ = NONE;      // the one that the line before belongs to
     const char *why_ = nullptr;
+
+    size_t length_ = 0; // of the line, and of the one before
+    size_t before_ = 0;
+    size_t longest_ = 0;
+    size_t wrapped_ = 0; // the longest that went on as no line of vorda does
 };
 
 } // namespace vordascope
