@@ -60,7 +60,7 @@ std::string snapshot(int inttime, const std::string &more = "")
 TEST(ScopeJourney, ChecksAndConverts)
 {
     const Capture good(snapshot(1) + snapshot(2));
-    const Capture bad("\x1b]0;x\n" + snapshot(1, "oops\n") + "share.fps = 2");
+    const Capture bad("x = \x1b]0;x\n" + snapshot(1, "oops\n") + "share.fps = 2");
     const Capture none("nothing\n");
     const Capture two(snapshot(1) + "dev_idx = 0, path_idx = 2\nshare.inttime = 5\n");
     const std::string named = none.path();
@@ -70,7 +70,7 @@ TEST(ScopeJourney, ChecksAndConverts)
     EXPECT_EQ(result.status, 0);
     result = scope({"check", good.path(), bad.path()});
     EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
-              bad.path() + ":1: outside of any snapshot: \\x1b]0;x\n" + bad.path() +
+              bad.path() + ":1: outside of any snapshot: x = \\x1b]0;x\n" + bad.path() +
                   ":4: neither a key nor a label: oops\n" + bad.path() +
                   ":5: cut off: the line does not end: share.fps: share.fps = 2\n" + bad.path() +
                   ": 1 snapshot, 2 fields, 3 lines not understood\n");
