@@ -208,12 +208,19 @@ test('a capture of anything takes no more memory than a few times its size', () 
         { length: 3000 },
         (_, n) => `time = ${9000 - n}\n${snapshot('share.a = 1')}`,
     );
-    const files = [write('keys.txt', many), write('back.txt', back.join(''))];
+    const blocks = Array.from({ length: 2000 }, (_, n) => `block ${n}:\na = 1\n`).join('');
+    const long = snapshot(`=== stat.x ===\n[Long ${'x'.repeat(50000)}]\n${blocks}`);
+    const files = [
+        write('keys.txt', many),
+        write('long.txt', long),
+        write('back.txt', back.join('')),
+    ];
     const { stderr } = vordascope('report', '-o', 'hostile.html', ...files);
-    assert.match(stderr, /30999 values left out: there are more than 20000 names/);
-    assert.match(stderr, /2001 snapshots left out: there are more than 1000 runs/);
+    assert.match(stderr, /2000 values left out: there are names of more than 500 bytes/);
+    assert.match(stderr, /30998 values left out: there are more than 20000 names/);
+    assert.match(stderr, /2002 snapshots left out: there are more than 1000 runs/);
     const m = modelOf(`${scratch}/hostile.html`);
-    assert.deepEqual([m.runs.length, m.names.length, m.notes.length], [1000, 20000, 2]);
+    assert.deepEqual([m.runs.length, m.names.length, m.notes.length], [1000, 20000, 3]);
     assert.ok(inflated(`${scratch}/hostile.html`, 'captures').length < 3 * many.length);
 });
 

@@ -81,6 +81,24 @@ std::string counted(uint64_t count, const char *what)
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
+// The paths of a snapshot's nodes, with line ends between the names, so that each is that of one node
+// alone; empty where it is longer than NAME_BYTES.
+std::vector<std::string> paths_of_nodes(const Snapshot &snapshot)
+{
+    std::vector<std::string> paths(snapshot.node_count());
+    for (NodeIndex i = 1; i < paths.size(); i++) {
+        const Node &node = snapshot.node(i);
+        const std::string &above = paths[node.parent];
+        if (node.parent == 0)
+            paths[i] = node.name;
+        else if (!above.empty())
+            paths[i] = above + '\n' + node.name;
+        if (paths[i].size() > NAME_BYTES)
+            paths[i] = {};
+    }
+    return paths;
+}
+
 } // namespace
 
 void Model::begin_file(std::string_view name)
@@ -304,16 +322,17 @@ std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *ne
     const uint32_t at = run.end;
     add_origin(run, snapshot);
 
-    // With line ends between their names, so that each is the path of one node alone.
-    std::vector<std::string> nodes(snapshot.node_count());
-    for (NodeIndex i = 1; i < nodes.size(); i++)
-        nodes[i] = snapshot.path(i, '\n');
+    const std::vector<std::string> nodes = paths_of_nodes(snapshot);
     std::string changed;
     size_t expected = 0;
     for (const Field &field : snapshot.fields) {
         // It is not there in full, so it is not there; that is told by its line.
         if (snapshot.damaged(field))
             continue;
+        if (nodes[field.node].empty() || field.key.size() > NAME_BYTES) {
+            long_names_++;
+            continue;
+        }
         Column *const column = column_of(run, snapshot, field, nodes[field.node], expected);
         if (column == nullptr) {
             fields_left_out_++;
@@ -433,6 +452,11 @@ std::vector<Model::Note> Model::limits_reached() const
                                            std::to_string(SHORT) +
                                            " values that change; all others are complete."});
     }
+    if (long_names_ > 0)
+        notes.push_back({{},
+                         counted(long_names_, "value") +
+                             " left out: there are names of more than " +
+                             std::to_string(NAME_BYTES) + " bytes."});
     const bool names = names_.size() == NAMES_MOST;
     if (fields_left_out_ > 0)
         notes.push_back({{},

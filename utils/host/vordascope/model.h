@@ -68,6 +68,7 @@ constexpr size_t PICTURES = 512;
 // What no capture of a camera reaches, so that a capture of something else takes no more memory
 // than a few times its size: names of fields, fields of all runs, runs.
 constexpr size_t NAMES_MOST = 20000;
+constexpr size_t NAME_BYTES = 500; // of a field's key, and of the path of what it belongs to
 constexpr size_t FIELDS_MOST = 500000;
 constexpr size_t RUNS_MOST = 1000;
 
@@ -222,6 +223,7 @@ private:
     uint64_t unread_count_ = 0;
     size_t fields_ = 0;            // of all runs
     uint64_t fields_left_out_ = 0; // fields of snapshots
+    uint64_t long_names_ = 0;      // those whose names are too long
     uint64_t snapshots_left_out_ = 0;
 };
 
