@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { mkdirSync, readdirSync } from 'node:fs';
 import { basename } from 'node:path';
 import { test } from 'node:test';
-import { inflateSync } from 'node:zlib';
+import { gzipSync, inflateSync } from 'node:zlib';
 import { Run } from '../../utils/host/vordascope/page/src/model.js';
 import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import {
@@ -71,6 +71,8 @@ const captures = [
             .replaceAll('\n', '\r\n'),
     ),
     write('mail.txt', `Dear all,\n${INDEX}share.a = 1\nshare.b = 2\n`.replaceAll(/^/gm, '> ')),
+    write('packed.gz', gzipSync(series(20))),
+    write('half.gz', gzipSync(series(20)).subarray(0, 20000)),
     write('empty.txt', ''),
     write('noise.txt', Buffer.from(Array.from({ length: 5000 }, (_, i) => (i * 7919) & 255))),
 ];

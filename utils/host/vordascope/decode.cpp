@@ -18,6 +18,7 @@ struct Gzip {
 struct Gzip {
     z_stream stream = {};
     bool open = inflateInit2(&stream, 16 + MAX_WBITS) == Z_OK;
+    bool whole = false; // has come to its end
     ~Gzip() { inflateEnd(&stream); }
 };
 #endif
@@ -87,7 +88,7 @@ void Decode::put(std::string_view bytes, bool last, std::string &out)
         bytes = first;
     }
     if (bytes_ == Bytes::gzip)
-        inflate(bytes);
+        inflate(bytes, last);
     else if (bytes_ != Bytes::text)
         put_units(bytes, last);
     else
@@ -135,7 +136,7 @@ void Decode::settle_bytes(bool last)
 #else
         bytes_ = Bytes::gzip;
         gzip_ = std::make_unique<Gzip>();
-        notices_.emplace_back("it is packed with gzip, and was unpacked");
+        notices_.emplace_back(UNPACKED);
 #endif
     } else {
         for (const Look &look : LOOKS)
@@ -165,7 +166,7 @@ void Decode::put_units(std::string_view bytes, bool last)
         text_ += '?'; // half a character, within a line that does not end
 }
 
-void Decode::inflate(std::string_view bytes)
+void Decode::inflate(std::string_view bytes, [[maybe_unused]] bool last)
 {
 #ifdef __wasm__
     text_ += bytes;
@@ -178,17 +179,21 @@ void Decode::inflate(std::string_view bytes)
         stream.next_out = reinterpret_cast<Bytef *>(piece);
         stream.avail_out = sizeof(piece);
         const int status = ::inflate(&stream, Z_NO_FLUSH);
+        if (status != Z_BUF_ERROR) // there was nothing to unpack
+            gzip_->whole = status == Z_STREAM_END;
         text_.append(piece, sizeof(piece) - stream.avail_out);
         // Archives that were joined are one.
         if (status == Z_STREAM_END && stream.avail_in != 0 && inflateReset(&stream) == Z_OK)
             continue;
         if (status != Z_OK && status != Z_BUF_ERROR && status != Z_STREAM_END) {
-            notices_.emplace_back("the rest of the archive cannot be unpacked");
+            notices_.emplace_back(NOT_UNPACKED);
             gzip_->open = false;
         }
         if (status != Z_OK || (stream.avail_in == 0 && stream.avail_out != 0))
             break;
     }
+    if (last && gzip_->open && !gzip_->whole)
+        notices_.emplace_back(NOT_UNPACKED);
 #endif
 }
 

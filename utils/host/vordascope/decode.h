@@ -11,6 +11,10 @@
 namespace vordascope
 {
 
+// What is said of archives.
+inline constexpr char UNPACKED[] = "it is packed with gzip, and was unpacked";
+inline constexpr char NOT_UNPACKED[] = "the rest of the archive cannot be unpacked";
+
 // Turns the bytes of an input into those that vorda printed: unpacks gzip, reads UTF-16 of either
 // order with or without a mark, takes off quotes ("> ") and indentation, terminal colours and
 // carriage returns that end lines alone, and makes non-breaking blanks blanks.
@@ -42,7 +46,7 @@ private:
 
     void settle_bytes(bool last);
     void put_units(std::string_view bytes, bool last);
-    void inflate(std::string_view bytes);
+    void inflate(std::string_view bytes, bool last);
     void settle_lines();
     void put_lines(bool last, std::string &out);
     void put_line(std::string_view line, std::string &out) const;

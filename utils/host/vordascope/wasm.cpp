@@ -2,6 +2,7 @@
 // first a name to begin_file(), then its content in pieces to feed(), file after file; finish()
 // makes of them what `vordascope report` bakes into a page. One instance reads once.
 #include "compare.h"
+#include "decode.h"
 #include "model.h"
 #include "reader.h"
 #include "response.h"
@@ -10,12 +11,14 @@
 #include <array>
 #include <cstring>
 #include <optional>
+#include <utility>
 
 namespace
 {
 
 vordascope::Model model;
 std::optional<vordascope::Reader> reader;
+std::vector<std::string> unpacking; // what is to be said of how the page unpacked the file
 std::string text;
 
 std::vector<double> values;
@@ -78,6 +81,7 @@ void end_file()
         return;
     reader->end();
     add_ready();
+    model.note_undone(std::exchange(unpacking, {}));
     model.note_undone(reader->notices());
 }
 
@@ -115,6 +119,12 @@ void begin_file(size_t size)
     end_file();
     model.begin_file({text.data(), size});
     reader.emplace();
+}
+
+// The page unpacks the file that has begun; `whole` is 0 when it could not to the end.
+void unpacked(int whole)
+{
+    unpacking.emplace_back(whole != 0 ? vordascope::UNPACKED : vordascope::NOT_UNPACKED);
 }
 
 void feed(size_t size)

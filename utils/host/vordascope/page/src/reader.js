@@ -1,5 +1,30 @@
 // Calls the reader that was compiled for WebAssembly (see wasm.cpp).
 
+/** Whether a capture is packed with gzip. */
+async function isPacked(content) {
+    const [first, second] = new Uint8Array(await content.slice(0, 2).arrayBuffer());
+    return first === 0x1f && second === 0x8b;
+}
+
+/** The bytes of a capture in pieces; null at the end where the rest of an archive is lost. */
+async function* piecesOf(content, packed, piece) {
+    if (!packed) {
+        for (let at = 0; at < content.size; at += piece)
+            yield new Uint8Array(await content.slice(at, at + piece).arrayBuffer());
+        return;
+    }
+    const unpacked = content.stream().pipeThrough(new DecompressionStream('gzip')).getReader();
+    try {
+        for (;;) {
+            const { done, value } = await unpacked.read();
+            if (done) return;
+            for (let at = 0; at < value.length; at += piece) yield value.subarray(at, at + piece);
+        }
+    } catch {
+        yield null;
+    }
+}
+
 /**
  * Reads captures, in this order; the same as `vordascope report` makes of them.
  * @param {ArrayBuffer} wasm the compiled reader
@@ -10,7 +35,8 @@
 export async function readModel(wasm, captures, piece = 1 << 20) {
     // A new instance each time: its memory goes with it.
     const { instance } = await WebAssembly.instantiate(wasm);
-    const { memory, _initialize, room, begin_file, feed, finish, size } = instance.exports;
+    const { memory, _initialize, room, begin_file, unpacked, feed, finish, size } =
+        instance.exports;
     const put = (bytes) => {
         const at = room(bytes.length); // before the buffer is looked at, which grows by it
         new Uint8Array(memory.buffer, at, bytes.length).set(bytes);
@@ -19,8 +45,12 @@ export async function readModel(wasm, captures, piece = 1 << 20) {
     _initialize();
     for (const { name, content } of captures) {
         begin_file(put(new TextEncoder().encode(name)));
-        for (let at = 0; at < content.size; at += piece)
-            feed(put(new Uint8Array(await content.slice(at, at + piece).arrayBuffer())));
+        const packed = await isPacked(content);
+        if (packed) unpacked(1);
+        for await (const bytes of piecesOf(content, packed, piece)) {
+            if (bytes) feed(put(bytes));
+            else unpacked(0);
+        }
     }
     const at = finish();
     return new TextDecoder().decode(new Uint8Array(memory.buffer, at, size()));
