@@ -185,6 +185,11 @@ Apart snapshot_apart(
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), word};
 }
 
+std::string_view bytes_of(const DipPathCtx *ctx)
+{
+    return {reinterpret_cast<const char *>(ctx), sizeof(*ctx)};
+}
+
 class Snapshot : public ::testing::Test
 {
 protected:
@@ -236,10 +241,7 @@ TEST_F(Snapshot, IsWhatTheRegionHoldsUnderTheLock)
     sigprocmask(SIG_SETMASK, &mask, &mask);
     EXPECT_EQ(sigismember(&mask, SIGUSR2), 1);
     EXPECT_EQ(sigismember(&mask, SIGUSR1), 0);
-    const auto bytes = [](const DipPathCtx *ctx) {
-        return std::string_view(reinterpret_cast<const char *>(ctx), sizeof(*ctx));
-    };
-    EXPECT_TRUE(bytes(&ctx_) == bytes(later.get()));
+    EXPECT_TRUE(bytes_of(&ctx_) == bytes_of(later.get()));
     EXPECT_FALSE(mapped());
     EXPECT_EQ(logged, Log());
 }
@@ -374,7 +376,7 @@ TEST_F(Snapshot, WaitsWithoutTryingInPausesThatGrow)
     at_nap = [&](const timespec &nap) {
         naps.push_back(nap.tv_nsec / 1000);
         EXPECT_EQ(lock_tries, 0);
-        EXPECT_EQ(memcmp(&ctx_, nothing.get(), sizeof(ctx_)), 0); // not rehearsed either
+        EXPECT_TRUE(bytes_of(&ctx_) == bytes_of(nothing.get())); // not rehearsed either
         if (naps.size() == 6)
             path_unlock(&region_->path[0].lock);
     };

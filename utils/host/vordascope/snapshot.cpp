@@ -69,28 +69,19 @@ Place select(const Field &field, std::string_view indexes)
     return {&field, place.first + index, 1};
 }
 
-// Looks below one node for a key and up to two indexes, then for blocks, which may have dots in
-// their names as keys have.
-Place find_in(const Snapshot &snapshot, NodeIndex node, std::string_view rest)
+// Looks in one node for a key and up to two indexes.
+Place find_in(const Snapshot &snapshot, NodeIndex node, std::string_view name)
 {
-    size_t key_size = rest.size();
+    size_t key_size = name.size();
     for (int indexes = 0; indexes <= 2; indexes++) {
-        const FieldIndex field = snapshot.field(node, rest.substr(0, key_size));
+        const FieldIndex field = snapshot.field(node, name.substr(0, key_size));
         if (field != NONE)
-            if (const Place place = select(snapshot.fields[field], rest.substr(key_size));
+            if (const Place place = select(snapshot.fields[field], name.substr(key_size));
                 place.field != nullptr)
                 return place;
-        key_size = rest.substr(0, key_size).rfind('[');
+        key_size = name.substr(0, key_size).rfind('[');
         if (key_size == std::string_view::npos)
             break;
-    }
-    for (size_t dot = rest.find('.'); dot != std::string_view::npos;
-         dot = rest.find('.', dot + 1)) {
-        const NodeIndex child = snapshot.child(node, rest.substr(0, dot));
-        if (child != NONE)
-            if (const Place place = find_in(snapshot, child, rest.substr(dot + 1));
-                place.field != nullptr)
-                return place;
     }
     return {};
 }
@@ -134,10 +125,13 @@ FieldIndex Snapshot::field(NodeIndex node, std::string_view key) const
 
 NodeIndex Snapshot::same_node(const Snapshot &other, NodeIndex node) const
 {
-    if (node == 0)
-        return 0;
-    const NodeIndex parent = same_node(other, other.node(node).parent);
-    return parent != NONE ? child(parent, other.node(node).name) : NONE;
+    std::vector<NodeIndex> way;
+    for (; node != 0; node = other.node(node).parent)
+        way.push_back(node);
+    NodeIndex same = 0;
+    for (; !way.empty() && same != NONE; way.pop_back())
+        same = child(same, other.node(way.back()).name);
+    return same;
 }
 
 const Field *Snapshot::same_field(const Snapshot &other, const Field &field) const
@@ -149,12 +143,10 @@ const Field *Snapshot::same_field(const Snapshot &other, const Field &field) con
 
 std::string Snapshot::path(NodeIndex node, char between) const
 {
-    const Node &own = nodes_[node];
-    if (node == 0 || own.parent == 0)
-        return own.name;
-    std::string result = path(own.parent, between);
-    result += between;
-    return result += own.name;
+    std::string result = nodes_[node].name;
+    for (NodeIndex above = nodes_[node].parent; above != 0; above = nodes_[above].parent)
+        result.insert(0, nodes_[above].name + between);
+    return result;
 }
 
 std::string Snapshot::path(const Field &field) const
@@ -299,7 +291,26 @@ void Snapshot::grow()
 
 Place find(const Snapshot &snapshot, std::string_view path)
 {
-    return find_in(snapshot, 0, path);
+    constexpr size_t NOWHERE = std::string_view::npos;
+    struct Rest {
+        NodeIndex node;
+        std::string_view name;
+    };
+    std::vector<Rest> open = {{0, path}};
+    while (!open.empty()) {
+        const auto [node, name] = open.back();
+        open.pop_back();
+        if (const Place place = find_in(snapshot, node, name); place.field != nullptr)
+            return place;
+        // Blocks may have dots in their names, as keys have; the shortest is tried first.
+        for (size_t dot = name.rfind('.'); dot != NOWHERE;
+             dot = dot != 0 ? name.rfind('.', dot - 1) : NOWHERE) {
+            const NodeIndex child = snapshot.child(node, name.substr(0, dot));
+            if (child != NONE)
+                open.push_back({child, name.substr(dot + 1)});
+        }
+    }
+    return {};
 }
 
 void write(const Snapshot &snapshot, std::string &out)
