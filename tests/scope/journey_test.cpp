@@ -514,18 +514,20 @@ TEST(Record, AnySignalStopsItBetweenSnapshots)
     for (const int number : {SIGINT, SIGTERM, SIGHUP})
         for (const std::string period : {"0.01", "60"}) {
             unlink(started.c_str());
+            const TempFile out;
             // Its own session, as a terminal would have it; only the loop gets the signal.
             Child child({"setsid", "busybox", "sh",
                          VORDA_SOURCE_DIR "/utils/host/vordascope/vorda-record.sh", "-i", period},
-                        with_path(folder));
-            ASSERT_TRUE(eventually(5000, [&] { return access(started.c_str(), F_OK) == 0; }));
-            usleep(100000);
+                        with_path(folder), out.path());
+            ASSERT_TRUE(
+                eventually(20000, [&] { return read_file(out.path()).ends_with("; end\n"); }));
+            usleep(100000); // whatever it does then
             kill(child.pid(), number);
-            ASSERT_TRUE(child.ends_within(5000));
-            const Result result = child.finish();
-            EXPECT_EQ(result.status, 0);
-            EXPECT_EQ(result.out.substr(0, 7), "time = ");
-            EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
+            ASSERT_TRUE(child.ends_within(20000));
+            EXPECT_EQ(child.finish().status, 0);
+            const std::string text = read_file(out.path());
+            EXPECT_EQ(text.substr(0, 7), "time = ");
+            EXPECT_EQ(text.substr(text.find('\n') + 1),
                       "dev_idx = 0, path_idx = 0\nshare.a = 1\n; end\n");
             // Nothing that it began goes on.
             EXPECT_TRUE(

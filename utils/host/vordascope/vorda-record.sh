@@ -66,13 +66,21 @@ child=
 snapshot=$(mktemp) || exit
 trap 'rm -f "$snapshot"' EXIT
 trap 'exit 141' PIPE
-trap 'stop=yes; [ -z "$child" ] || kill "$child" 2>/dev/null' INT TERM HUP
+trap 'stop=yes; [ -z "$child" ] || end_child' INT TERM HUP
+
+# More than once: between its beginning and its program a child still hears as this loop does.
+end_child() {
+  for pause in 0.1 0.1 0; do
+    kill "$child" 2>/dev/null || break
+    sleep "$pause" 2>/dev/null || sleep 1
+  done
+}
 
 # Runs a command to its end, or to the first signal.
 await() {
   "$@" &
   child=$!
-  [ -z "$stop" ] || kill "$child" 2>/dev/null
+  [ -z "$stop" ] || end_child
   wait "$child"
   status=$?
   child=
