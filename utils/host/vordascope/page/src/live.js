@@ -59,6 +59,7 @@ export class Live {
         kept.addEventListener('click', () => this.save());
         this.element = el('div', { class: 'live' }, this.age, this.back, mark, kept);
         window.addEventListener('keydown', (event) => this.#key(event), { capture: true });
+        this.#tellAge();
         setInterval(() => this.#tellAge(), 200);
         this.#connect();
     }
