@@ -78,21 +78,15 @@ Decode::~Decode() = default;
 
 void Decode::put(std::string_view bytes, bool last, std::string &out)
 {
-    std::string first;
     if (bytes_ == Bytes::unknown) {
         raw_ += bytes;
         settle_bytes(last);
         if (bytes_ == Bytes::unknown)
             return;
-        first = std::exchange(raw_, {});
-        bytes = first;
+        put_bytes(std::exchange(raw_, {}), last);
+    } else {
+        put_bytes(bytes, last);
     }
-    if (bytes_ == Bytes::gzip)
-        inflate(bytes, last);
-    else if (bytes_ != Bytes::text)
-        put_units(bytes, last);
-    else
-        text_ += bytes;
 
     if (mode_ == Mode::settling) {
         const size_t index = text_.find("dev_idx");
@@ -111,6 +105,17 @@ void Decode::put(std::string_view bytes, bool last, std::string &out)
         if (bytes_ != Bytes::text)
             mode_ = Mode::lines;
     }
+}
+
+// Makes text of bytes whose kind is known.
+void Decode::put_bytes(std::string_view bytes, bool last)
+{
+    if (bytes_ == Bytes::gzip)
+        inflate(bytes, last);
+    else if (bytes_ != Bytes::text)
+        put_units(bytes, last);
+    else
+        text_ += bytes;
 }
 
 // Settles what kind of bytes the input has, by its first four.

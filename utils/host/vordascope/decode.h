@@ -46,6 +46,7 @@ private:
 
     void settle_bytes(bool last);
     void put_units(std::string_view bytes, bool last);
+    void put_bytes(std::string_view bytes, bool last);
     void inflate(std::string_view bytes, bool last);
     void settle_lines();
     void put_lines(bool last, std::string &out);

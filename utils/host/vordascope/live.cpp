@@ -30,9 +30,9 @@ constexpr size_t PIECE = size_t{256} << 10;
 class Source
 {
 public:
-    Source(const std::string &file, Follower &follower) : follower_(follower)
+    Source(const std::string &file, Follower &follower)
+        : follower_(follower), name_(is_standard_input(file) ? "standard input" : shown(file))
     {
-        name_ = is_standard_input(file) ? "standard input" : shown(file);
         fd_ = is_standard_input(file) ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC);
         struct stat status = {};
         if (fd_ < 0 || fstat(fd_, &status) < 0)

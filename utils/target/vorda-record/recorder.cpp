@@ -64,7 +64,7 @@ private:
     uint32_t last_frame_ = 0; // the frame of the last that was written
     bool triggered_ = false;
     Nanoseconds time_ = 0; // when the context was copied
-    DipPathCtx ctx_;
+    DipPathCtx ctx_ = {};
 };
 
 // In a ring, the time that it spans at most.

@@ -18,6 +18,7 @@ namespace
 class SignalHold
 {
 public:
+    // cppcheck-suppress uninitMemberVar // the kernel fills it
     SignalHold() { set_mask(~KernelMask{0}, &before_); }
     ~SignalHold() { set_mask(before_, nullptr); }
     SignalHold(const SignalHold &) = delete;
