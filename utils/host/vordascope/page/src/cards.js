@@ -2,7 +2,7 @@
 import { el, setText, sizeObserver } from './dom.js';
 import { lines } from './draw/lines.js';
 import { maps } from './draw/map.js';
-import { chromaticity, positions, vectors } from './draw/points.js';
+import { chromaticity, vectors } from './draw/points.js';
 import { shading } from './draw/shading.js';
 import { table } from './draw/table.js';
 import { SECTIONS } from './known.js';
@@ -18,7 +18,6 @@ const DRAWINGS = {
     maps,
     table,
     shading,
-    positions,
     chromaticity,
     vectors,
 };

@@ -8,7 +8,7 @@ export const FIGURES = [
     ['Total gain', 'share.sys_gain'],
     ['Sensor gain', 'share.sensor_gain'],
     ['ISP gain', 'share.isp_gain'],
-    ['Exposure ratio', 'share.ratio'],
+    ['Change of the exposure', 'share.ratio'],
     ['Frame rate', 'share.fps'],
     ['ISO', 'share.noise_level.noise_level.level_iso'],
     ['Luma average', 'stat.lum.gamma_domain_avg_16b'],
@@ -21,7 +21,7 @@ export const FIGURES = [
 export const COURSES = [
     ['Exposure time', { inttime: 'share.inttime' }],
     ['Gains', { sensor: 'share.sensor_gain', isp: 'share.isp_gain', total: 'share.sys_gain' }],
-    ['Exposure ratio', { ratio: 'share.ratio' }],
+    ['Change of the exposure', { ratio: 'share.ratio' }],
     ['Luma average', { luma: 'stat.lum.gamma_domain_avg_16b' }],
     ['Colour temperature', { color_temp: 'share.color_temp' }],
     ['White balance gains', { val: 'cfg.awb.gain[0].gain.val' }],
@@ -75,7 +75,7 @@ const section = (id, title, cards) => ({ id, title, cards: cards.map(card) });
  *     family        a curve for each text that the first group of a pattern captures
  *     maps          grids on one scale, or `apart` on one each; `text` writes the numbers into them
  *     table         a row each
- *     shading, chromaticity, positions, vectors
+ *     shading, chromaticity, vectors
  *
  * its title in the field's terms; vorda's item, or a pattern of items; the keys that it draws, each a
  * string or a pattern whose matches make one list or the rows of one grid; and where it needs them
@@ -89,11 +89,8 @@ export const SECTIONS = [
         ['chromaticity', 'Chromaticity by region', 'stat.awb', averages, { block: 'Gwd RGL' }],
         ['maps', 'White balance averages', 'stat.awb', averages, { block: 'Gwd RGL' }],
         ['table', 'White balance energies', 'stat.awb', each(ROIS, (roi) => `${roi} energy`), { block: 'Gwd ROI' }],
-        ['table', 'Norms of the energies', 'stat.awb', each(ROIS, (roi) => `${roi} energy norm`), { block: 'Gwd ROI' }],
         ['maps', 'White balance peaks', 'stat.awb', each(CHANNELS, (name) => `${name} channel`), { block: 'Rtx RGL' }],
-        ['maps', 'Weights of the peaks', 'stat.awb', each(CHANNELS, (name) => `${name} norm`), { block: 'Rtx RGL' }],
-        ['positions', 'Positions of the peaks', 'stat.awb', each(CHANNELS, (name) => name), { block: /^Rtx ROI\b/ }],
-        ['table', 'Sums of the peaks', 'stat.awb', { peak: 'White balance peak', norm: 'White balance peak norm' }, { block: 'Rtx ROI' }],
+        ['table', 'Sums of the peaks', 'stat.awb', { peak: 'White balance peak' }, { block: 'Rtx ROI' }],
         ['maps', 'Contrast by region', 'stat.var', { h1: 'h1_avg', h2: 'h2_avg', v1: 'v1_avg', v2: 'v2_avg' }, { block: 'RGL var' }],
         ['table', 'Contrast', 'stat.var', each(ROIS, (roi) => new RegExp(`^${roi} [hv][12]_avg$`)), { block: 'ROI var', columns: ['h1', 'h2', 'v1', 'v2'] }],
         ['maps', 'Low-pass luma by region', 'stat.shp', { average: 'RGL lpf_luma_avg', minimum: 'RGL lpf_luma_min' }],
@@ -147,6 +144,7 @@ export const PLAIN = [
     [/^cfg\.(cal|crc)$/, /^curve\[\d\]\.m$/],
     [/^cfg\.(front_)?enh$/, /^cfg\.(luma\.blend_curve\.m|gain_curve\.m_2s)$/],
     [/^cfg\.(front_)?nr$/, /^m[ac]_[yc]\.lut_slope$/],
+    [/^stat\.awb$/, /^(ROI\d energy norm|(g0|r|b|g1)( norm)?|White balance peak norm)$/],
     [/^intl\.crc$/, /^(k_order|(g0|r|b|g1)\.[xym]_\d)$/],
     [/^intl\.lsc$/, /^((lsc_csr\.)?curve\.(fit|d[xy])\w+|nl_adapt\.strength)$/],
     [/^intl\.shp$/, /^manual_cfg\.\w+\.m_2s$/],

@@ -37,7 +37,6 @@ const FINDERS = {
     maps: named,
     table: named,
     shading: named,
-    positions: named,
     chromaticity: complete,
     vectors: complete,
 };

@@ -1,4 +1,4 @@
-// Points in a plane with two axes: chromaticities, motion vectors, positions.
+// Points in a plane with two axes: chromaticities, motion vectors.
 import { canvas, pointerAt } from '../canvas.js';
 import { colourOf, el, setText } from '../dom.js';
 import { short, ticks } from '../ticks.js';
@@ -7,11 +7,10 @@ const MARGIN = { left: 40, right: 10, top: 8, bottom: 30 };
 const FONT = '11px system-ui, sans-serif';
 
 /**
- * @param {object} options `xName`, `yName`; `down` where y grows downwards, as in a picture; `ratio`;
- *     `label`, what it shows
+ * @param {object} options `xName`, `yName`; `ratio`; `label`, what it shows
  * @returns {{elements, show(points, xRange, yRange)}} a point is {x, y, radius, colour, hollow, text}
  */
-export function plane({ xName, yName, down = false, ratio = 0.72, label }) {
+export function plane({ xName, yName, ratio = 0.72, label }) {
     let points = [];
     let toPlace = () => [0, 0];
     let ranges = [
@@ -28,7 +27,7 @@ export function plane({ xName, yName, down = false, ratio = 0.72, label }) {
                 const up = (y - y0) / (y1 - y0);
                 return [
                     MARGIN.left + ((x - x0) / (x1 - x0)) * inner[0],
-                    MARGIN.top + (down ? up : 1 - up) * inner[1],
+                    MARGIN.top + (1 - up) * inner[1],
                 ];
             };
             context.font = FONT;

@@ -1,5 +1,4 @@
-// The three drawings in a plane: chromaticities of the regions, motion vectors, peak positions.
-import { lineColour } from '../colours.js';
+// The drawings in a plane: chromaticities of the regions, and motion vectors.
 import { extent, Moment } from '../model.js';
 import { samples, shownIn, steadyRange } from '../sources.js';
 import { short } from '../ticks.js';
@@ -82,46 +81,6 @@ export function vectors([bins]) {
             picture.show(
                 points.filter(({ x, y, radius }) => Number.isFinite(x + y + radius)),
                 ...ranges,
-            );
-        },
-    };
-}
-
-/** Positions of peaks, a colour a channel, as they lie in the picture. */
-export function positions(sources) {
-    const picture = plane({
-        xName: 'x →',
-        yName: 'y ↓',
-        down: true,
-        label: 'positions of the peaks',
-    });
-
-    function of(source, moment) {
-        const numbers = source.numbers(moment);
-        return Array.from({ length: numbers.length >> 1 }, (_, i) => [
-            numbers[2 * i],
-            numbers[2 * i + 1],
-        ]);
-    }
-
-    return {
-        elements: picture.elements,
-        draw({ now }) {
-            const points = sources.flatMap((source, channel) =>
-                of(source, now).map(([x, y], i) => ({
-                    x,
-                    y,
-                    radius: 3 + 2.5 * channel,
-                    colour: lineColour(source.name, channel),
-                    hollow: true,
-                    text: `${source.name} ${i}: (${x} ${y})`,
-                })),
-            );
-            const known = points.filter(({ x, y }) => Number.isFinite(x + y));
-            picture.show(
-                known,
-                aired(extent(known.map(({ x }) => x))),
-                aired(extent(known.map(({ y }) => y))),
             );
         },
     };
