@@ -124,7 +124,7 @@ test('keys step through a series, compare and measure nothing twice', async (t) 
     await page.clock.install({ time: 0 });
     await page.clock.pauseAt(1000);
     await page.keyboard.press(' ');
-    await page.clock.runFor(250);
+    await page.clock.runFor(3250);
     assert.equal(await place(page), `#4 of ${SNAPSHOTS} · 3 s`);
     await page.keyboard.press('ArrowRight');
     await page.clock.runFor(1000);
@@ -452,13 +452,13 @@ test('a section that cannot be built says so, and 200,000 snapshots are shown', 
     await broken.evaluate(() => {
         const create = document.createElement.bind(document);
         document.createElement = (tag) => {
-            if (tag === 'select') throw new Error('no choice today');
+            if (tag === 'label') throw new Error('no label today');
             return create(tag);
         };
     });
     await drop(broken, { name: 'a.txt', content: many() });
     await broken.waitForSelector('.bar');
-    assert.match((await texts(broken, '#time')).join(), /could not be drawn \(no choice today\)/);
+    assert.match((await texts(broken, '#time')).join(), /could not be drawn \(no label today\)/);
     assert.ok((await shownSections(broken)).includes('Statistics'));
 });
 

@@ -93,13 +93,17 @@ const cause = (error) =>
 /**
  * Reads captures, in this order, into one model.
  * @param {Blob[]} files with a `name`, as a browser hands them out
+ * @param {(names: string[]) => (part: number) => void} busy called before, returns what is told which
+ *     part of them is read
  */
-export async function readCaptures(files) {
+async function readCaptures(files, busy) {
     const names = files.map((file) => file.name);
+    const progress = busy(names);
     if (!canRead()) return failure(names, 'This page was built without a reader.');
     try {
         const captures = files.map((file) => ({ name: file.name, content: file }));
-        return understood(await readModel(await inflated(contentOf('reader')), captures));
+        const wasm = await inflated(contentOf('reader'));
+        return understood(await readModel(wasm, captures, undefined, progress));
     } catch (error) {
         return failure(names, `Cannot be read: ${cause(error)}`);
     }
@@ -109,14 +113,13 @@ export async function readCaptures(files) {
  * Shows captures as they are dropped onto the window or pasted into it: files or the text itself.
  * Text pasted into an input field stays there.
  * @param {(model: object) => void} show
- * @param {(names: string[]) => void} [busy] called before captures are read
+ * @param {Function} busy see readCaptures()
  */
-export function watchCaptures(show, busy = () => {}) {
+export function watchCaptures(show, busy) {
     const take = async (files, text) => {
         const captures = files.length ? files : [new File([text], 'pasted text')];
         if (!files.length && !text.trim()) return;
-        busy(captures.map((file) => file.name));
-        show(await readCaptures(captures));
+        show(await readCaptures(captures, busy));
     };
     const takeFrom = (transfer) => take([...transfer.files], transfer.getData('text/plain'));
 
@@ -133,17 +136,13 @@ export function watchCaptures(show, busy = () => {}) {
 }
 
 /** Lets the user choose files; resolves to their model, or to null when none is chosen. */
-export function chooseCaptures(busy = () => {}) {
+export function chooseCaptures(busy) {
     const input = document.createElement('input');
     input.type = 'file';
     input.multiple = true;
     return new Promise((resolve) => {
         input.addEventListener('cancel', () => resolve(null));
-        input.addEventListener('change', async () => {
-            const files = [...input.files];
-            busy(files.map((file) => file.name));
-            resolve(await readCaptures(files));
-        });
+        input.addEventListener('change', () => resolve(readCaptures([...input.files], busy)));
         input.click();
     });
 }

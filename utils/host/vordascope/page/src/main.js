@@ -1,6 +1,7 @@
 // Starts the page.
 import 'uplot/dist/uPlot.min.css';
 import '../style.css';
+import { el, setText } from './dom.js';
 import { emptyPage } from './empty.js';
 import { Live } from './live.js';
 import { bakedModel, canRead, chooseCaptures, isLive, startCode, watchCaptures } from './load.js';
@@ -12,6 +13,9 @@ import { theme } from './theme.js';
 
 const root = document.getElementById('page');
 const runs = new Runs();
+const bar = el('progress', { 'aria-label': 'captures read' });
+const part = el('span');
+const reading = el('p', { class: 'progress' }, part, bar);
 let end = null;
 let following = null;
 
@@ -26,6 +30,7 @@ function refusal(model) {
 /** Adds the runs of a model to those that are here; one without any changes nothing. */
 function add(model) {
     root.removeAttribute('aria-busy');
+    reading.remove();
     if (!model) return;
     const said = refusal(model);
     // An address leads to a view of the first captures, not of those that come after them.
@@ -51,10 +56,18 @@ function remove(run) {
     show({});
 }
 
-/** Says that captures are being read; what showed before stays until they are. */
+/** Says that captures are being read, and how far; what showed before stays until they are. */
 function busy(names) {
+    const title = `Reading ${names.join(', ')}`;
+    const tell = (read) => {
+        bar.value = read;
+        setText(part, `${title}: ${Math.floor(100 * read)} %`);
+    };
     root.setAttribute('aria-busy', 'true');
-    document.title = `reading ${names.join(', ')} – vordascope`;
+    document.title = `${title} – vordascope`;
+    document.body.append(reading);
+    tell(0);
+    return tell;
 }
 
 const open = canRead() ? async () => add(await chooseCaptures(busy)) : null;

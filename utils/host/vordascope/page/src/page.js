@@ -132,6 +132,7 @@ function actionsOn(store, all, { play, theme, help, open, find, remove, time }) 
         first: () => goTo(0),
         last: () => goTo(last()),
         play: play.toggle,
+        player: play,
         compare() {
             const { run, n, a } = store.view;
             if (a !== null) set({ a: null, against: null });
@@ -196,7 +197,7 @@ function showRun(root, runs, options) {
     const store = new Store({ ...wanted, theme: theme.name });
     const help = helpCard();
     const address = follower(usual);
-    const play = player(store, run.length - 1, (playing) => bar.playing(playing));
+    const play = player(store, run, (playing) => bar.playing(playing));
     const find = () => bar.search.focus();
     const sections = sectionsOf(run, store);
     const time = sections.find(({ id }) => id === 'time');

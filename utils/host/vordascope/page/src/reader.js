@@ -6,14 +6,30 @@ async function isPacked(content) {
     return first === 0x1f && second === 0x8b;
 }
 
-/** The bytes of a capture in pieces; null at the end where the rest of an archive is lost. */
-async function* piecesOf(content, packed, piece) {
+/**
+ * The bytes of a capture in pieces; null at the end where the rest of an archive is lost. `took` is
+ * called with how many bytes of its content each took.
+ */
+async function* piecesOf(content, packed, piece, took) {
     if (!packed) {
-        for (let at = 0; at < content.size; at += piece)
-            yield new Uint8Array(await content.slice(at, at + piece).arrayBuffer());
+        for (let at = 0; at < content.size; at += piece) {
+            const bytes = new Uint8Array(await content.slice(at, at + piece).arrayBuffer());
+            took(bytes.length);
+            yield bytes;
+        }
         return;
     }
-    const unpacked = content.stream().pipeThrough(new DecompressionStream('gzip')).getReader();
+    const counted = new TransformStream({
+        transform(bytes, stream) {
+            took(bytes.length);
+            stream.enqueue(bytes);
+        },
+    });
+    const unpacked = content
+        .stream()
+        .pipeThrough(counted)
+        .pipeThrough(new DecompressionStream('gzip'))
+        .getReader();
     try {
         for (;;) {
             const { done, value } = await unpacked.read();
@@ -30,9 +46,16 @@ async function* piecesOf(content, packed, piece) {
  * @param {ArrayBuffer} wasm the compiled reader
  * @param {{name: string, content: Blob}[]} captures
  * @param {number} piece how many bytes are read at a time
+ * @param {(part: number) => void} progress told which part of their bytes is read
  * @returns {Promise<string>} their model, as JSON
  */
-export async function readModel(wasm, captures, piece = 1 << 20) {
+export async function readModel(wasm, captures, piece = 1 << 20, progress = () => {}) {
+    const whole = captures.reduce((sum, { content }) => sum + content.size, 0);
+    let read = 0;
+    const took = (bytes) => {
+        read += bytes;
+        progress(read / whole);
+    };
     // A new instance each time: its memory goes with it.
     const { instance } = await WebAssembly.instantiate(wasm);
     const { memory, _initialize, room, begin_file, unpacked, feed, finish, size } =
@@ -47,7 +70,7 @@ export async function readModel(wasm, captures, piece = 1 << 20) {
         begin_file(put(new TextEncoder().encode(name)));
         const packed = await isPacked(content);
         if (packed) unpacked(1);
-        for await (const bytes of piecesOf(content, packed, piece)) {
+        for await (const bytes of piecesOf(content, packed, piece, took)) {
             if (bytes) feed(put(bytes));
             else unpacked(0);
         }

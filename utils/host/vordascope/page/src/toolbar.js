@@ -1,5 +1,6 @@
 // The bar on top: what is shown, the search, the runs, the snapshots.
 import { el, setText } from './dom.js';
+import { RATE, SPEEDS } from './player.js';
 
 const button = (text, title, click, more = {}) =>
     el('button', { type: 'button', title, on: { click }, ...more }, text);
@@ -108,6 +109,26 @@ function slider(store, key, label) {
     };
 }
 
+/** How fast a run plays. */
+function speedChoice({ timed }, player) {
+    const title = `speed, of ${timed ? 'the recording' : `${RATE} frames a second`}`;
+    const choice = el(
+        'select',
+        {
+            title,
+            'aria-label': title,
+            on: {
+                change: () => {
+                    player.speed = Number(choice.value);
+                },
+            },
+        },
+        SPEEDS.map(([times, text]) => el('option', { value: String(times) }, text)),
+    );
+    choice.value = String(player.speed);
+    return choice;
+}
+
 /** The sliders over the snapshots, null where there is but one. */
 function snapshotLines(all, run, store, actions) {
     if (run.length < 2 && all.length < 2) return null;
@@ -115,6 +136,7 @@ function snapshotLines(all, run, store, actions) {
     const reference = slider(store, 'a', 'compared snapshot');
     const play =
         run.length > 2 ? button('▶', 'play (space)', actions.play, { class: 'play' }) : null;
+    const speed = play && speedChoice(run, actions.player);
     const compare = button('Compare', 'compare with this snapshot (C)', actions.compare);
     const swap = button('A ⇄ B', 'exchange the two (X)', actions.swap);
     const referenceLine = el(
@@ -137,7 +159,7 @@ function snapshotLines(all, run, store, actions) {
         element: el(
             'div',
             { class: 'snapshots' },
-            el('div', { class: 'snapshot-line' }, play, now.input, now.place, compare),
+            el('div', { class: 'snapshot-line' }, play, speed, now.input, now.place, compare),
             referenceLine,
         ),
         playing(is) {
