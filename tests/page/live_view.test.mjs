@@ -133,6 +133,28 @@ test('everything is held against a reference; no other page gets in', async (tes
     assert.equal(await page.locator('.figure .before').first().textContent(), '500 → ');
     assert.equal(await state(page), 'live');
 
+    // What came out of a rest of seconds stands first, before what differs all along and what never
+    // rests; with time it goes down to those that rest.
+    const moving = (from, to, gain) =>
+        Array.from({ length: to - from }, (_, i) => {
+            const more = `share.offset = 3\nshare.sys_gain = ${gain}\n`;
+            return snapshot(((from + i) * 0.04).toFixed(2), 1000 + from + i, more);
+        }).join('');
+    const rows = (first) =>
+        page.waitForFunction((wanted) => {
+            const all = document.querySelectorAll('.differences tr');
+            const texts = [...all].map((row) => row.className.trim() + row.lastChild.textContent);
+            return texts.join('; ').startsWith(wanted);
+        }, first);
+    await feed(program, moving(5, 120, 1024) + moving(120, 130, 2048));
+    await rows('first moved1024 -> 2048  (+1024, +100 %); firstonly in B: 3; first500 -> 1129');
+    assert.match(
+        await page.locator('#differences .summary').textContent(),
+        /^3 of 4 fields differ; 1 just moved\.$/,
+    );
+    await feed(program, moving(130, 190, 2048));
+    await rows('first1024 -> 2048  (+1024, +100 %); only in B: 3; first500 -> 1189');
+
     // The same browser, from another origin.
     const stranger = await (await browser.newContext()).newPage();
     await stranger.goto('data:text/html,stranger');
@@ -155,9 +177,9 @@ test('everything is held against a reference; no other page gets in', async (tes
     }, program.address.href);
     assert.deepEqual(got, ['blocked', 'blocked', 'blocked']);
     await stranger.context().close();
-    await feed(program, climb(5, 6));
+    await feed(program, climb(190, 191));
     await page.waitForFunction(
-        () => document.querySelector('.figure .value')?.textContent === '1005',
+        () => document.querySelector('.figure .value')?.textContent === '1190',
     );
     assert.equal(await page.getByRole('button', { name: 'evil' }).count(), 0);
 });

@@ -110,6 +110,11 @@ export class Course {
         this.#whole = null;
     }
 
+    /** Whether it changes after snapshot `from`, up to `to`. */
+    changes(from, to) {
+        return placeOf(this.#at, to) > placeOf(this.#at, from);
+    }
+
     /** Whether any of its values is a number. */
     get numeric() {
         return this.#numbers.some((value) => !Number.isNaN(value));

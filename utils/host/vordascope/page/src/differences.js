@@ -1,6 +1,14 @@
 // What differs between the two compared snapshots, field by field.
 import { difference, differing } from './compare.js';
+import { placeOf } from './course.js';
 import { el, setText } from './dom.js';
+import { hold } from './lifetime.js';
+
+/** What changed so shortly before, after a rest of as long, has just moved. */
+const JUST = { seconds: 2, snapshots: 50 };
+
+/** From one list to the next while a camera goes on. */
+const PAUSE = 250;
 
 /** A difference as a cell whose text is that of `vordascope diff`, its parts set apart. */
 export function differenceOf(tag, text) {
@@ -38,20 +46,41 @@ function paragraphs(fields, before, now) {
 const fieldsOf = (before, now) =>
     new Set([before, now].flatMap(({ run }) => run.fields.map(({ name }) => name))).size;
 
+/**
+ * Fields in three lists: what has just moved, what rests, what moves all the time. Of a run that is
+ * too short to tell, all rest.
+ */
+function byMotion(fields, { run, n }) {
+    const just = run.timed ? JUST.seconds : JUST.snapshots;
+    const [rested, moved] = [2, 1].map((times) => placeOf(run.axis, run.axis[n] - times * just));
+    const lists = [[], [], []];
+    for (const field of fields) {
+        const own = run.field(field.name);
+        const moves = rested >= 0 && own?.changes(moved, n);
+        lists[!moves ? 1 : own.changes(rested, moved) ? 2 : 0].push(field);
+    }
+    return lists;
+}
+
 /** The section; it shows while two snapshots are compared. */
 export function differencesSection() {
     const body = el('tbody');
     const summary = el('p', { class: 'summary' });
     const table = el('table', { class: 'differences' }, body);
     let hidden = true;
+    let view = null;
+    let due = null;
+    hold(() => clearTimeout(due));
 
-    const rowsOf = ({ item, members, text }, { now, before }) => {
+    const rowsOf = ({ item, members, text }, motion) => {
+        const { now, before } = view;
         const start = el('th', { scope: 'rowgroup', rowSpan: text ? 1 : members.length }, item);
-        if (text) return [el('tr', { class: 'first' }, start, el('td', { colSpan: 2 }, text))];
+        if (text)
+            return [el('tr', { class: `first ${motion}` }, start, el('td', { colSpan: 2 }, text))];
         return members.map((field, i) =>
             el(
                 'tr',
-                { class: i ? '' : 'first' },
+                { class: i ? motion : `first ${motion}` },
                 i ? null : start,
                 el('td', { class: 'key' }, field.label),
                 differenceOf('td', difference(before.of(field), now.of(field))),
@@ -59,21 +88,35 @@ export function differencesSection() {
         );
     };
 
+    function draw() {
+        due = null;
+        if (hidden) return;
+        const { now, before } = view;
+        const all = differing(before, now);
+        const shown = all.filter((field) => view.find.field(field, now));
+        const part = shown.length < all.length ? `, ${shown.length} of them shown` : '';
+        const lists = view.live ? byMotion(shown, now) : [[], shown];
+        const moved = lists[0].length ? `; ${lists[0].length} just moved` : '';
+        setText(summary, `${all.length} of ${fieldsOf(before, now)} fields differ${part}${moved}.`);
+        table.hidden = shown.length === 0;
+        body.replaceChildren(
+            ...lists.flatMap((fields, i) =>
+                paragraphs(fields, before, now).flatMap((one) => rowsOf(one, i ? '' : 'moved')),
+            ),
+        );
+    }
+
     return {
         id: 'differences',
         title: 'Differences',
         element: el('div', { class: 'card' }, summary, el('div', { class: 'wide' }, table)),
-        update(view, changed) {
+        update(latest, changed) {
+            view = latest;
             const { now, before } = view;
             hidden = !before || (before.run === now.run && before.n === now.n);
-            if (hidden || !['n', 'a', 'against', 'query'].some((key) => changed.has(key))) return;
-            const all = differing(before, now);
-            const shown = all.filter((field) => view.find.field(field, now));
-            const part = shown.length < all.length ? `, ${shown.length} of them shown` : '';
-            setText(summary, `${all.length} of ${fieldsOf(before, now)} fields differ${part}.`);
-            table.hidden = shown.length === 0;
-            const found = paragraphs(shown, before, now);
-            body.replaceChildren(...found.flatMap((paragraph) => rowsOf(paragraph, view)));
+            if (view.live && changed.size === 1 && changed.has('n'))
+                due ??= setTimeout(draw, PAUSE);
+            else if (['n', 'a', 'against', 'query'].some((key) => changed.has(key))) draw();
         },
         empty: () => hidden,
     };

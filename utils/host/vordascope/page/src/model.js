@@ -181,6 +181,17 @@ export class Field {
         for (const part of this.#parts) part.forget(count);
     }
 
+    /** Whether its value changes after snapshot `from`, up to `to`. */
+    changes(from, to) {
+        if (!this.varies) return false;
+        const within = ({ at }) => placeOf(at, to) > placeOf(at, from);
+        return (
+            within(this.#forms) ||
+            (this.#pictures !== null && within(this.#pictures)) ||
+            this.#parts.some((part) => part.changes(from, to))
+        );
+    }
+
     /** Of which snapshot the value in n is: another one where grids and long lists are thinned. */
     pictureOf(n) {
         const { length, first } = this.run;

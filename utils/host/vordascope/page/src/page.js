@@ -207,7 +207,8 @@ function showRun(root, runs, options) {
     function update(view, changed) {
         if (all[view.run] !== run) return onRun(view);
         const before = view.a === null ? null : new Moment(all[view.against], view.a);
-        const shown = { ...view, now: new Moment(run, view.n), before, find: finder(view.query) };
+        const now = new Moment(run, view.n);
+        const shown = { ...view, now, before, find: finder(view.query), live: Boolean(live) };
         bar.update(shown);
         for (const section of sections) updateSection(section, shown, changed);
         if (['a', 'only', 'query'].some((key) => changed.has(key)))
