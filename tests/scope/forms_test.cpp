@@ -200,6 +200,10 @@ TEST(Compare, ReportsByItem)
          "intl.a\n  m  (0: off, 1: on) behind the value -> (0: on, 1: off)\n"
          "  t  2 x 3 values -> 3 x 2 values\n  l  a single value -> a list of 1 value\n"
          "lines that are not understood\n  only in before: ?\n"},
+        {"[A]\nm = 0\n(0: off, 1: on)\nn = 1 (0: x)\n(0: y)\n",
+         "[A]\nm = 0\n(0: off, 1: bypass)\nn = 1 (0: x)\n(0: z)\n", "",
+         "intl.a\n  m  (0: off, 1: on) behind the value -> (0: off, 1: bypass)\n"
+         "  n  (0: x)\\x0a(0: y) behind the value -> (0: x)\\x0a(0: z)\n"},
         {"[A]\nb = 18446744073709551617\nd = 0.10000000000000000001\nc = 9007199254740993\n",
          "[A]\nb = 18446744073709551618\nd = 0.1\nc = 18014398509481985\n",
          "*.c abs=9007199254740991",

@@ -384,9 +384,21 @@ Grammar::Line Grammar::read_row(const char *p, const char *end)
     if (text.size() > 3 && text[0] == '(' && is(text[1], DIGIT) && text.ends_with(')')) {
         const size_t colon = text.find_first_not_of("0123456789", 1);
         if (text[colon] == ':')
-            return Line::layout;
+            return add_legend(text);
     }
     return shapeless("neither a key nor a row");
+}
+
+// What the value of the line before means.
+Grammar::Line Grammar::add_legend(std::string_view legend)
+{
+    if (last_ != NONE) {
+        std::string_view &note = s_->fields[last_].note;
+        const char *const begin = note.empty() ? legend.data() : note.data();
+        note = {begin, static_cast<size_t>(legend.data() + legend.size() - begin)};
+        touched_ = last_;
+    }
+    return Line::layout;
 }
 
 // "<# 3> (1, 2, 3)", or the table's head "<#bin>(x, y)"

@@ -38,6 +38,7 @@ private:
     Line read_label(std::string_view key);
     Line read_row(const char *p, const char *end);
     Line read_numbered_row(const char *p, const char *end);
+    Line add_legend(std::string_view legend);
     Line add_row(const Run &run);
     Line add_scalar_or_list(std::string_view key, const Run &run);
     Line add_element(std::string_view base, uint32_t index, const Run &run);

@@ -19,8 +19,9 @@
 //     key = value, words: value      a number, a list, tuples, true or false; anything else is text
 //     key[0] = value                 an element of a list, line by line
 //     1, 2, 3 / (1 2) (3 4) / <# 0> (1, 2)    a row of what the label above has named
-//     ; comment, (0: legend), ----, <#head>   layout, as are blank lines and what stands behind a
-//                                    value as comment or in brackets
+//     ; comment, ----, <#head>       layout, as are blank lines
+//     (0: legend)                    says what the value above means, as a comment or brackets
+//                                    behind it do
 //     ; end                          ends a snapshot before the next one begins
 //
 // Three rules settle what the text alone leaves open:

@@ -29,7 +29,8 @@ constexpr uint32_t NONE = UINT32_MAX;
 // A field: a key and its values, which stand one after another in the snapshot's table.
 struct Field {
     std::string_view key;  // as printed, without the blanks around it and a final index
-    std::string_view note; // what stands behind its value: "(Dual sensors)", "; u1.4 [0, 31]"
+    std::string_view note; // what stands behind its value: "(Dual sensors)", "; u1.4 [0, 31]", or
+                           // alone in the line below
     NodeIndex node;        // what it belongs to
     uint32_t first;        // place of its first value
     uint32_t count;        // how many it has, at least one
