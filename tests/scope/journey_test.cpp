@@ -352,6 +352,14 @@ TEST(ScopeJourney, OnATerminal)
                          "\"$scope\" check - >/dev/null' /dev/null </dev/null",
                          names);
     EXPECT_EQ(result.out, "standard input: 1 snapshot, 0 MB\r\33[K");
+    // Of many captures those that differ alone have a row, which takes the place of the line.
+    const Capture other(snapshot(2));
+    result = bash("SHELL=/bin/bash script -qec \"$line\" /dev/null </dev/null",
+                  {{"file", capture.path()},
+                   {"other", other.path()},
+                   {"line", "\"$scope\" diff -q $file $file <(sleep 1.2; cat $file) $other"}});
+    EXPECT_TRUE(result.out.ends_with("2 of 3 captures\r\33[K" + other.path() + "#1\r\n"))
+        << result.out;
     result = bash("script -qec '\"$scope\" report \"$file\"' /dev/null </dev/null", names);
     EXPECT_NE(result.out.find("a page is nothing for a terminal"), std::string::npos);
     EXPECT_EQ(result.status, 2);

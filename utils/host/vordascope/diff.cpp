@@ -104,7 +104,7 @@ void put_one(const Side &b, const Comparison &result, bool quiet, std::string &o
 int compare_all(const DiffOptions &options, const Side &a, Rules &rules, Gate &gate)
 {
     Output output;
-    Progress progress;
+    Progress progress(false); // captures that do not differ have no row
     int status = YES;
     std::string out;
     for (const std::string &argument : options.b) {
@@ -125,6 +125,8 @@ int compare_all(const DiffOptions &options, const Side &a, Rules &rules, Gate &g
             put_pair(a, b, result, options.quiet, out);
         else
             put_one(b, result, options.quiet, out);
+        if (!out.empty())
+            progress.end();
         if (!output.write(out))
             break;
     }

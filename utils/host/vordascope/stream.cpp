@@ -65,9 +65,8 @@ bool read_file(const std::string &file, std::string &text)
     return size == 0;
 }
 
-Progress::Progress()
-    // Rows that come one by one on the same terminal are progress enough.
-    : on_(isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0),
+Progress::Progress(bool rows)
+    : on_(isatty(STDERR_FILENO) != 0 && !(rows && isatty(STDOUT_FILENO) != 0)),
       next_(std::chrono::steady_clock::now() + FIRST_PROGRESS)
 {
 }

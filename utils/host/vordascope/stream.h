@@ -20,7 +20,9 @@ bool read_file(const std::string &file, std::string &text);
 class Progress
 {
 public:
-    Progress();
+    // `rows`: where standard output is the same terminal, its rows are progress enough; without it
+    // the line has to end() before anything is written.
+    explicit Progress(bool rows = true);
     ~Progress() { end(); }
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
