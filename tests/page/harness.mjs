@@ -98,6 +98,7 @@ export async function open(test, file, { width = 1280, height = 900, colorScheme
         assert.deepEqual(heard, []);
     });
     await page.goto(url);
+    await page.waitForSelector('#page > *');
     return page;
 }
 

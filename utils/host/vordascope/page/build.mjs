@@ -1,4 +1,5 @@
-// Makes of index.html, the modules, the style and the reader one HTML file that asks for nothing.
+// Makes of index.html, the modules, the style and the reader one HTML file that asks for nothing. The
+// modules and the reader stand deflated in it: see src/start.js.
 //
 //     node build.mjs OUT.html [READER.wasm]
 //
@@ -17,34 +18,38 @@ if (!out) {
 
 const here = (name) => fileURLToPath(new URL(name, import.meta.url));
 
-const bundled = await build({
-    entryPoints: [here('src/main.js')],
-    bundle: true,
-    format: 'esm',
-    target: 'es2022',
-    minify: true,
-    write: false,
-    outdir: 'bundle',
-});
-const textOf = (suffix) =>
-    bundled.outputFiles
-        .filter((file) => file.path.endsWith(suffix))
-        .map((file) => file.text.trim())
-        .join('\n');
+const deflated = (bytes) => deflateSync(bytes, { level: 9 }).toString('base64');
 
-const script = textOf('.js');
-const style = textOf('.css');
+/** The texts that a module and what it imports become: { js, css }, '' for none. */
+async function bundled(module) {
+    const { outputFiles } = await build({
+        entryPoints: [here(module)],
+        bundle: true,
+        format: 'esm',
+        target: 'es2022',
+        minify: true,
+        write: false,
+        outdir: 'bundle',
+    });
+    const textOf = (suffix) =>
+        outputFiles.find(({ path }) => path.endsWith(suffix))?.text.trim() ?? '';
+    return { js: textOf('.js'), css: textOf('.css') };
+}
+
+const { js: code, css: style } = await bundled('src/main.js');
+const { js: start } = await bundled('src/start.js');
 
 // Hashes instead of 'unsafe-inline': nothing that a capture could smuggle in ever runs or styles.
 const hash = (text) => `'sha256-${createHash('sha256').update(text).digest('base64')}'`;
 const parts = {
     licence: readFileSync(here('node_modules/uplot/LICENSE'), 'utf8').trim(),
-    script,
+    start,
     style,
-    reader: reader ? deflateSync(readFileSync(reader), { level: 9 }).toString('base64') : '',
+    code: deflated(code),
+    reader: reader ? deflated(readFileSync(reader)) : '',
     policy: [
         "default-src 'none'",
-        `script-src ${hash(script)}${reader ? " 'wasm-unsafe-eval'" : ''}`,
+        `script-src ${hash(start)} ${hash(code)}${reader ? " 'wasm-unsafe-eval'" : ''}`,
         `style-src ${hash(style)}`,
         "base-uri 'none'",
         "form-action 'none'",

@@ -2,20 +2,10 @@
 // chosen or pasted and then read by the same reader, compiled for WebAssembly. Whatever happens,
 // the page gets a model (see model.h): input that cannot be read is a note in it.
 
+import { contentOf, inflated } from './inflate.js';
 import { VERSION } from './model.js';
 import { readModel } from './reader.js';
 import { startTools } from './tools.js';
-
-/** Undoes base64 and deflate, in which everything large is kept in the file. */
-async function inflated(base64) {
-    const text = atob(base64);
-    const bytes = new Uint8Array(text.length);
-    for (let i = 0; i < text.length; i++) bytes[i] = text.charCodeAt(i);
-    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('deflate'));
-    return new Response(stream).arrayBuffer();
-}
-
-const contentOf = (id) => document.getElementById(id).textContent.trim();
 
 /** Takes in a model as JSON. */
 const understood = (json) => named(JSON.parse(json));
@@ -56,15 +46,14 @@ export async function pageWith(model) {
 
 /** Starts the code of the command line, where it is part of this page. */
 export async function startCode() {
-    if (canRead()) await startTools(await inflated(contentOf('reader')));
+    if (canRead()) await startTools(await inflated('reader'));
 }
 
 /** The model that `vordascope report` baked in; null in the empty page. */
 export async function bakedModel() {
-    const base64 = contentOf('captures');
-    if (!base64 || isLive()) return null;
+    if (!contentOf('captures') || isLive()) return null;
     try {
-        return understood(new TextDecoder().decode(await inflated(base64)));
+        return understood(new TextDecoder().decode(await inflated('captures')));
     } catch (error) {
         return failure([document.title], `This file is damaged: ${error.message}`);
     }
@@ -102,7 +91,7 @@ async function readCaptures(files, busy) {
     if (!canRead()) return failure(names, 'This page was built without a reader.');
     try {
         const captures = files.map((file) => ({ name: file.name, content: file }));
-        const wasm = await inflated(contentOf('reader'));
+        const wasm = await inflated('reader');
         return understood(await readModel(wasm, captures, undefined, progress));
     } catch (error) {
         return failure(names, `Cannot be read: ${cause(error)}`);

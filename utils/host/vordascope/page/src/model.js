@@ -61,7 +61,7 @@ function formOf(value) {
 }
 
 /** One field of a run. */
-export class Field {
+class Field {
     #value;
     #forms;
     #parts;

@@ -54,7 +54,7 @@ function paintTexts(context, width, height, rows, colour) {
  *     for a cell that is clicked; `tall`, height for a width
  * @returns {{element, show(rows, colour, caption)}} the rows and the colour of a value
  */
-export function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
+function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
     let rows = [];
     let colour = () => [0, 0, 0];
     const caption = el('span', { class: 'caption-name' }, name);
@@ -106,7 +106,7 @@ export function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
  * The scale beneath maps, from the least to the greatest value. `rampNow()` gives the colours from
  * 0 to 1 in the theme that shows now.
  */
-export function scaleBar(rampNow) {
+function scaleBar(rampNow) {
     const low = el('span');
     const high = el('span');
     const name = el('span', { class: 'scale-name' });
