@@ -113,14 +113,17 @@ void for_each_line(std::string_view text, uint64_t number, Use use)
 
 } // namespace
 
-void set_label(std::vector<Label> &labels, std::string_view key, std::string_view value)
+bool set_label(std::vector<Label> &labels, std::string_view key, std::string_view value)
 {
     const auto known = std::find_if(labels.begin(), labels.end(),
                                     [key](const Label &label) { return label.key == key; });
     if (known != labels.end())
         known->value = value;
-    else
+    else if (labels.size() < LABELS_MOST)
         labels.push_back({std::string(key), std::string(value)});
+    else
+        return false;
+    return true;
 }
 
 char *Frames::room(size_t size)
@@ -301,7 +304,8 @@ void Frames::read_head(Head &head) const
         } else if (take(value, "mark = ")) {
             head.marks.push_back(value);
         } else if (read_label_line(line, key, value)) {
-            set_label(head.labels, key, value);
+            if (!set_label(head.labels, key, value))
+                head.tell({number, line, "one label too many"});
         } else if (!read_number_line(line, "missed = ", head.missed)) {
             read_index_line(line, head.dev_idx, head.path_idx);
         }

@@ -10,8 +10,8 @@ inline constexpr size_t SNAPSHOT_MAX = size_t{8} << 20;
 inline constexpr size_t OUTSIDE_MAX = size_t{1} << 20;       // of text that belongs to no snapshot
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // some editors begin a file with it
 
-// Gives a label its value, anew if it has one.
-void set_label(std::vector<Label> &labels, std::string_view key, std::string_view value);
+// Gives a label its value, anew if it has one. Returns whether there is room for it.
+bool set_label(std::vector<Label> &labels, std::string_view key, std::string_view value);
 
 // Splits an input, as a Reader does; see there. Its buffer holds one snapshot and what was given
 // beyond it.

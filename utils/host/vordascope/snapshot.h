@@ -67,7 +67,12 @@ constexpr size_t UNREAD_MAX = 10000;
 struct Label {
     std::string key;
     std::string value;
+
+    bool operator==(const Label &) const = default;
 };
+
+// So many labels may be given within a capture.
+constexpr size_t LABELS_MOST = 256;
 
 // Whole lines, and the number of the first in the input.
 struct Part {
