@@ -18,10 +18,12 @@ _vordascope()
     fi
     # The fields of the file that the command line names first.
     for ((i = 2; i < COMP_CWORD; i++)); do
-        [[ ${COMP_WORDS[i]} == -* ]] || { file=${COMP_WORDS[i]}; break; }
+        file=${COMP_WORDS[i]}
+        [[ $verb != response || -r $file ]] || file=${file%#*}
+        [[ $file != -* && -r $file ]] && break
+        file=
     done
-    [[ $verb != response || -r $file ]] || file=${file%#*}
-    if [[ $verb == @(series|response) && -n $file && -r $file && -n $word ]]; then
+    if [[ $verb == @(series|response) && -n $file && -n $word ]]; then
         # The word as the shell will read it: names may hold blanks.
         word=${word//\\/}
         word=${word#[\"\']}

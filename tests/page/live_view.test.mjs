@@ -183,3 +183,28 @@ test('everything is held against a reference; no other page gets in', async (tes
     );
     assert.equal(await page.getByRole('button', { name: 'evil' }).count(), 0);
 });
+
+test('labels say whose camera it is, as they change, and in what is saved', async (test) => {
+    const program = await live(test, '--label', 'host=cam7', '--label', 'lamp=süd', '-');
+    const page = await visit(test, program.address);
+    await feed(program, climb(0, 3));
+    const labels = page.locator('.labels summary');
+    await labels.waitFor();
+    assert.equal(await labels.textContent(), 'host cam7lamp süd');
+    assert.equal(await page.locator('h1').textContent(), 'cam7');
+    // The camera's own hold, from there on.
+    await feed(program, `label lamp = off\n${climb(3, 5)}mark = süd\n${climb(5, 6)}`);
+    await showing(page, '#6 of 6');
+    assert.equal(await labels.textContent(), 'host cam7lamp off');
+    await page.getByRole('button', { name: 'süd', exact: true }).waitFor();
+
+    const [download] = await Promise.all([
+        page.waitForEvent('download'),
+        page.getByRole('button', { name: 'Save' }).click(),
+    ]);
+    const file = `${scratch}/labelled.html`;
+    await download.saveAs(file);
+    const saved = await open(test, file);
+    await showing(saved, '#6 of 6');
+    assert.equal(await saved.locator('.labels summary').textContent(), 'host cam7lamp off');
+});

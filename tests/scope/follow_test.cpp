@@ -96,7 +96,8 @@ TEST(Follower, TellsStateReferenceMarksAndTheEnd)
     follower.begin("pipe");
     EXPECT_EQ(follower.news(), "");
 
-    const std::string text = "mark = lamp on\n" + snapshot(1, 8) + snapshot(2, 9);
+    const std::string text =
+        "mark = lamp on\nlabel host = cam1\n" + snapshot(1, 8) + snapshot(2, 9);
     Reader live{std::string_view(text)};
     follower.add(*live.next());
     follower.add(*live.next());
@@ -104,6 +105,8 @@ TEST(Follower, TellsStateReferenceMarksAndTheEnd)
     json news = json::parse(follower.news());
     EXPECT_EQ(news["add"].size(), 2U);
     EXPECT_EQ(news["add"][0]["marks"], json({"lamp on"}));
+    EXPECT_EQ(news["add"][0]["labels"], json({{"host", "cam1"}}));
+    EXPECT_FALSE(news["add"][1].contains("labels"));
     EXPECT_EQ(news["add"][1]["fields"].size(), 1U);
     EXPECT_EQ(news["marks"], json::parse(R"([[1,1,"\"off\"\n"]])"));
     EXPECT_FALSE(news.contains("ended"));

@@ -664,6 +664,9 @@ TEST(ScopeDocuments, TheManualAndTheCompletionKnowVerbsAndOptions)
     for (const std::string word : {R"(intl.x.long\\\ k)", R"("'intl.x.long k")"})
         EXPECT_EQ(completed("series " + capture.path() + " " + word),
                   "intl.x.long\\ key intl.x.long\\ kez\n");
+    EXPECT_EQ(completed("series --label host = cam1 " + capture.path() + " share.f"),
+              "share.fps\n");
+    EXPECT_EQ(completed("live --la"), "--label\n");
     EXPECT_EQ(completed("response " + capture.path() + "#1-9 share.f"), "share.fps\n");
 }
 

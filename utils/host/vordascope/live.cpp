@@ -30,8 +30,9 @@ constexpr size_t PIECE = size_t{256} << 10;
 class Source
 {
 public:
-    Source(const std::string &file, Follower &follower)
-        : follower_(follower), name_(is_standard_input(file) ? "standard input" : shown(file))
+    Source(const std::string &file, std::vector<Label> labels, Follower &follower)
+        : follower_(follower), labels_(std::move(labels)),
+          name_(is_standard_input(file) ? "standard input" : shown(file))
     {
         fd_ = is_standard_input(file) ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC);
         struct stat status = {};
@@ -42,7 +43,7 @@ public:
         else
             ready_ = true;
         grows_ = ready_ && fd_ != STDIN_FILENO && S_ISREG(status.st_mode);
-        reader_.emplace();
+        begin();
     }
     ~Source()
     {
@@ -78,6 +79,13 @@ public:
     }
 
 private:
+    void begin()
+    {
+        reader_.emplace();
+        for (const Label &label : labels_)
+            reader_->add_label(label);
+    }
+
     void take()
     {
         while (const Snapshot *snapshot = reader_->next())
@@ -92,11 +100,12 @@ private:
             return false;
         reader_->end();
         take();
-        reader_.emplace();
+        begin();
         return lseek(fd_, 0, SEEK_SET) == 0;
     }
 
     Follower &follower_;
+    const std::vector<Label> labels_;
     std::string name_;
     int fd_ = -1;
     bool ready_ = false;
@@ -237,7 +246,7 @@ int live(const LiveOptions &options)
             return TROUBLE;
         follower.hold_against(reference.name(), reference.snapshot());
     }
-    Source source(options.file, follower);
+    Source source(options.file, read_labels(options.labels), follower);
     if (!source.ready())
         return TROUBLE;
     follower.begin(source.name());

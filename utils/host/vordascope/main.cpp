@@ -259,6 +259,7 @@ void add_live(CommandLine &line)
     verb->add_option("--port", options.port, "Listen on port N, not on any that is free")
         ->type_name("N");
     verb->add_flag("--no-browser", options.no_browser, "Open no browser, print the address only");
+    add_labels(verb, options.labels);
     verb->add_option("--reference", options.reference, "Hold everything against this snapshot")
         ->type_name("FILE[#N]");
     verb->add_option("FILE", options.file, "What to follow; a file may go on growing")->required();

@@ -160,6 +160,15 @@ std::optional<uint32_t> Model::run_of(const Snapshot &snapshot)
     return index;
 }
 
+// Returns whether they are others than before.
+bool Model::add_labels(Run &run, const Snapshot &snapshot)
+{
+    if (run.labels == snapshot.labels)
+        return false;
+    run.labels = snapshot.labels;
+    return true;
+}
+
 // What a snapshot says of itself.
 void Model::add_origin(Run &run, const Snapshot &snapshot)
 {
@@ -179,7 +188,6 @@ void Model::add_origin(Run &run, const Snapshot &snapshot)
         run.missed.emplace_back(at, snapshot.missed);
     for (const std::string_view mark : snapshot.marks)
         run.marks.emplace_back(at, mark);
-    run.labels = snapshot.labels;
     if (snapshot.cut)
         run.cut.push_back(at);
     files_[run.file].snapshots++;
@@ -320,6 +328,7 @@ std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *ne
     Run &run = runs_[*index];
     newest_run_ = *index;
     const uint32_t at = run.end;
+    const bool labelled = add_labels(run, snapshot);
     add_origin(run, snapshot);
 
     const std::vector<std::string> nodes = paths_of_nodes(snapshot);
@@ -348,13 +357,13 @@ std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *ne
         ((changed += ",\"") += column->kind) += "\"]";
     }
     if (news != nullptr)
-        append_news(*news, *index, snapshot, names_before, changed);
+        append_news(*news, *index, snapshot, names_before, labelled, changed);
     return Place{*index, at};
 }
 
 // What add() has to tell of the newest snapshot of a run.
 void Model::append_news(std::string &out, uint32_t index, const Snapshot &snapshot,
-                        size_t names_before, std::string_view changed) const
+                        size_t names_before, bool labelled, std::string_view changed) const
 {
     const Run &run = runs_[index];
     const uint32_t at = run.end - 1;
@@ -386,8 +395,10 @@ void Model::append_news(std::string &out, uint32_t index, const Snapshot &snapsh
     out += "\"marks\":";
     append_list(out, snapshot.marks.size(),
                 [&](size_t i) { put_json_string(snapshot.marks[i], out); });
-    out += ",\"labels\":";
-    append_labels(out, run);
+    if (labelled) {
+        out += ",\"labels\":";
+        append_labels(out, run);
+    }
     out += snapshot.cut ? ",\"cut\":true" : ",\"cut\":false";
     out += ",\"names\":";
     append_list(out, names_.size() - names_before,

@@ -104,7 +104,8 @@ public:
     //     {"run":0,"snapshot":15000,         where it is
     //      "begin":{"file":…,"dev_idx":…,"path_idx":…},   only of the first of a run
     //      "number":15001,"time":"9.50","frame":375,"missed":0,    time, frame: null where unknown
-    //      "marks":["…"],"labels":{…},
+    //      "marks":["…"],
+    //      "labels":{…},                      only where they are others than before
     //      "cut":false,
     //      "names":[…],                      that are new, behind those that are known
     //      "fields":[[2,8000,"number"], …],  name, VALUE and kind of those that have changed
@@ -191,6 +192,7 @@ private:
     std::vector<Note> limits_reached() const;
     void add_unread(const Snapshot &snapshot);
     std::optional<uint32_t> run_of(const Snapshot &snapshot);
+    static bool add_labels(Run &run, const Snapshot &snapshot);
     void add_origin(Run &run, const Snapshot &snapshot);
     Column *column_of(Run &run, const Snapshot &snapshot, const Field &field,
                       const std::string &node, size_t expected);
@@ -201,7 +203,7 @@ private:
     static void sample(Column &column, uint32_t at);
 
     void append_news(std::string &out, uint32_t index, const Snapshot &snapshot,
-                     size_t names_before, std::string_view changed) const;
+                     size_t names_before, bool labelled, std::string_view changed) const;
     void append_notes(std::string &out) const;
     void append_run(std::string &out, uint32_t index) const;
     static void append_origin(std::string &out, const Run &run);

@@ -95,10 +95,11 @@ struct ReportOptions {
 int report(const ReportOptions &options);
 
 struct LiveOptions {
-    std::string file;      // or standard input
-    std::string reference; // FILE, FILE#N or FILE#last, or empty
-    double keep = 300;     // seconds
-    uint16_t port = 0;     // 0: one of the system's choice
+    std::string file;                // or standard input
+    std::vector<std::string> labels; // "KEY=VALUE", which it has besides its own
+    std::string reference;           // FILE, FILE#N or FILE#last, or empty
+    double keep = 300;               // seconds
+    uint16_t port = 0;               // 0: one of the system's choice
     bool no_browser = false;
 };
 

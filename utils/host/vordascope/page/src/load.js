@@ -3,7 +3,7 @@
 // the page gets a model (see model.h): input that cannot be read is a note in it.
 
 import { contentOf, inflated } from './inflate.js';
-import { VERSION } from './model.js';
+import { textOf, VERSION } from './model.js';
 import { readModel } from './reader.js';
 import { startTools } from './tools.js';
 
@@ -12,9 +12,7 @@ const understood = (json) => named(JSON.parse(json));
 
 /** A model with the names of its files, which come as bytes, as people read them: UTF-8. */
 export function named(model) {
-    const read = (bytes) =>
-        new TextDecoder().decode(Uint8Array.from(bytes, (c) => c.charCodeAt(0)));
-    return { ...model, files: model.files.map(read) };
+    return { ...model, files: model.files.map(textOf) };
 }
 
 /** Bytes as base64 of what deflates them. */

@@ -39,6 +39,13 @@ export function extent(numbers) {
     return low <= high ? [low, high] : [Number.NaN, Number.NaN];
 }
 
+/** A text that comes as bytes, as people read it: UTF-8. */
+export const textOf = (bytes) =>
+    new TextDecoder().decode(Uint8Array.from(bytes, (c) => c.charCodeAt(0)));
+
+/** What a capture says of itself: [key, value] each. */
+const labelsOf = (labels) => Object.entries(labels).map(([key, value]) => [key, textOf(value)]);
+
 /** A list in rows of so many. */
 const inRows = (list, columns) =>
     Array.from({ length: Math.ceil(list.length / columns) }, (_, row) =>
@@ -258,7 +265,8 @@ export class Run {
         this.file = files[run.file] ?? '';
         /** The path in vorda's own words. */
         this.path = `dev_idx ${run.dev_idx}, path_idx ${run.path_idx}`;
-        /** What people know it by, see runs.js. */
+        /** What people know its capture by, and it; see runs.js. */
+        this.capture = this.file;
         this.name = this.file;
         this.fields = run.fields.map((field) => new Field(names[field.name], field, this));
         for (const field of this.fields) this.#byName.set(field.name, field);
@@ -267,7 +275,7 @@ export class Run {
         this.missed = new Map(run.missed);
         /** What was noted at snapshots: [n, text]. */
         this.marks = run.marks;
-        this.labels = run.labels;
+        this.labels = labelsOf(run.labels);
         this.#numbers = new Course(run.number);
         this.#times = run.time && new Course(run.time);
         const times = this.#times?.numbers(this.length);
@@ -282,7 +290,7 @@ export class Run {
      * @param {Array} names of all fields, those of the news included
      * @returns {boolean} whether other fields vary than before, or are there
      */
-    append({ number: place, time, missed, marks, cut, fields, gone }, names) {
+    append({ number: place, time, missed, marks, labels, cut, fields, gone }, names) {
         const n = this.length;
         this.length = n + 1;
         this.#numbers.append(n, place);
@@ -298,6 +306,7 @@ export class Run {
         if (missed > 0) this.missed.set(n, missed);
         if (cut) this.cut.add(n);
         for (const text of marks) this.marks.push([n, text]);
+        if (labels) this.labels = labelsOf(labels);
         let reshaped = false;
         for (const [name, value, kind] of fields) {
             const known = this.#byNumber(name, names);
@@ -340,6 +349,11 @@ export class Run {
     /** The field of that name, undefined where no snapshot has it. */
     field(name) {
         return this.#byName.get(name);
+    }
+
+    /** What a label says; '' where it is not given. */
+    label(key) {
+        return this.labels.find(([name]) => name === key)?.[1] ?? '';
     }
 
     /** A snapshot in few words: "#63 · 3.04 s". */

@@ -228,7 +228,7 @@ function showRun(root, runs, options) {
     const told = said ? el('p', { class: 'notice', role: 'alert' }, said) : null;
     const content = [told, ...notices(runs.models), ...places].filter(Boolean);
     root.replaceChildren(bar.element, el('main', {}, content), help);
-    document.title = `${runs.files.join(', ')} – vordascope`;
+    document.title = `${runs.captures.join(', ')} – vordascope`;
     store.listen(update);
     update(store.view, new Set(Object.keys(store.view)));
     listenToKeys(actions, signal);

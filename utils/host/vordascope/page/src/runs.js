@@ -1,17 +1,58 @@
 // The runs that the page holds: of what was baked in and of all that was dropped, pasted or opened.
 import { Run } from './model.js';
 
-/** Names of the runs of one model: the file's; with the path and a count where that is not enough. */
+/** What came from no file is known by its labels. */
+const NAMELESS = ['standard input', 'pasted text'];
+
+/** So many labels are looked at for a name, and so much of one stands in it. */
+const LABELS = 20;
+const LENGTH = 40;
+
+/** A text on one line, in the order of its characters. */
+const plain = (text) => text.replace(/[\p{C}\s]+/gu, ' ').trim();
+
+function inName(value) {
+    const text = [...plain(value)];
+    return text.slice(0, LENGTH).join('') + (text.length > LENGTH ? '…' : '');
+}
+
+function groups(runs, key) {
+    const found = new Map();
+    for (const run of runs) found.set(run[key], [...(found.get(run[key]) ?? []), run]);
+    return [...found.values()];
+}
+
+/** The keys of the labels that tell runs apart, as few of the first ones as do. */
+function telling(runs) {
+    const keys = new Set(runs.flatMap(({ labels }) => labels.slice(0, LABELS).map(([key]) => key)));
+    const chosen = [];
+    const apart = (keys) =>
+        new Set(runs.map((run) => keys.map((key) => run.label(key)).join('\n'))).size;
+    for (const key of keys) if (apart([...chosen, key]) > apart(chosen)) chosen.push(key);
+    return chosen;
+}
+
+/** Names runs: by the file or by labels; with the path and a count where that is not enough. */
 function nameRuns(runs) {
-    const several = (list) => new Set(list).size > 1;
-    for (const run of runs) {
-        const ofFile = runs.filter(({ file }) => file === run.file);
-        const ofPath = ofFile.filter(({ path }) => path === run.path);
-        const parts = [run.file];
-        if (several(ofFile.map(({ path }) => path))) parts.push(run.path);
-        if (ofPath.length > 1) parts.push(`run ${ofPath.indexOf(run) + 1}`);
-        run.name = parts.join(' · ');
+    for (const same of groups(runs, 'file')) {
+        const keys = telling(same);
+        for (const run of same) {
+            const told = keys.map((key) => inName(run.label(key))).filter(Boolean);
+            const nameless = NAMELESS.includes(run.file);
+            if (nameless && told.length === 0) told.push(inName(run.labels[0]?.[1] ?? ''));
+            const parts = nameless && told[0] ? told : [plain(run.file), ...told];
+            run.capture = parts.filter(Boolean).join(' · ');
+            run.name = run.capture;
+        }
     }
+    for (const same of groups(runs, 'capture'))
+        if (groups(same, 'path').length > 1)
+            for (const run of same) run.name = `${run.capture} · ${run.path}`;
+    for (const same of groups(runs, 'name'))
+        if (same.length > 1)
+            same.forEach((run, i) => {
+                run.name += ` · run ${i + 1}`;
+            });
 }
 
 export class Runs {
@@ -27,9 +68,9 @@ export class Runs {
         return this.#models;
     }
 
-    /** The names of the files that they come from. */
-    get files() {
-        return [...new Set(this.all.map(({ file }) => file))];
+    /** The names of the captures that they come from. */
+    get captures() {
+        return [...new Set(this.all.map(({ capture }) => capture))];
     }
 
     /** Adds the runs of a model, see model.h. Returns them. */

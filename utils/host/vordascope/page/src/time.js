@@ -8,7 +8,7 @@ import { colourOf, el, setText } from './dom.js';
 import { chart, legend, padded } from './draw/chart.js';
 import { paintPale } from './draw/pale.js';
 import { COMPUTED, COURSES } from './known.js';
-import { extent, flat, Moment, printed } from './model.js';
+import { extent, flat, Moment, printed, textOf } from './model.js';
 import { overview } from './overview.js';
 import { moved, zoomed } from './zoom.js';
 
@@ -366,7 +366,7 @@ class TimeSection {
                 const place = this.run.placeOf(mark[0]);
                 const go = () => this.store.set({ n: mark[0] });
                 const more = { type: 'button', class: 'quiet', title: place, on: { click: go } };
-                return el('button', more, mark[1]);
+                return el('button', more, el('bdi', {}, textOf(mark[1])));
             }),
         );
     }

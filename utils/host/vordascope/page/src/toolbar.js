@@ -12,10 +12,43 @@ const awayButton = (run, actions, more) =>
         ...more,
     });
 
+/** A text of which nothing is hidden and nothing turns the others around. */
+const visible = (text) => text.replace(/\p{C}/gu, (c) => `\\u{${c.codePointAt(0).toString(16)}}`);
+
+/** So many labels show unopened. */
+const LABELS = 4;
+
+/** What the capture of a run says of itself: beside its name in few words, opened in full. */
+function labelsOf() {
+    const few = el('summary');
+    const all = el('dl');
+    let told = [];
+    const element = el('details', { class: 'labels', hidden: true }, few, all);
+    return {
+        element,
+        update({ labels }) {
+            if (labels === told) return;
+            told = labels;
+            const entries = labels.map(([key, value]) => [key, el('bdi', {}, visible(value))]);
+            element.hidden = labels.length === 0;
+            const rest = labels.length > LABELS ? ` and ${labels.length - LABELS} more` : '';
+            const short = entries.slice(0, LABELS);
+            few.replaceChildren(
+                ...short.map(([key, value]) => el('span', {}, `${key} `, value.cloneNode(true))),
+                rest,
+            );
+            all.replaceChildren(
+                ...entries.flatMap(([key, value]) => [el('dt', {}, key), el('dd', {}, value)]),
+            );
+        },
+    };
+}
+
 /** The name of what was read, and the buttons that are there for every capture. */
 function titleLine(runs, run, actions) {
-    const { files } = runs;
-    const named = files.length > 3 ? [...files.slice(0, 2), `${files.length - 2} more`] : files;
+    const { captures } = runs;
+    const more = captures.length - 2;
+    const named = more > 1 ? [...captures.slice(0, 2), `${more} more`] : captures;
     const search = el('input', {
         type: 'search',
         placeholder: 'Find a field ( / )',
@@ -26,18 +59,21 @@ function titleLine(runs, run, actions) {
         'aria-pressed': 'false',
     });
     const about = el('span', { class: 'about' });
+    const labels = labelsOf();
     return {
         search,
         only,
         update() {
             const count = run.length > 1 ? `${run.length} snapshots, ` : '';
             setText(about, `${run.path} · ${count}${run.fields.length} fields`);
+            labels.update(run);
         },
         element: el(
             'div',
             { class: 'title-line' },
-            el('h1', { title: files.join('\n') }, named.join(', ')),
+            el('h1', { title: captures.join('\n') }, named.join(', ')),
             about,
+            labels.element,
             el(
                 'span',
                 { class: 'tools' },
