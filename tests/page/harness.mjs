@@ -78,17 +78,25 @@ let browser;
 after(() => browser?.close());
 
 /**
- * Opens a page from file://. When the test ends, the page must have asked for nothing but its own
+ * Opens a page from file://, or an address. Of `options`, `expected` matches what it may say on the
+ * console, the others are those of a browser's window. When the test ends, the page must have asked for nothing but its own
  * file and have said nothing on the console.
  * @returns playwright's page
  */
-export async function open(test, file, { width = 1280, height = 900, colorScheme = 'light' } = {}) {
+export async function open(test, file, options = {}) {
+    const { width = 1280, height = 900, expected = /^$/, ...more } = options;
     browser ??= await launch();
-    const context = await browser.newContext({ viewport: { width, height }, colorScheme });
+    const context = await browser.newContext({
+        viewport: { width, height },
+        colorScheme: 'light',
+        ...more,
+    });
     const page = await context.newPage();
-    const url = pathToFileURL(file).href;
+    const url = file.startsWith('http:') ? file : pathToFileURL(file).href;
     const heard = [];
-    page.on('console', (message) => heard.push(`console: ${message.text()}`));
+    page.on('console', (message) => {
+        if (!expected.test(message.text())) heard.push(`console: ${message.text()}`);
+    });
     page.on('pageerror', (error) => heard.push(`error: ${error.stack}`));
     page.on('request', (request) => {
         if (request.url() !== url) heard.push(`request: ${request.url()}`);

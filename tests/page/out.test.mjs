@@ -1,7 +1,9 @@
 // What leaves the page and what it says of time: playing, progress, charts and numbers as files.
 import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
+import { createServer } from 'node:http';
 import { test } from 'node:test';
-import { drop, emptyPage, open } from './harness.mjs';
+import { capture, drop, emptyPage, open, report, write } from './harness.mjs';
 
 /** Snapshots of one path: of each its lines, below what is known of its time. */
 const recording = (snapshots) =>
@@ -93,4 +95,86 @@ test('while a large capture is read the page says how far, and stays alive', asy
         seen.toSorted((p, q) => p - q),
     );
     assert.equal(await page.$('.progress'), null);
+});
+
+/** Serves a page with a header that says what it may do; returns its address. */
+async function serve(t, file, policy) {
+    const server = createServer((_, response) => {
+        response.setHeader('Content-Type', 'text/html');
+        response.setHeader('Content-Security-Policy', policy);
+        response.end(readFileSync(file));
+    });
+    t.after(() => {
+        server.close();
+        server.closeAllConnections();
+    });
+    await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+    return `http://127.0.0.1:${server.address().port}/`;
+}
+
+const rows = (page) =>
+    page.$$eval('tr', (all) =>
+        all.map((row) => [...row.children].map((cell) => cell.textContent.trim())),
+    );
+
+test('where scripts are blocked the page has key figures and differences', async (t) => {
+    const one = capture().toString('latin1');
+    const other = one
+        .replace('share.inttime = 8000', 'share.inttime = 40000')
+        .replace('share.color_temp', 'share.<img src=x onerror=alert(1)> = 1\nshare.color_temp');
+    const file = report('plain.html', write('a&b.txt', one), write('b.txt', other));
+    const policies = [
+        'sandbox',
+        "sandbox allow-same-origin; default-src 'none'; img-src 'self'; style-src 'self';",
+        "script-src 'none'",
+    ];
+    const expected = /sandboxed|Content Security Policy|violates/;
+    const pages = [await open(t, file, { javaScriptEnabled: false })];
+    for (const policy of policies)
+        pages.push(await open(t, await serve(t, file, policy), { expected }));
+    for (const page of pages) {
+        const shown = await rows(page);
+        assert.deepEqual(shown[0], [
+            '',
+            'A: a&b.txt#1: dev_idx = 0, path_idx = 0',
+            'B: b.txt#1: dev_idx = 0, path_idx = 0',
+        ]);
+        assert.deepEqual(shown[1], ['Exposure time', '8000', '40000']);
+        assert.deepEqual(shown.slice(-2), [
+            ['share', 'inttime', '8000 -> 40000  (+32000, +400 %)'],
+            [
+                'lines that are not understood',
+                '',
+                'only in B: share.<img src=x onerror=alert(1)> = 1',
+            ],
+        ]);
+        assert.match(await page.innerText('main'), /1 of \d+ fields differ/);
+        assert.ok(await page.isVisible('main'));
+    }
+    // With scripts the page itself is in that place.
+    const whole = await open(t, file);
+    await whole.waitForSelector('.bar');
+    assert.deepEqual(await whole.$$('main h1'), []);
+});
+
+test('of one run without scripts the first and the last show, and no more than there is room for', async (t) => {
+    const lines = (value) => Array.from({ length: 9000 }, (_, i) => `share.a${i} = <b>${value}`);
+    const text = recording([1, 2, 3].map((value) => ({ lines: [`share.fps = ${value}`] })));
+    const page = await open(t, report('run.html', write('run.txt', text)), {
+        javaScriptEnabled: false,
+    });
+    assert.deepEqual((await rows(page))[1], ['Frame rate', '1', '3']);
+    const single = await open(t, report('one.html', write('one.txt', capture())), {
+        javaScriptEnabled: false,
+    });
+    assert.deepEqual((await rows(single))[1], ['Exposure time', '8000']);
+    assert.doesNotMatch(await single.innerText('main'), /differ/);
+    const many = recording([1, 2].map((value) => ({ lines: lines(value) })));
+    const file = report('many.html', write('many.txt', many));
+    const html = readFileSync(file, 'latin1');
+    const size = html.indexOf('</main>') - html.indexOf('<main>');
+    assert.ok(size > 190_000 && size < 201_000, String(size));
+    const bounded = await open(t, file, { javaScriptEnabled: false });
+    assert.match(await bounded.innerText('main'), /9000 of 9000 fields differ; there is no room/);
+    assert.equal(await bounded.$('b'), null);
 });

@@ -339,6 +339,13 @@ bool ItemDifferences::same() const
                        [](const Difference &difference) { return difference.warning; });
 }
 
+char ItemDifferences::only_side() const
+{
+    if (fields < 2)
+        return '\0';
+    return only_a == fields ? 'A' : only_b == fields ? 'B' : '\0';
+}
+
 Comparison compare(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
                    std::string_view name_b)
 {
@@ -355,14 +362,11 @@ void put_report(const ItemDifferences &item, std::string_view name_a, std::strin
 {
     if (item.differences.empty())
         return;
-    for (const auto &[only, name] :
-         {std::pair(item.only_a, name_a), std::pair(item.only_b, name_b)}) {
-        if (only == item.fields && only > 1) {
-            out += item.item + ": only in ";
-            put_shown(name, out);
-            out += " (" + std::to_string(only) + " fields)\n";
-            return;
-        }
+    if (const char side = item.only_side(); side != '\0') {
+        out += item.item + ": only in ";
+        put_shown(side == 'A' ? name_a : name_b, out);
+        out += " (" + std::to_string(item.fields) + " fields)\n";
+        return;
     }
     size_t width = 0;
     for (const Difference &difference : item.differences)

@@ -22,6 +22,9 @@ struct ItemDifferences {
     size_t only_b = 0;
 
     bool same() const;
+
+    // 'A' or 'B': all of several fields are in that snapshot alone; 0 where they are not.
+    char only_side() const;
 };
 
 struct Comparison {

@@ -6,14 +6,16 @@
 #include <cstdint>
 
 #ifdef VORDASCOPE_PAGE
-// The file itself becomes part of the program: one binary to copy, and no path to look for.
-asm(".section .rodata\n"
-    ".global vordascope_page_begin\n"
-    "vordascope_page_begin: .incbin \"" VORDASCOPE_PAGE "\"\n"
-    ".global vordascope_page_end\n"
-    "vordascope_page_end:\n"
-    ".previous\n");
-extern "C" const char vordascope_page_begin[], vordascope_page_end[];
+// The files themselves become part of the program: one binary to copy, and no path to look for.
+#define VORDASCOPE_EMBED(name, file)                                     \
+    asm(".section .rodata\n"                                             \
+        ".global " name "_begin\n" name "_begin: .incbin \"" file "\"\n" \
+        ".global " name "_end\n" name "_end:\n"                          \
+        ".previous\n")
+VORDASCOPE_EMBED("vordascope_page", VORDASCOPE_PAGE);
+VORDASCOPE_EMBED("vordascope_figures", VORDASCOPE_FIGURES);
+extern "C" const char vordascope_page_begin[], vordascope_page_end[], vordascope_figures_begin[],
+    vordascope_figures_end[];
 #endif
 
 namespace vordascope
@@ -22,6 +24,7 @@ namespace vordascope
 namespace
 {
 
+constexpr std::string_view PLACE = "<div id=\"page\">";
 constexpr std::string_view CAPTURES = "<script type=\"application/octet-stream\" id=\"captures\">";
 
 void append_base64(std::string &out, std::string_view bytes)
@@ -48,12 +51,22 @@ std::string_view empty_page()
 #endif
 }
 
-std::optional<std::string> page_with(std::string_view page, std::string_view model)
+std::string_view page_figures()
 {
-    const size_t found = page.find(CAPTURES);
-    if (found == std::string_view::npos)
+#ifdef VORDASCOPE_PAGE
+    return {vordascope_figures_begin, vordascope_figures_end};
+#else
+    return {};
+#endif
+}
+
+std::optional<std::string> page_with(std::string_view page, std::string_view model,
+                                     std::string_view plain)
+{
+    const size_t shown = page.find(PLACE) + PLACE.size();
+    const size_t captures = page.find(CAPTURES) + CAPTURES.size();
+    if (shown < PLACE.size() || captures < shown)
         return {};
-    const size_t place = found + CAPTURES.size();
 
     uLongf size = compressBound(model.size());
     std::string deflated(size, '\0');
@@ -63,10 +76,10 @@ std::optional<std::string> page_with(std::string_view page, std::string_view mod
     deflated.resize(size);
 
     std::string out;
-    out.reserve(page.size() + deflated.size() / 3 * 4 + 4);
-    out.append(page, 0, place);
+    out.reserve(page.size() + plain.size() + deflated.size() / 3 * 4 + 4);
+    out.append(page, 0, shown).append(plain).append(page, shown, captures - shown);
     append_base64(out, deflated);
-    out.append(page, place);
+    out.append(page, captures);
     return out;
 }
 

@@ -3,6 +3,7 @@
 
 #include "json.h"
 #include "learn.h"
+#include "plain.h"
 #include "report.h"
 #include "series.h"
 
@@ -243,13 +244,16 @@ int report(const ReportOptions &options)
     }
 
     Model model(options.pictures);
+    Plain plain;
     int status = YES;
     for (const std::string &file : options.files) {
         Input input(file, read_labels(options.labels));
-        model.begin_file(title_of(file, options.files));
+        const std::string title = title_of(file, options.files);
+        model.begin_file(title);
         uint64_t unread = 0;
         const int read = read_all(input, [&](const Snapshot &snapshot) {
-            model.add(snapshot);
+            if (const std::optional<Model::Place> place = model.add(snapshot))
+                plain.add(snapshot, place->run, title);
             unread += snapshot.unread_count;
             return true;
         });
@@ -262,7 +266,8 @@ int report(const ReportOptions &options)
     }
     for (const std::string &text : model.left_out())
         complain(text);
-    const std::optional<std::string> page = page_with(empty_page(), model.json());
+    const std::optional<std::string> page =
+        page_with(empty_page(), model.json(), plain.html(page_figures()));
     if (!page) {
         complain("not enough memory for the page");
         return TROUBLE;

@@ -3,12 +3,14 @@
 //
 //     node build.mjs OUT.html [READER.wasm]
 //
+// OUT.html.figures gets the names and fields of its key figures, a line each, for what is baked in.
 // Without a reader the page shows what `vordascope report` bakes in, and reads no capture itself.
 import { createHash } from 'node:crypto';
 import { readFileSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import { deflateSync } from 'node:zlib';
 import { build } from 'esbuild';
+import { FIGURES } from './src/known.js';
 
 const [out, reader] = process.argv.slice(2);
 if (!out) {
@@ -61,3 +63,4 @@ const html = readFileSync(here('index.html'), 'utf8').replace(
     (_, name) => parts[name],
 );
 writeFileSync(out, html);
+writeFileSync(`${out}.figures`, FIGURES.map((figure) => `${figure.join('\t')}\n`).join(''));
