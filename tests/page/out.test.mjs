@@ -178,3 +178,109 @@ test('of one run without scripts the first and the last show, and no more than t
     assert.match(await bounded.innerText('main'), /9000 of 9000 fields differ; there is no room/);
     assert.equal(await bounded.$('b'), null);
 });
+
+/** What the choice of a card gives as a file: its name and its bytes. */
+async function saved(page, title, way) {
+    const choice = page.locator(`[data-title="${title}"] select.save`).first();
+    const [download] = await Promise.all([
+        page.waitForEvent('download'),
+        choice.selectOption({ label: way }),
+    ]);
+    return [download.suggestedFilename(), readFileSync(await download.path())];
+}
+
+test('charts and their numbers leave the page as files', async (t) => {
+    const lines = (n) => [
+        `share.sensor_gain = ${1000 + n}`,
+        `share.sys_gain = ${2000 + 10 * n}.50`,
+        '=== stat.lum ===',
+        'Regional Luminance average:',
+        ' 1, 2, 3,',
+        ` 4, 5, ${6 + n},`,
+        '=== cfg.dms ===',
+        'odd = =1+1',
+    ];
+    const content = recording(
+        Array.from({ length: 6 }, (_, n) => ({ head: [`time = ${n / 2}`], lines: lines(n) })),
+    );
+    for (const colorScheme of ['light', 'dark']) {
+        const page = await show(t, content, { colorScheme });
+        const [name, svg] = await saved(page, 'Gains', 'SVG');
+        assert.equal(name, 'gains.svg');
+        // It is a picture for whatever reads pictures: its title, the legend, axes, lines in colour.
+        const drawn = await page.evaluate((text) => {
+            const { documentElement } = new DOMParser().parseFromString(text, 'image/svg+xml');
+            return {
+                root: documentElement.tagName,
+                texts: [...documentElement.querySelectorAll('text')].map((one) => one.textContent),
+                strokes: [...documentElement.querySelectorAll('path')].map((one) =>
+                    one.getAttribute('stroke'),
+                ),
+                ground: documentElement.querySelector('rect').getAttribute('fill'),
+            };
+        }, svg.toString());
+        assert.equal(drawn.root, 'svg');
+        for (const text of ['Gains', 'sensor', 'total', '2 s', '2000'])
+            assert.ok(drawn.texts.includes(text), `${text} of ${drawn.texts}`);
+        const colour = (name) =>
+            page.evaluate(
+                (name) => getComputedStyle(document.documentElement).getPropertyValue(name),
+                name,
+            );
+        for (const line of ['--line0', '--line1'])
+            assert.ok(drawn.strokes.includes(await colour(line)), `${line} of ${drawn.strokes}`);
+        const ground = (await colour('--card')).slice(1);
+        const [red, green, blue] = ground.match(/../g).map((part) => Number.parseInt(part, 16));
+        assert.ok([`#${ground}`, `rgb(${red},${green},${blue})`].includes(drawn.ground));
+
+        const [, png] = await saved(page, 'Luminance by region', 'PNG');
+        const colours = await page.evaluate(async (base64) => {
+            const bytes = Uint8Array.from(atob(base64), (c) => c.charCodeAt(0));
+            const picture = await createImageBitmap(new Blob([bytes]));
+            const canvas = new OffscreenCanvas(picture.width, picture.height);
+            const context = canvas.getContext('2d');
+            context.drawImage(picture, 0, 0);
+            const { data } = context.getImageData(0, 0, picture.width, picture.height);
+            const seen = new Set(new Uint32Array(data.buffer));
+            return { corner: [...data.slice(0, 3)], count: seen.size };
+        }, png.toString('base64'));
+        assert.deepEqual(colours.corner, [red, green, blue]);
+        assert.ok(colours.count > 6, `${colours.count} colours`);
+
+        const [, numbers] = await saved(page, 'Gains', 'TSV');
+        const rows = numbers.toString().split('\n');
+        assert.equal(rows[0], '#\ttime\tsensor\ttotal');
+        assert.equal(rows[6], '6\t2.5\t1005\t2050.50');
+        assert.equal(rows.length, 8);
+        const [, grid] = await saved(page, 'Luminance by region', 'TSV');
+        assert.equal(grid.toString(), 'stat.lum.Regional Luminance average\n1\t2\t3\n4\t5\t11\n');
+        // Two snapshots have a column each.
+        await page.keyboard.press('c');
+        await page.keyboard.press('Home');
+        await page.waitForSelector('.reference-line:not([hidden])');
+        const [, both] = await saved(page, 'Luminance by region', 'TSV');
+        assert.match(
+            both.toString(),
+            /^A stat.*\n1\t2\t3\n4\t5\t11\nB stat.*\n1\t2\t3\n4\t5\t6\n$/,
+        );
+    }
+});
+
+test('what is copied from a table is what a spreadsheet takes', async (t) => {
+    const page = await show(t, capture());
+    const copied = (selector) =>
+        page.$eval(selector, (element) => {
+            const selection = window.getSelection();
+            selection.selectAllChildren(element);
+            return selection.toString();
+        });
+    await page.fill('input[type=search]', 'share.inttime');
+    await page.waitForSelector('.item[open] .fields');
+    assert.match(await copied('.item[open] .fields'), /inttime\s+8000/);
+    assert.doesNotMatch(await copied('.item[open] .fields'), /copy/);
+    await page.fill('input[type=search]', '');
+    await page.locator('[data-title="Colour correction matrix"] .sum').first().waitFor();
+    const matrix = await copied('[data-title="Colour correction matrix"] .numbers');
+    assert.match(matrix, /\d/);
+    assert.doesNotMatch(matrix, /Σ/);
+});

@@ -20,6 +20,7 @@ export const currentLayout = () => layout;
  */
 export function canvas(paint, { ratio, height, width, label, className = '' }) {
     const element = el('canvas', { role: 'img', 'aria-label': label, class: className });
+    element.paint = paint;
     element.style.width = width ? `${width}px` : '100%';
     if (height) element.style.height = `${height}px`;
     else element.style.aspectRatio = String(1 / ratio);

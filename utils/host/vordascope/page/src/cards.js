@@ -8,6 +8,7 @@ import { table } from './draw/table.js';
 import { SECTIONS } from './known.js';
 import { hold } from './lifetime.js';
 import { printed, same } from './model.js';
+import { numbersOf, saver } from './out.js';
 import { plan } from './plan.js';
 import { differ } from './sources.js';
 
@@ -51,6 +52,7 @@ class Card {
                 el('h3', {}, entry.title),
                 this.changed,
                 el('code', {}, [entry.item, entry.block].filter(Boolean).join(' · ')),
+                saver(entry.title, this, () => numbersOf(entry.fields, this.view)),
             ),
             this.state,
             this.thinned,

@@ -4,6 +4,7 @@
 // with; else the view holds, and what arrives waits until somebody returns to now.
 import { el, setText } from './dom.js';
 import { named, pageWith } from './load.js';
+import { save } from './out.js';
 
 /** So much may wait while the view holds, in characters; more is fetched anew. */
 const WAITING = 1 << 25;
@@ -14,13 +15,6 @@ const CHARTS_PART = 3;
 
 /** From one look at whether new fields want charts of their own to the next. */
 const RESHAPE_PAUSE = 3000;
-
-const save = (name, html) => {
-    const link = el('a', { href: URL.createObjectURL(new Blob([html], { type: 'text/html' })) });
-    link.download = name;
-    link.click();
-    setTimeout(() => URL.revokeObjectURL(link.href), 1000);
-};
 
 export class Live {
     #runs;
@@ -256,7 +250,7 @@ export class Live {
     /** Saves all that the server has, or had at its end, as `report` would. */
     async save() {
         const model = this.#last ?? (await wholeModel());
-        save('live.html', await pageWith(model));
+        save('live.html', new Blob([await pageWith(model)], { type: 'text/html' }));
     }
 }
 

@@ -9,6 +9,7 @@ import { chart, legend, padded } from './draw/chart.js';
 import { paintPale } from './draw/pale.js';
 import { COMPUTED, COURSES } from './known.js';
 import { extent, flat, Moment, printed, textOf } from './model.js';
+import { inRows, saver } from './out.js';
 import { overview } from './overview.js';
 import { moved, zoomed } from './zoom.js';
 
@@ -115,6 +116,7 @@ class Card {
                 {},
                 el('h3', {}, title),
                 el('code', {}, note || (names.length === 1 ? names[0] : names[0].split('.')[0])),
+                saver(title, this, () => this.numbers()),
                 removal && el('button', removal, '×'),
             ),
             this.legend.element,
@@ -215,6 +217,25 @@ class Card {
         const fresh = !this.chart.plot;
         this.chart.show([this.section.axes.now, ...gaps]);
         if (fresh) this.chart.plot.over.append(...this.markers);
+    }
+
+    /** What shows as numbers: a column a line, those of the other run behind them. */
+    numbers() {
+        const [from, to] = this.section.part();
+        const { now, before, run } = this.section.axes;
+        const columnsOf = (side, of, axis) => {
+            const places = [...axis.keys()].filter((n) => axis[n] >= from && axis[n] <= to);
+            return [
+                [`${side}#`, ...places.map((n) => n + 1)],
+                ...(of.timed ? [[`${side}time`, ...places.map((n) => of.axis[n])]] : []),
+                ...this.lines.map(({ path, name, text }) => [
+                    `${side}${this.lines.length > 1 ? name : path}`,
+                    ...places.map((n) => text(of, n)),
+                ]),
+            ];
+        };
+        const own = columnsOf(run ? 'B ' : '', this.section.run, now);
+        return inRows([...own, ...(run ? columnsOf('A ', run, before) : [])]);
     }
 
     /** Puts the markers and the selection where they belong. */

@@ -4,6 +4,7 @@ import { currentLayout } from '../canvas.js';
 import { colourOf, el, setText, sizeObserver } from '../dom.js';
 import { hold } from '../lifetime.js';
 import { short } from '../ticks.js';
+import { paintChart } from './paint.js';
 
 const FONT = '11px system-ui, sans-serif';
 
@@ -54,6 +55,8 @@ export function chart(options) {
     } = options;
     const element = el('div', { class: 'chart', role: 'img', 'aria-label': options.label });
     element.style.height = `${height}px`;
+    element.paint = (context) =>
+        plot && paintChart(context, plot, { lines, points, missing, under, xText });
     let plot = null;
     let measuredIn = currentLayout();
     let pressedAt = 0;

@@ -18,6 +18,16 @@ const brush = easel.getContext('2d', { willReadFrequently: true });
 /** Fills a canvas with a cell a value, in its colour; what is no number is left out. */
 export function paintCells(context, width, height, rows, colour) {
     const columns = widthOf(rows);
+    if (!context.drawImage) {
+        const [w, h] = [width / columns, height / rows.length];
+        rows.forEach((row, y) => {
+            row.forEach((value, x) => {
+                context.fillStyle = cssOf(colour(value));
+                if (!Number.isNaN(value)) context.fillRect(x * w, y * h, w, h);
+            });
+        });
+        return;
+    }
     const pixels = new ImageData(columns, Math.max(1, rows.length));
     rows.forEach((row, y) => {
         row.forEach((value, x) => {

@@ -3,14 +3,14 @@ import { placeOf } from '../course.js';
 import { colourOf } from '../dom.js';
 
 /** The points of a part of a line that so many pixels can show: of each column the least and the greatest. */
-function shown(values, from, to, columns) {
+export function shown(values, from, to, columns) {
     const part = Math.ceil((to - from + 1) / columns);
     const points = [];
     for (let begin = from; begin <= to; begin += part) {
         let [least, most] = [begin, begin];
         for (let i = begin; i < begin + part && i <= to; i++) {
-            if (values[i] < values[least]) least = i;
-            if (values[i] > values[most]) most = i;
+            if (values[i] < values[least] || Number.isNaN(values[least])) least = i;
+            if (values[i] > values[most] || Number.isNaN(values[most])) most = i;
         }
         points.push(Math.min(least, most));
         if (least !== most) points.push(Math.max(least, most));

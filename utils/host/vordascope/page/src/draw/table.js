@@ -60,7 +60,7 @@ export function table(rows, { columns = null, coloured = false, sums = false } =
                         el(
                             'td',
                             { class: 'sum' },
-                            `Σ ${values.reduce((sum, v) => sum + Number(v), 0)}`,
+                            String(values.reduce((sum, v) => sum + Number(v), 0)),
                         ),
                     );
                 return el('tr', {}, name === '' ? null : el('th', { scope: 'row' }, name), cells);
