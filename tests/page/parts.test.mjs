@@ -3,7 +3,6 @@ import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
 import { inflateSync } from 'node:zlib';
-import { fromFragment, toFragment } from '../../utils/host/vordascope/page/src/fragment.js';
 import { PLAIN, SECTIONS } from '../../utils/host/vordascope/page/src/known.js';
 import { Moment, number, Run } from '../../utils/host/vordascope/page/src/model.js';
 import { plan } from '../../utils/host/vordascope/page/src/plan.js';
@@ -11,6 +10,8 @@ import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import { finder } from '../../utils/host/vordascope/page/src/search.js';
 import { steadyRange } from '../../utils/host/vordascope/page/src/sources.js';
 import { short, ticks } from '../../utils/host/vordascope/page/src/ticks.js';
+import { startTools } from '../../utils/host/vordascope/page/src/tools.js';
+import { fromFragment, toFragment } from '../../utils/host/vordascope/page/src/view.js';
 import { moved, zoomed } from '../../utils/host/vordascope/page/src/zoom.js';
 import { blockOf, capture, emptyPage, kept } from './harness.mjs';
 
@@ -159,6 +160,7 @@ test('a search takes every word, and values', async () => {
     const now = new Moment(run, 0);
     const found = (query) =>
         run.fields.filter((field) => finder(query).field(field, now)).map(({ key }) => key);
+    await startTools(reader);
     assert.deepEqual(found(''), ['fir.a', 'fir.b']);
     assert.deepEqual(found('FIR .A'), ['fir.a']);
     assert.deepEqual(found('nr.fir.b'), ['fir.b']);

@@ -251,7 +251,7 @@ test('a search leaves the fields and cards that match, and opens them', async (t
     await page.waitForFunction(() =>
         document.querySelector('.list .summary').textContent.startsWith('18 of'),
     );
-    assert.deepEqual(await shownSections(page), ['Noise', 'All fields']);
+    assert.deepEqual(await shownSections(page), ['Now', 'Noise', 'All fields']);
     const cards = await page.$$eval('.card[data-title]', (all) =>
         all.filter((card) => card.offsetParent).map((card) => card.dataset.title),
     );

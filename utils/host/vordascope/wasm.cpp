@@ -3,10 +3,10 @@
 // makes of them what `vordascope report` bakes into a page. One instance reads once.
 #include "compare.h"
 #include "decode.h"
+#include "filter.h"
 #include "model.h"
 #include "reader.h"
 #include "response.h"
-#include "select.h"
 
 #include <array>
 #include <cstring>
@@ -21,12 +21,21 @@ std::optional<vordascope::Reader> reader;
 std::vector<std::string> unpacking; // what is to be said of how the page unpacked the file
 std::string text;
 
+vordascope::Filter looked_for("");
+
 std::vector<double> values;
 std::array<double, 23> measured;
 
 double place(size_t at)
 {
     return at == vordascope::NOWHERE ? -1 : static_cast<double>(at);
+}
+
+vordascope::Shape shape_of(int32_t columns)
+{
+    return columns < 0    ? vordascope::Shape::scalar
+           : columns == 0 ? vordascope::Shape::list
+                          : vordascope::Shape::rows;
 }
 
 // A field's values as the page hands them over: how many columns its rows have (0 for a list, -1
@@ -52,9 +61,7 @@ struct Handed {
         }
         field.count = static_cast<uint32_t>(values.size());
         field.columns = columns > 0 ? static_cast<uint32_t>(columns) : field.count;
-        field.shape = columns < 0    ? vordascope::Shape::scalar
-                      : columns == 0 ? vordascope::Shape::list
-                                     : vordascope::Shape::rows;
+        field.shape = shape_of(columns);
     }
 
     static uint32_t take_word(const char *&p)
@@ -147,35 +154,57 @@ size_t size()
     return text.size();
 }
 
-// How two fields differ, in the words of `vordascope diff`; size() says how long that is. Two Handed
-// stand in room().
+// How two fields differ, in the words of `vordascope diff`, "" where they do not; size() says how long
+// that is. Two Handed stand in room().
 const char *differ()
 {
     const char *p = text.data();
     const Handed a(p);
     const Handed b(p);
     std::string what;
-    vordascope::put_difference(a.values.data(), a.field, b.values.data(), b.field, {}, what);
+    vordascope::put_difference(a.values.data(), a.field, b.values.data(), b.field,
+                               looked_for.tolerance(), what);
     text = std::move(what);
     return text.data();
 }
 
-// Which texts a pattern matches, a byte each, 1 or 0. The pattern and the texts stand in room(), of
-// `size` bytes, each with a line end behind it, which no name holds.
-const char *match(size_t size)
+// Takes what is looked for, of `size` bytes in room(), which differ() and find() go by from now on.
+// Returns why a tolerance in it cannot be read, of size() bytes.
+const char *filter(size_t size)
 {
-    std::string_view rest(text.data(), size);
-    const auto take_line = [&rest] {
-        const size_t end = rest.find('\n');
-        const std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(end + 1);
-        return line;
+    looked_for = vordascope::Filter({text.data(), size});
+    text = looked_for.error();
+    return text.data();
+}
+
+// Which fields are looked for, a line each as Filter::put_found() has it, of size() bytes. Of the
+// fields there stand in room(), of `size` bytes, the shape as a Handed has it, how many values there
+// are, how many names, and then each of these and what is said of the field with a line end behind.
+const char *find(size_t size)
+{
+    const char *p = text.data();
+    const char *const end = p + size;
+    const auto take_line = [&p, end] {
+        const char *const begin = p;
+        p = static_cast<const char *>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
+        return std::string_view(begin, static_cast<size_t>(p++ - begin));
     };
-    const std::string_view pattern = take_line();
-    std::string selected;
-    while (!rest.empty())
-        selected += vordascope::matches(take_line(), pattern) ? '\1' : '\0';
-    text = std::move(selected);
+    std::vector<vordascope::Findable> fields;
+    while (p < end) {
+        const auto columns = static_cast<int32_t>(Handed::take_word(p));
+        const uint32_t count = Handed::take_word(p);
+        vordascope::Findable &field = fields.emplace_back();
+        field.shape = shape_of(columns);
+        field.count = count;
+        field.columns = columns > 0 ? static_cast<uint32_t>(columns) : count;
+        field.names.resize(Handed::take_word(p));
+        for (std::string_view &name : field.names)
+            name = take_line();
+        field.about = take_line();
+    }
+    std::string found;
+    looked_for.put_found(fields, found);
+    text = std::move(found);
     return text.data();
 }
 

@@ -7,7 +7,7 @@ import { shading } from './draw/shading.js';
 import { table } from './draw/table.js';
 import { SECTIONS } from './known.js';
 import { hold } from './lifetime.js';
-import { printed, same } from './model.js';
+import { printed } from './model.js';
 import { numbersOf, saver } from './out.js';
 import { plan } from './plan.js';
 import { differ } from './sources.js';
@@ -67,14 +67,15 @@ class Card {
         const referred = changed.has('a') || changed.has('against');
         const stepped =
             (changed.has('n') && this.varies) || (referred && (compared || this.#compared));
-        if (changed.has('theme') || stepped) this.#stale = true;
+        const told = changed.has('query') && compared;
+        if (changed.has('theme') || stepped || told) this.#stale = true;
         this.#compared = compared;
         const differs = before
-            ? compared && this.all.some((field) => !same(before.of(field), now.of(field)))
-            : this.varies;
+            ? compared && this.all.some((field) => view.find.differs(field, before, now))
+            : this.all.some((field) => view.find.varies(field));
         this.changed.hidden = !before || !differs;
         const { title, fields } = this.entry;
-        this.element.hidden = (view.only && !differs) || !view.find.card(title, fields, now);
+        this.element.hidden = (view.only && !differs) || !view.find.titled(title, fields, now);
         this.view = view;
         if (this.#visible) this.draw();
     }

@@ -1,5 +1,5 @@
 // How values differ between two moments, in the words of `vordascope diff`, by whose code.
-import { flat, same } from './model.js';
+import { flat } from './model.js';
 import { differenceText } from './tools.js';
 
 const shown = (value) => (value === '' ? '(nothing)' : String(value));
@@ -13,12 +13,12 @@ export function difference(a, b) {
     return `only in ${a === null ? 'B' : 'A'}${what}`;
 }
 
-/** The fields that differ between two moments: those of the first in their order, then the others. */
-export function differing(before, now) {
+/** The fields that `find` tells apart in two moments: those of the first in their order, then the others. */
+export function differing(before, now, find) {
     const within = before.run === now.run;
     const fields = within ? now.run.fields : before.run.fields;
     const others = within ? [] : now.run.fields.filter(({ name }) => !before.run.field(name));
     return [...fields, ...others].filter(
-        (field) => (field.varies || !within) && !same(before.of(field), now.of(field)),
+        (field) => (field.varies || !within) && find.differs(field, before, now),
     );
 }

@@ -3,6 +3,7 @@ import { difference, differing } from './compare.js';
 import { placeOf } from './course.js';
 import { el, setText } from './dom.js';
 import { hold } from './lifetime.js';
+import { grouped, placeText } from './model.js';
 
 /** What changed so shortly before, after a rest of as long, has just moved. */
 const JUST = { seconds: 2, snapshots: 50 };
@@ -28,14 +29,9 @@ export function differenceOf(tag, text) {
 
 /** The fields by item; where one side has none of an item, a text instead of its fields. */
 function paragraphs(fields, before, now) {
-    const byItem = new Map();
-    for (const field of fields) {
-        if (!byItem.has(field.item)) byItem.set(field.item, []);
-        byItem.get(field.item).push(field);
-    }
     const present = (item, moment) =>
         moment.run.fields.some((field) => field.item === item && moment.of(field) !== null);
-    return [...byItem].map(([item, members]) => {
+    return [...grouped(fields, ({ item }) => item)].map(([item, members]) => {
         const only = !present(item, before) ? 'B' : !present(item, now) ? 'A' : '';
         const text = only && members.length > 1 ? `only in ${only} (${members.length} fields)` : '';
         return { item, members, text };
@@ -82,8 +78,11 @@ export function differencesSection() {
                 'tr',
                 { class: i ? motion : `first ${motion}` },
                 i ? null : start,
-                el('td', { class: 'key' }, field.label),
-                differenceOf('td', difference(before.of(field), now.of(field))),
+                el('td', { class: 'key' }, field.label + placeText(view.find.part(field))),
+                differenceOf(
+                    'td',
+                    difference(view.find.valueOf(field, before), view.find.valueOf(field, now)),
+                ),
             ),
         );
     };
@@ -92,7 +91,7 @@ export function differencesSection() {
         due = null;
         if (hidden) return;
         const { now, before } = view;
-        const all = differing(before, now);
+        const all = differing(before, now, view.find);
         const shown = all.filter((field) => view.find.field(field, now));
         const part = shown.length < all.length ? `, ${shown.length} of them shown` : '';
         const lists = view.live ? byMotion(shown, now) : [[], shown];

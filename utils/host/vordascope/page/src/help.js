@@ -10,7 +10,10 @@ const KEYS = [
     ['X', 'exchange the two compared snapshots'],
     ['O', 'only what changed'],
     ['+ −', 'zoom the time axis; 0 shows all of it'],
-    ['/', 'find a field: words that all occur, or =8000 for a value'],
+    [
+        '/',
+        'find: words of names, titles and legends, =8000 a value, share.*gain, -stat, lut[3] as on the command line; abs=16 rel=5% for what is the same',
+    ],
     ['P', 'the next run, where there are several'],
     ['T', 'light or dark'],
     ['?', 'this help'],

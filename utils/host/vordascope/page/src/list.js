@@ -3,7 +3,7 @@ import { difference } from './compare.js';
 import { differenceOf } from './differences.js';
 import { el, setText } from './dom.js';
 import { patch, spark } from './draw/spark.js';
-import { flat, number, printed, same } from './model.js';
+import { flat, grouped, number, placeText, printed } from './model.js';
 import { differ } from './sources.js';
 
 /** As many fields open by themselves when they are found; more are a list to choose from. */
@@ -66,14 +66,19 @@ class Row {
     }
 
     /** Writes the value of the snapshot, and in a comparison what it was. */
-    write({ now, before: reference }) {
+    write({ now, before: reference, find }) {
         const { field } = this;
         const value = now.of(field);
-        const before = reference ? reference.of(field) : value;
-        const differs = !same(before, value);
-        setText(this.value, valueText(field, value));
+        const part = find.part(field);
+        const differs = Boolean(reference) && find.differs(field, reference, now);
+        setText(
+            this.value,
+            part.length
+                ? `${placeText(part)} ${printed(find.valueOf(field, now))}`
+                : valueText(field, value),
+        );
         if (differs) {
-            const text = difference(before, value);
+            const text = difference(find.valueOf(field, reference), find.valueOf(field, now));
             this.value.append(el('div', { class: 'difference' }, differenceOf('span', text)));
         }
         this.element.classList.toggle('changed', differs);
@@ -99,6 +104,7 @@ async function copy(button, text) {
 class Item {
     #rows = null;
     #stale = true;
+    #sought = false; // for something else than what was written last
 
     constructor(store, item, fields) {
         Object.assign(this, { store, item, fields });
@@ -114,9 +120,10 @@ class Item {
 
     update(view, changed) {
         this.view = view;
-        if (['n', 'a', 'against', 'theme'].some((key) => changed.has(key))) this.#stale = true;
+        this.#stale ||= ['n', 'a', 'against', 'theme'].some((key) => changed.has(key));
+        this.#sought ||= changed.has('query');
         const { now, before, only, find } = view;
-        const differs = (field) => (before ? !same(before.of(field), now.of(field)) : field.varies);
+        const differs = (field) => (before ? find.differs(field, before, now) : find.varies(field));
         this.shown = this.fields.filter(
             (field) => (!only || differs(field)) && find.field(field, now),
         );
@@ -146,21 +153,19 @@ class Item {
             const { field, element } = row;
             const differed = element.classList.contains('changed');
             const due = differ(this.view, [field]) || differed || field.varies;
-            if (fresh || (this.#stale && (due || field.shape === 'grid'))) row.write(this.view);
+            if (fresh || this.#sought || (this.#stale && (due || field.shape === 'grid')))
+                row.write(this.view);
         }
-        this.#stale = false;
+        this.#stale = this.#sought = false;
         if (fresh) this.body.replaceChildren(...this.#rows.map((row) => row.element));
     }
 }
 
 /** The section of all fields. */
 export function listSection(run, store) {
-    const byItem = new Map();
-    for (const field of run.fields) {
-        if (!byItem.has(field.item)) byItem.set(field.item, []);
-        byItem.get(field.item).push(field);
-    }
-    const items = [...byItem].map(([item, fields]) => new Item(store, item, fields));
+    const items = [...grouped(run.fields, ({ item }) => item)].map(
+        ([item, fields]) => new Item(store, item, fields),
+    );
     const summary = el('p', { class: 'summary', role: 'status' });
     let opened = false;
 

@@ -96,19 +96,32 @@ async function readCaptures(files, busy) {
     }
 }
 
+/** Puts text of several lines where somebody pasted it, as the browser does with one of a line. */
+function insert(field, text) {
+    const line = text.trim().replace(/\s+/g, ' ');
+    field.setRangeText(line, field.selectionStart, field.selectionEnd, 'end');
+    field.dispatchEvent(new Event('input', { bubbles: true }));
+}
+
 /**
  * Shows captures as they are dropped onto the window or pasted into it: files or the text itself.
- * Text pasted into an input field stays there.
+ * A line pasted into an input field stays there; so does a longer text in which there is no snapshot.
  * @param {(model: object) => void} show
  * @param {Function} busy see readCaptures()
  */
 export function watchCaptures(show, busy) {
-    const take = async (files, text) => {
-        const captures = files.length ? files : [new File([text], 'pasted text')];
+    const takeFrom = async (transfer, field = null) => {
+        const text = transfer.getData('text/plain');
+        const files = [...transfer.files];
         if (!files.length && !text.trim()) return;
-        show(await readCaptures(captures, busy));
+        const model = await readCaptures(
+            files.length ? files : [new File([text], 'pasted text')],
+            busy,
+        );
+        const typed = field && model.runs.length === 0;
+        show(typed ? null : model);
+        if (typed) insert(field, text);
     };
-    const takeFrom = (transfer) => take([...transfer.files], transfer.getData('text/plain'));
 
     window.addEventListener('dragover', (event) => event.preventDefault());
     window.addEventListener('drop', (event) => {
@@ -116,9 +129,11 @@ export function watchCaptures(show, busy) {
         takeFrom(event.dataTransfer);
     });
     window.addEventListener('paste', (event) => {
-        if (event.target.closest?.('input, textarea')) return;
+        const field = event.target.closest?.('input, textarea');
+        const text = event.clipboardData.getData('text/plain');
+        if (field && !event.clipboardData.files.length && !text.trim().includes('\n')) return;
         event.preventDefault();
-        takeFrom(event.clipboardData);
+        takeFrom(event.clipboardData, field);
     });
 }
 

@@ -20,6 +20,20 @@ export function same(a, b) {
 export const flat = (value) =>
     Array.isArray(value) ? value.flat(Number.POSITIVE_INFINITY) : [value];
 
+/** The members of a list by what `of` gives for each, in the order of their first ones. */
+export function grouped(list, of) {
+    const groups = new Map();
+    for (const one of list) {
+        const key = of(one);
+        if (!groups.has(key)) groups.set(key, []);
+        groups.get(key).push(one);
+    }
+    return groups;
+}
+
+/** Indexes as they stand behind a name: "[3][4]". */
+export const placeText = (indexes) => indexes.map((i) => `[${i}]`).join('');
+
 /** A value on one line, as vorda prints its numbers. */
 export function printed(value) {
     if (value === null || value === undefined) return '–';
@@ -97,8 +111,6 @@ class Field {
         this.label = block ? `${block} / ${key}` : key;
         /** The name by which vordascope's command line knows it. */
         this.name = [item, block, key].filter(Boolean).join('.');
-        /** What a search looks into. */
-        this.searched = `${item}.${this.label} ${this.name}`.toLowerCase();
         const first = this.at(form?.find(([, shape]) => shape)?.[0] ?? 0);
         /** 'scalar', 'list' or 'grid'. */
         this.shape = !Array.isArray(first)
@@ -106,6 +118,9 @@ class Field {
             : first.some(Array.isArray) && first.length > 1
               ? 'grid'
               : 'list';
+        /** The columns of its rows; 0 for a list, -1 for a scalar. And how many values it has. */
+        this.columns = !Array.isArray(first) ? -1 : Array.isArray(first[0]) ? first[0].length : 0;
+        this.count = flat(first).length;
     }
 
     /** Its value in snapshot n; null where the snapshot does not have it. */

@@ -2,7 +2,7 @@
 import { el, setText } from './dom.js';
 import { spark } from './draw/spark.js';
 import { FIGURES } from './known.js';
-import { printed, same } from './model.js';
+import { printed } from './model.js';
 
 function figure(title, field) {
     const before = el('span', { class: 'before' });
@@ -18,8 +18,8 @@ function figure(title, field) {
     return {
         element,
         grow: () => line?.grow(field.courses),
-        update({ now, before: reference }) {
-            const changed = reference && !same(reference.of(field), now.of(field));
+        update({ now, before: reference, find }) {
+            const changed = reference && find.differ(reference.of(field), now.of(field));
             setText(before, changed ? `${printed(reference.of(field))} → ` : '');
             setText(value, printed(now.of(field)));
             element.classList.toggle('changed', Boolean(changed));
@@ -44,7 +44,7 @@ export function nowSection(run) {
             figures.map(({ element }) => element),
         ),
         update(view, changed) {
-            if (!['n', 'a', 'against'].some((key) => changed.has(key))) return;
+            if (!['n', 'a', 'against', 'query'].some((key) => changed.has(key))) return;
             for (const shown of figures) shown.update(view);
         },
         grow() {

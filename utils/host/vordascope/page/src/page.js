@@ -1,9 +1,7 @@
 // The page of runs: its sections, and what ties them together.
-import { START } from './against.js';
 import { cardSections } from './cards.js';
 import { differencesSection } from './differences.js';
 import { el } from './dom.js';
-import { fromFragment, toFragment } from './fragment.js';
 import { helpCard, listenToKeys } from './help.js';
 import { endAll } from './lifetime.js';
 import { listSection } from './list.js';
@@ -11,24 +9,12 @@ import { Moment } from './model.js';
 import { notices } from './notices.js';
 import { nowSection } from './now.js';
 import { player } from './player.js';
-import { BAND } from './response.js';
 import { boundedView, continuedView, usualView } from './runs.js';
 import { finder } from './search.js';
 import { Store } from './store.js';
 import { timeSection } from './time.js';
 import { toolbar } from './toolbar.js';
-
-/** What shows of the rest when nothing was chosen. */
-const USUAL = {
-    only: false,
-    query: '',
-    step: null,
-    added: [],
-    zoom: null,
-    align: START,
-    band: BAND,
-    ref: false,
-};
+import { fromFragment, toFragment, USUAL } from './view.js';
 
 /**
  * Shows runs in place of what the root held.
@@ -106,9 +92,7 @@ const failedSection = (id, title, error) => ({
 function updateSection(section, view, changed) {
     try {
         section.update(view, changed);
-        const searched = view.query !== '';
-        const beside = section.id === 'now' || section.id === 'time';
-        section.place.hidden = section.empty() || (searched && beside);
+        section.place.hidden = section.empty();
     } catch (error) {
         section.element.replaceChildren(failure(error));
     }
@@ -198,17 +182,20 @@ function showRun(root, runs, options) {
     const help = helpCard();
     const address = follower(usual);
     const play = player(store, run, (playing) => bar.playing(playing));
-    const find = () => bar.search.focus();
+    const seek = () => bar.search.focus();
     const sections = sectionsOf(run, store);
     const time = sections.find(({ id }) => id === 'time');
-    const actions = actionsOn(store, all, { play, theme, help, open, find, remove, time });
+    const actions = actionsOn(store, all, { play, theme, help, open, find: seek, remove, time });
     const bar = toolbar(runs, run, store, actions);
+
+    let find = null;
 
     function update(view, changed) {
         if (all[view.run] !== run) return onRun(view);
         const before = view.a === null ? null : new Moment(all[view.against], view.a);
         const now = new Moment(run, view.n);
-        const shown = { ...view, now, before, find: finder(view.query), live: Boolean(live) };
+        if (changed.has('query')) find = finder(view.query);
+        const shown = { ...view, now, before, find, live: Boolean(live) };
         bar.update(shown);
         for (const section of sections) updateSection(section, shown, changed);
         if (['a', 'only', 'query'].some((key) => changed.has(key)))

@@ -1,5 +1,6 @@
 // Which cards a run gets, and from which of its fields each draws: what known.js says, applied.
 import { SECTIONS } from './known.js';
+import { grouped } from './model.js';
 import { families, Source, select } from './sources.js';
 
 const isKey = (key) => typeof key === 'string' || key instanceof RegExp;
@@ -46,14 +47,10 @@ const fieldsOf = (part) =>
     part instanceof Source ? part.fields : [...part.y.fields, ...(part.x?.fields ?? [])];
 
 function byPlace(run, { item, block = '' }) {
-    const places = new Map();
-    for (const field of run.fields) {
-        if (!matches(item, field.item) || !matches(block, field.block)) continue;
-        const place = `${field.item}\n${field.block}`;
-        if (!places.has(place)) places.set(place, []);
-        places.get(place).push(field);
-    }
-    return [...places.values()];
+    const own = run.fields.filter(
+        (field) => matches(item, field.item) && matches(block, field.block),
+    );
+    return [...grouped(own, (field) => `${field.item}\n${field.block}`).values()];
 }
 
 /**

@@ -1,5 +1,6 @@
 // The runs that the page holds: of what was baked in and of all that was dropped, pasted or opened.
-import { Run } from './model.js';
+import { grouped, Run } from './model.js';
+import { goingOn } from './view.js';
 
 /** What came from no file is known by its labels. */
 const NAMELESS = ['standard input', 'pasted text'];
@@ -16,11 +17,7 @@ function inName(value) {
     return text.slice(0, LENGTH).join('') + (text.length > LENGTH ? '…' : '');
 }
 
-function groups(runs, key) {
-    const found = new Map();
-    for (const run of runs) found.set(run[key], [...(found.get(run[key]) ?? []), run]);
-    return [...found.values()];
-}
+const groups = (runs, key) => [...grouped(runs, (run) => run[key]).values()];
 
 /** The keys of the labels that tell runs apart, as few of the first ones as do. */
 function telling(runs) {
@@ -116,11 +113,9 @@ export function usualView(all) {
  * @param {{view, run, against, count}} before the view, its runs, and how many there were
  */
 export function continuedView({ view, run, against, count }, all, usual) {
-    const { only, query, added, align, band, ref } = view;
     const here = all.indexOf(run);
     const compared = against ? all.indexOf(against) : -1;
-    if (here < 0 || (all.length > count && usual.against !== null))
-        return { only, query, added, align, band, ref };
+    if (here < 0 || (all.length > count && usual.against !== null)) return goingOn(view);
     return {
         ...view,
         run: here,

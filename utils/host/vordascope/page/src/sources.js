@@ -1,6 +1,6 @@
 // What a card draws from: one field, or several that together make one list or one map, such as the
 // rows of a table that are printed under a key each.
-import { extent, flat, Moment, number } from './model.js';
+import { extent, flat, grouped, Moment, number } from './model.js';
 
 /** So many snapshots of a run make the scale that stands still. */
 const SAMPLES = 256;
@@ -103,12 +103,7 @@ export const select = (fields, pattern) => fields.filter((field) => hits(pattern
  * rows are printed under keys with two numbers.
  */
 export function families(fields, pattern) {
-    const byName = new Map();
-    for (const field of fields) {
-        const hit = pattern.exec(field.key);
-        if (!hit) continue;
-        if (!byName.has(hit[1])) byName.set(hit[1], []);
-        byName.get(hit[1]).push(field);
-    }
+    const own = fields.filter(({ key }) => pattern.test(key));
+    const byName = grouped(own, ({ key }) => pattern.exec(key)[1]);
     return [...byName].map(([name, members]) => new Source(name, members));
 }

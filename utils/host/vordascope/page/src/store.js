@@ -2,7 +2,7 @@
 // before the next frame, however many changes there were.
 
 /**
- * The view:
+ * The view, whose parts are those of view.js:
  *     run, n       the snapshot that shows (B): its run's place in the list, and which one of it
  *     against, a   the same of the snapshot that it is compared with (A); null: none
  *     only         whether only what changed shows

@@ -48,6 +48,7 @@ function computedLine(run, { name, factors, of, stops }) {
         {
             name,
             path: name,
+            factors,
             stops,
             varies: factors.some((path) => run.field(path).varies),
             values,
@@ -102,6 +103,7 @@ class Card {
             },
         });
         const names = [...new Set(lines.map(({ path }) => path))];
+        this.names = lines.flatMap(({ path, factors }) => factors ?? [path]);
         const removal = remove && {
             type: 'button',
             class: 'quiet',
@@ -238,6 +240,19 @@ class Card {
         return inRows([...own, ...(run ? columnsOf('A ', run, before) : [])]);
     }
 
+    /** Whether it shows something that is looked for. */
+    sought({ find, now }) {
+        const fields = this.names.flatMap((name) => this.section.run.field(name) ?? []);
+        return (
+            find.titled(this.title, fields, now) || fields.some((field) => find.field(field, now))
+        );
+    }
+
+    /** Whether a line of it leaves the tolerance. */
+    moves({ find }) {
+        return !find.tolerant || this.lines.some(({ values }) => find.differ(...extent(values)));
+    }
+
     /** Puts the markers and the selection where they belong. */
     mark() {
         const { plot } = this.chart;
@@ -352,7 +367,8 @@ class TimeSection {
         ].filter(([, lines]) => lines.length);
         const moving = known.filter(([, lines]) => lines.some(({ varies }) => varies));
         const still = known.filter((entry) => !moving.includes(entry)).map(([title]) => title);
-        this.steady = still.length ? `Steady over the run: ${still.join(', ')}.` : '';
+        this.still = still;
+        this.steady = el('p', { class: 'plain' });
         this.cards = moving.map((entry) => new Card(this, ...entry));
         this.grid.append(...this.cards.map(({ element }) => element));
         this.marks = el('p', { class: 'marks' });
@@ -372,7 +388,7 @@ class TimeSection {
             this.said,
             this.grid,
             this.table.element,
-            el('div', { class: 'below' }, this.adder(), this.hint(), this.steadyText()),
+            el('div', { class: 'below' }, this.adder(), this.hint(), this.steady),
         );
     }
 
@@ -390,10 +406,6 @@ class TimeSection {
                 return el('button', more, el('bdi', {}, textOf(mark[1])));
             }),
         );
-    }
-
-    steadyText() {
-        return el('p', { class: 'plain' }, this.steady);
     }
 
     hint() {
@@ -543,6 +555,25 @@ class TimeSection {
         }
     }
 
+    /** Shows the charts of what is looked for, or all where none has it; those that stay within the
+     * tolerance are named instead. */
+    choose(view) {
+        const cards = [...this.cards, ...this.added.values()];
+        const moving = cards.filter((card) => card.moves(view));
+        const sought = moving.filter((card) => card.sought(view));
+        const shown = sought.length ? sought : moving;
+        for (const card of cards) card.element.hidden = !shown.includes(card);
+        const within = cards.filter((card) => !moving.includes(card)).map(({ title }) => title);
+        const texts = [
+            this.still.length ? `Steady over the run: ${this.still.join(', ')}.` : '',
+            within.length ? `Within the tolerance: ${within.join(', ')}.` : '',
+            sought.length || !cards.length
+                ? ''
+                : 'No chart shows what is looked for: here are all.',
+        ];
+        setText(this.steady, texts.filter(Boolean).join(' '));
+    }
+
     update(view, changed) {
         const has = (...keys) => keys.some((key) => changed.has(key));
         this.view = view;
@@ -551,6 +582,7 @@ class TimeSection {
         if (realigned) this.axes = axesOf(view);
         const fresh = this.follow(view);
         const cards = [...this.cards, ...this.added.values()];
+        if (has('query', 'added')) this.choose(view);
         for (const card of cards) {
             if (has('theme', 'zoom') || realigned || fresh.includes(card)) card.draw();
             card.read();

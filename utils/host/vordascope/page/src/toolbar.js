@@ -60,10 +60,14 @@ function titleLine(runs, run, actions) {
     });
     const about = el('span', { class: 'about' });
     const labels = labelsOf();
+    const wrong = el('span', { class: 'about', role: 'status' });
     return {
         search,
         only,
-        update() {
+        update({ query, find }) {
+            if (search.value !== query) search.value = query;
+            search.ariaInvalid = String(find.error !== '');
+            setText(wrong, find.error);
             const count = run.length > 1 ? `${run.length} snapshots, ` : '';
             setText(about, `${run.path} · ${count}${run.fields.length} fields`);
             labels.update(run);
@@ -78,6 +82,7 @@ function titleLine(runs, run, actions) {
                 'span',
                 { class: 'tools' },
                 search,
+                wrong,
                 only,
                 actions.open ? button('Open…', 'add other captures', actions.open) : null,
                 runs.all.length > 1 ? null : awayButton(run, actions, { class: 'quiet' }),
@@ -230,8 +235,7 @@ export function toolbar(runs, run, store, actions) {
         search: title.search,
         playing: (is) => snapshots?.playing(is),
         update(view) {
-            if (title.search.value !== view.query) title.search.value = view.query;
-            title.update();
+            title.update(view);
             title.only.setAttribute('aria-pressed', String(view.only));
             strip?.update(view);
             snapshots?.update(view);

@@ -1,7 +1,7 @@
 // Tables of numbers: matrices, and lists side by side.
 import { cssOf, diverging, inkOn } from '../colours.js';
 import { el, setText } from '../dom.js';
-import { extent, printed, same } from '../model.js';
+import { extent, printed } from '../model.js';
 
 /**
  * @param {{name: string, fields: Field[]}[]} rows a row each: the values of its fields one after
@@ -33,7 +33,7 @@ export function table(rows, { columns = null, coloured = false, sums = false } =
         });
     }
 
-    function draw({ now: shown, before: reference }) {
+    function draw({ now: shown, before: reference, find }) {
         const now = valuesAt(shown);
         const before = reference ? valuesAt(reference) : now;
         const colour = diverging();
@@ -44,7 +44,7 @@ export function table(rows, { columns = null, coloured = false, sums = false } =
                 const cells = values.map((value, x) => {
                     const old = before[y]?.[1][x];
                     const cell = el('td', {}, printed(value));
-                    if (!same(old, value)) {
+                    if (find.differ(old, value)) {
                         cell.classList.add('changed');
                         cell.title = `A: ${printed(old)}`;
                     }
