@@ -31,8 +31,12 @@ export function diverging() {
     return (t) => between(zero, t < 0 ? below : above, Math.min(Math.abs(t), 1));
 }
 
-/** Black or white, whichever is easier to read on a colour. */
-export const inkOn = ([r, g, b]) => (0.299 * r + 0.587 * g + 0.114 * b > 140 ? '#111' : '#fff');
+/** How much light a channel of a colour gives. */
+const light = (channel) => (channel / 255) ** 2.2;
+
+/** Black or white, whichever is easier to read on a colour: at least 4.5 to 1. */
+export const inkOn = ([r, g, b]) =>
+    0.2126 * light(r) + 0.7152 * light(g) + 0.0722 * light(b) > 0.179 ? '#000' : '#fff';
 
 export const cssOf = (rgb) => `rgb(${rgb.join(' ')})`;
 

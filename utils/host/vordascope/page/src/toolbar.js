@@ -175,11 +175,13 @@ function snapshotLines(all, run, store, actions) {
     if (run.length < 2 && all.length < 2) return null;
     const now = slider(store, 'n', 'snapshot');
     const reference = slider(store, 'a', 'compared snapshot');
-    const play =
-        run.length > 2 ? button('▶', 'play (space)', actions.play, { class: 'play' }) : null;
+    const naming = { class: 'play', 'aria-label': 'play' };
+    const play = run.length > 2 ? button('▶', 'play (space)', actions.play, naming) : null;
     const speed = play && speedChoice(run, actions.player);
     const compare = button('Compare', 'compare with this snapshot (C)', actions.compare);
-    const swap = button('A ⇄ B', 'exchange the two (X)', actions.swap);
+    const swap = button('A ⇄ B', 'exchange the two (X)', actions.swap, {
+        'aria-label': 'exchange A and B',
+    });
     const referenceLine = el(
         'div',
         { class: 'snapshot-line reference-line' },
@@ -242,7 +244,12 @@ export function toolbar(runs, run, store, actions) {
         },
         /** Names the sections that show: [{title, place}]. */
         sections(list) {
-            const goTo = (place) => place.scrollIntoView({ behavior: 'smooth' });
+            const still = window.matchMedia('(prefers-reduced-motion: reduce)');
+            const goTo = (place) => {
+                place.scrollIntoView({ behavior: still.matches ? 'instant' : 'smooth' });
+                place.tabIndex = -1; // so that keys go on from there
+                place.focus({ preventScroll: true });
+            };
             nav.replaceChildren(
                 ...list.map(({ title, place }) =>
                     button(title, '', () => goTo(place), { class: 'link' }),

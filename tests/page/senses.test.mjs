@@ -1,0 +1,156 @@
+// The page for every eye, hand and ear: contrast, names, keys.
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { cssOf, inkOn, sequential } from '../../utils/host/vordascope/page/src/colours.js';
+import { drop, emptyPage, open, series } from './harness.mjs';
+
+let recorded;
+const many = () => {
+    recorded ??= series(40);
+    return recorded;
+};
+
+/** A page on which everything shows that can: a comparison, a measurement, notices, labels, open items. */
+async function busyPage(t, options) {
+    const page = await open(t, emptyPage(), options);
+    const text = `label host = cam1\n${many()}oops\n`;
+    await drop(page, { name: 'a.txt', content: text }, { name: 'b.txt', content: text });
+    await page.waitForSelector('.run');
+    await page.evaluate(() => {
+        window.location.hash = 'run=1&n=30&a=1.3&step=10-35&add=stat.lum.avg';
+    });
+    await page.waitForSelector('.run:first-child button:first-child[aria-pressed=true]');
+    await page.evaluate(() => {
+        for (const one of document.querySelectorAll('details')) one.open = true;
+        window.dispatchEvent(new Event('beforeprint'));
+        window.dispatchEvent(new Event('afterprint'));
+    });
+    await page.waitForSelector('.fields tr');
+    return page;
+}
+
+/** Texts whose contrast with what is behind them is less than 4.5:1, as "ratio: text (class)". */
+const faint = () => {
+    const channels = (colour) => {
+        const [r, g, b, a = 1] = colour.match(/[\d.]+/g).map(Number);
+        return [r, g, b, a];
+    };
+    const over = ([r, g, b, a], under) =>
+        [r, g, b].map((channel, i) => channel * a + under[i] * (1 - a));
+    const behind = (element) => {
+        if (!element) return [255, 255, 255];
+        const colour = channels(getComputedStyle(element).backgroundColor);
+        return colour[3] === 1 ? colour.slice(0, 3) : over(colour, behind(element.parentElement));
+    };
+    const opacity = (element) =>
+        element ? Number(getComputedStyle(element).opacity) * opacity(element.parentElement) : 1;
+    const luminance = (rgb) => {
+        const [r, g, b] = rgb.map((channel) => {
+            const c = channel / 255;
+            return c <= 0.04045 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4;
+        });
+        return 0.2126 * r + 0.7152 * g + 0.0722 * b;
+    };
+    const ratio = (ink, paper) => {
+        const [p, q] = [luminance(ink), luminance(paper)].sort((a, b) => b - a);
+        return (p + 0.05) / (q + 0.05);
+    };
+    const found = new Set();
+    let looked = 0;
+    const look = (element, style, text) => {
+        const [r, g, b, a] = channels(style.color);
+        const paper = behind(element);
+        const part = a * opacity(element);
+        const contrast = ratio(over([r, g, b, part], paper), paper);
+        looked += 1;
+        if (contrast < 4.5)
+            found.add(`${contrast.toFixed(2)}: ${text.slice(0, 30)} (${element.className})`);
+    };
+    const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+    while (walker.nextNode()) {
+        const { parentElement: element, textContent: text } = walker.currentNode;
+        if (/^(SCRIPT|STYLE)$/.test(element.tagName) || !text.trim()) continue;
+        if (element.checkVisibility({ visibilityProperty: true }))
+            look(element, getComputedStyle(element), text);
+    }
+    for (const element of document.body.querySelectorAll('*')) {
+        for (const pseudo of ['::before', '::after']) {
+            const style = getComputedStyle(element, pseudo);
+            if (/^"[^"]*\S/.test(style.content) && element.checkVisibility())
+                look(element, style, style.content);
+        }
+        if (element.placeholder)
+            look(element, getComputedStyle(element, '::placeholder'), element.placeholder);
+    }
+    return { found: [...found], looked };
+};
+
+test('every text has contrast, in both themes', async (t) => {
+    for (const colorScheme of ['light', 'dark']) {
+        const page = await busyPage(t, { colorScheme });
+        const shown = await page.evaluate(faint);
+        assert.deepEqual(shown.found, [], colorScheme);
+        assert.ok(shown.looked > 3000, String(shown.looked));
+        await page.keyboard.press('?');
+        await page.waitForSelector('dialog[open]');
+        assert.deepEqual((await page.evaluate(faint)).found, [], colorScheme);
+        const empty = await open(t, emptyPage(), { colorScheme });
+        assert.deepEqual((await empty.evaluate(faint)).found, [], colorScheme);
+    }
+});
+
+test('numbers on colours can be read', () => {
+    const light = ([r, g, b]) =>
+        [r, g, b].reduce((sum, channel, i) => {
+            const c = channel / 255;
+            const linear = c <= 0.04045 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4;
+            return sum + linear * [0.2126, 0.7152, 0.0722][i];
+        }, 0.05);
+    const contrast = (rgb) => {
+        const ink = inkOn(rgb) === '#000' ? 0.05 : 1.05;
+        return Math.max(ink, light(rgb)) / Math.min(ink, light(rgb));
+    };
+    const steps = Array.from({ length: 18 }, (_, i) => i * 15);
+    const colours = steps.flatMap((r) => steps.flatMap((g) => steps.map((b) => [r, g, b])));
+    const scale = Array.from({ length: 256 }, (_, i) => sequential(i / 255));
+    const hard = [...colours, ...scale].filter((rgb) => contrast(rgb) < 4.5).map(cssOf);
+    assert.deepEqual(hard, []);
+});
+
+/** What assistive technology is told of the page: role and name of each node. */
+async function spoken(page) {
+    const session = await page.context().newCDPSession(page);
+    const { nodes } = await session.send('Accessibility.getFullAXTree');
+    return nodes
+        .filter(({ ignored }) => !ignored)
+        .map(({ role, name }) => ({ role: role.value, name: name?.value ?? '' }));
+}
+
+test('whatever one can use has a name in words', async (t) => {
+    const page = await busyPage(t);
+    const usable = (await spoken(page)).filter(({ role }) =>
+        /^(button|slider|combobox|searchbox|checkbox|link|image|img|application|DisclosureTriangle)$/.test(
+            role,
+        ),
+    );
+    assert.ok(usable.length > 100, String(usable.length));
+    const names = usable.filter(({ name }) => !/\p{L}/u.test(name));
+    assert.deepEqual(names, []);
+    for (const name of ['play', 'exchange A and B', 'compare with a.txt'])
+        assert.ok(usable.some((one) => one.role === 'button' && one.name === name, name));
+});
+
+test('nothing moves by itself for whom that disturbs; keys go on where a link leads', async (t) => {
+    const page = await busyPage(t);
+    await page.emulateMedia({ reducedMotion: 'reduce' });
+    await page.evaluate(() => window.scrollTo(0, 0));
+    const link = page.locator('nav button', { hasText: 'All fields' });
+    await link.focus();
+    await page.keyboard.press('Enter');
+    // Where it leads is reached at once, before another frame.
+    const top = await page.$eval('#fields', (one) => one.getBoundingClientRect().top);
+    assert.ok(top < 300, String(top));
+    assert.equal(await page.evaluate(() => document.getAnimations().length), 0);
+    await page.keyboard.press('Tab');
+    assert.ok(await page.evaluate(() => document.activeElement.closest('#fields') !== null));
+});
