@@ -20,7 +20,7 @@ const LABELS = 4;
 
 /** What the capture of a run says of itself: beside its name in few words, opened in full. */
 function labelsOf() {
-    const few = el('summary');
+    const few = el('summary', {}, 'labels');
     const all = el('dl');
     let told = [];
     const element = el('details', { class: 'labels', hidden: true }, few, all);
@@ -31,6 +31,7 @@ function labelsOf() {
             told = labels;
             const entries = labels.map(([key, value]) => [key, el('bdi', {}, visible(value))]);
             element.hidden = labels.length === 0;
+            if (element.hidden) return;
             const rest = labels.length > LABELS ? ` and ${labels.length - LABELS} more` : '';
             const short = entries.slice(0, LABELS);
             few.replaceChildren(
