@@ -11,6 +11,7 @@ import { printed } from './model.js';
 import { numbersOf, saver } from './out.js';
 import { plan } from './plan.js';
 import { differ } from './sources.js';
+import { invalidText, validityOf } from './valid.js';
 
 /** How each kind of card is drawn: (parts, options) => {elements, draw(view)}. */
 const DRAWINGS = {
@@ -38,10 +39,13 @@ class Card {
     constructor(entry) {
         this.entry = entry;
         this.all = [...entry.fields, ...entry.state];
+        this.valid = validityOf(entry.fields[0]);
+        if (this.valid) this.all.push(this.valid);
         this.varies = this.all.some((field) => field.varies);
         this.changed = el('span', { class: 'badge', hidden: true }, 'changed');
         this.state = el('p', { class: 'state' });
         this.thinned = el('p', { class: 'state thinned' });
+        this.invalid = el('p', { class: 'state invalid' });
         this.body = el('div', { class: 'body' });
         this.element = el(
             'article',
@@ -56,6 +60,7 @@ class Card {
             ),
             this.state,
             this.thinned,
+            this.invalid,
             this.body,
         );
     }
@@ -104,6 +109,7 @@ class Card {
             }
             this.#drawing.draw(this.view);
             this.#tellThinned();
+            setText(this.invalid, invalidText(this.valid, this.view));
             if (first) this.#broaden();
         } catch (error) {
             this.#drawing = null;

@@ -53,7 +53,21 @@ const CHANNELS = new Map([
     ['g0', '--green'],
     ['g1', '--green2'],
     ['b', '--blue'],
+    ['R/G', '--red'],
+    ['B/G', '--blue'],
 ]);
 
-/** The style's colour of line i with that name: a colour channel has its own. */
-export const lineColour = (name, i) => CHANNELS.get(name) ?? `--line${i % LINES}`;
+/** Of what may be colour channels, but the text does not say which. */
+const NEUTRAL = [3, 4, 5, 7];
+
+/**
+ * The style's colour of line i with that name: a colour channel has its own, which nothing else has
+ * that could be taken for one. "eo (G)" is of a channel, "eo" and "val[1]" of none that is known.
+ */
+export function lineColour(name, i) {
+    const channel = /\(([RGB])\)$/.exec(name)?.[1].toLowerCase();
+    if (channel)
+        return channel === 'g' && name.startsWith('o') ? '--green2' : CHANNELS.get(channel);
+    const one = /^(?:[eo]{2}(?:\/G)?|.*\bval\[\d\])$/.test(name);
+    return CHANNELS.get(name) ?? `--line${one ? NEUTRAL[i % NEUTRAL.length] : i % LINES}`;
+}

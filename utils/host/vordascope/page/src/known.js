@@ -48,6 +48,7 @@ const matrix = (names) => each(names, (row) => new RegExp(`^${row}_(r_coeff|g_co
 const CHANNELS = ['g0', 'r', 'b', 'g1'];
 const ROIS = ['ROI0', 'ROI1', 'ROI2', 'ROI3'];
 const GAINS = ['gain[0]', 'gain[1]'];
+const VALS = [0, 1, 2, 3].map((i) => `val[${i}]`);
 const LUTS = ['ma_y', 'mc_y', 'ma_c'];
 const SHARP = ['gain_curve', 'luma_ctrl_gain'];
 const COEFFICIENTS = ['r', 'g', 'b', 'offset'];
@@ -107,8 +108,8 @@ export const SECTIONS = [
     ]),
     section('colour', 'Colour', [
         ['table', 'Colour correction matrix', 'share', { '': 'colormatrix' }, { coloured: true, sums: true }],
-        ['table', 'White balance gains', 'cfg.awb', each(GAINS, (name) => `${name}.gain.val`), { state: GAINS.map((name) => `${name}.enable`) }],
-        ['table', 'HDR white balance gains', 'cfg.hawb', each(GAINS, (name) => `${name}.gain.val`), { state: ['enable'] }],
+        ['table', 'White balance gains', 'cfg.awb', each(GAINS, (name) => `${name}.gain.val`), { columns: VALS, state: GAINS.map((name) => `${name}.enable`) }],
+        ['table', 'HDR white balance gains', 'cfg.hawb', each(GAINS, (name) => `${name}.gain.val`), { columns: VALS, state: ['enable'] }],
         ['table', 'Colour correction, registers', 'cfg.csm', matrix(['r', 'g', 'b']), { block: 'CCM', columns: COEFFICIENTS }],
         ['table', 'Colour space, registers', 'cfg.csm', matrix(['y', 'u', 'v']), { block: 'CST', columns: COEFFICIENTS }],
         ['lines', 'CRC curves', /^cfg\.(cal|crc)$/, crc, { block: SENSORS, ...mode }],

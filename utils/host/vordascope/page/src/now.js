@@ -3,16 +3,20 @@ import { el, setText } from './dom.js';
 import { spark } from './draw/spark.js';
 import { FIGURES } from './known.js';
 import { printed } from './model.js';
+import { invalidText, validityOf } from './valid.js';
 
 function figure(title, field) {
     const before = el('span', { class: 'before' });
     const value = el('span', { class: 'value' });
-    const line = field.charted ? spark(field.courses) : null;
+    const valid = validityOf(field);
+    const invalid = el('p', { class: 'invalid' });
+    const line = field.charted ? spark(field.courses, field.key) : null;
     const element = el(
         'div',
         { class: field.shape === 'scalar' ? 'figure' : 'figure figure-list', title: field.name },
         el('dt', {}, title),
         el('dd', {}, before, value),
+        invalid,
         line?.element,
     );
     return {
@@ -23,6 +27,7 @@ function figure(title, field) {
             setText(before, changed ? `${printed(reference.of(field))} → ` : '');
             setText(value, printed(now.of(field)));
             element.classList.toggle('changed', Boolean(changed));
+            setText(invalid, invalidText(valid, { now, before: reference }));
             line?.mark(now.n, reference?.run === now.run ? reference.n : null);
         },
     };

@@ -70,7 +70,7 @@ class Card {
         this.section = section;
         this.title = title;
         this.hovered = null; // the place on the axis that the pointer is over
-        this.lines = lines.map((line, i) => ({ ...line, colour: lineColour('', i) }));
+        this.lines = lines.map((line, i) => ({ ...line, colour: lineColour(line.name, i) }));
         this.markers = ['marker marker-a', 'marker marker-b'].map((name) =>
             el('div', { class: name }),
         );

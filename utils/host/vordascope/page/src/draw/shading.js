@@ -1,117 +1,202 @@
-// Lens shading: its tables as maps, a section through them and the surface.
-import { canvas } from '../canvas.js';
-import { cssOf, sequential } from '../colours.js';
+// Lens shading: its tables as maps, what they are in the centre and in the corners, the ratios of their
+// colours, and cuts through all of them.
 import { el, setText } from '../dom.js';
-import { wholeRange } from '../sources.js';
+import { differ, Source } from '../sources.js';
 import { lines } from './lines.js';
 import { maps } from './map.js';
 
-const TURN = { angle: Math.PI / 4, tilt: 1.05 };
+/**
+ * The colours of the tables by that of the first pixel. Where this is green, the text does not say
+ * which of the other two is red: it would be known only if `eo` were known to be of an even row.
+ */
+const COLOURS = {
+    R: { ee: 'R', eo: 'G', oe: 'G', oo: 'B' },
+    B: { ee: 'B', eo: 'G', oe: 'G', oo: 'R' },
+    Gr: { ee: 'G', oo: 'G' },
+    Gb: { ee: 'G', oo: 'G' },
+};
 
-/** The corners of the mesh on the canvas: a turn about the vertical, then a tilt towards us. */
-function project(rows, [low, high], turn, width, height) {
-    const [sin, cos] = [Math.sin(turn.angle), Math.cos(turn.angle)];
-    const [sinTilt, cosTilt] = [Math.sin(turn.tilt), Math.cos(turn.tilt)];
-    const scale = Math.min(width / 1.45, height / 1.2);
-    return rows.map((row, y) =>
-        row.map((value, x) => {
-            const across = x / (row.length - 1) - 0.5;
-            const along = y / (rows.length - 1) - 0.5;
-            const up = high > low ? (value - low) / (high - low) - 0.5 : 0;
-            const right = across * cos - along * sin;
-            const deep = across * sin + along * cos;
-            return {
-                x: width / 2 + right * scale,
-                y: height / 2 + (deep * cosTilt - up * 0.62 * sinTilt) * scale,
-                // The larger, the nearer to the eye.
-                near: deep * sinTilt + up * 0.62 * cosTilt,
-                level: up + 0.5,
-            };
-        }),
-    );
+/** The colours that the text names by "(Phase Gr)"; none where it has no such line. */
+const coloursOf = (run) =>
+    COLOURS[/^\(Phase (\w+)\)$/.exec(run.field('vinfo.bayer')?.note)?.[1]] ?? {};
+
+/** A table over the mean of the two green ones, place by place. */
+class Ratio extends Source {
+    constructor(name, table, greens) {
+        super(
+            name,
+            [table, ...greens].flatMap(({ fields }) => fields),
+        );
+        this.table = table;
+        this.greens = greens;
+    }
+
+    rows(moment) {
+        const [first, second] = this.greens.map((green) => green.rows(moment));
+        return this.table
+            .rows(moment)
+            .map((row, y) => row.map((value, x) => (2 * value) / (first[y]?.[x] + second[y]?.[x])));
+    }
+
+    numbers(moment) {
+        return this.rows(moment).flat();
+    }
 }
 
-/** The patches of the mesh from the farthest to the nearest. */
-function patches(mesh) {
-    const all = [];
-    for (let y = 0; y + 1 < mesh.length; ++y) {
-        for (let x = 0; x + 1 < mesh[y].length; ++x) {
-            const corners = [mesh[y][x], mesh[y][x + 1], mesh[y + 1][x + 1], mesh[y + 1][x]];
-            if (corners.some((corner) => !corner || Number.isNaN(corner.y))) continue;
-            const mean = (of) => corners.reduce((sum, corner) => sum + corner[of], 0) / 4;
-            all.push({ corners, near: mean('near'), level: mean('level') });
-        }
-    }
-    return all.sort((p, q) => p.near - q.near);
+/** The ratios to green, of the colours or else of the tables; none where no table is known to be green. */
+function ratiosOf(sources, colours) {
+    const greens = sources.filter(({ name }) => colours[name] === 'G');
+    if (greens.length !== 2) return [];
+    const others = sources.filter((source) => !greens.includes(source));
+    const ratios = others.map(
+        (source) => new Ratio(`${colours[source.name] ?? source.name}/G`, source, greens),
+    );
+    return ratios.sort((p, q) => (p.name < q.name ? 1 : -1));
 }
 
-/** The surface of one of the sources, which turns with the pointer or the arrow keys. */
-function surface(sources) {
-    const turn = { ...TURN };
-    let rows = [];
-    let shown = sources[0];
-    const view = canvas(
-        (context, width, height) => {
-            const mesh = project(rows, wholeRange(sources), turn, width, height);
-            context.lineWidth = 0.5;
-            context.strokeStyle = 'rgb(255 255 255 / 0.45)';
-            for (const { corners, level } of patches(mesh)) {
-                context.fillStyle = cssOf(sequential(level));
-                context.beginPath();
-                for (const { x, y } of corners) context.lineTo(x, y);
-                context.closePath();
-                context.fill();
-                context.stroke();
-            }
-        },
-        {
-            ratio: 0.8,
-            label: 'surface; turn it with the pointer or the arrow keys',
-            className: 'turn',
-        },
-    );
-    const { element } = view;
-    element.tabIndex = 0;
+/** A cut through a source, as a source of its own for a curve. */
+class Cut {
+    column = false;
+    place = null;
 
-    function turnBy(angle, tilt) {
-        turn.angle += angle;
-        turn.tilt = Math.min(Math.max(turn.tilt + tilt, 0.2), 1.5);
-        view.repaint();
+    constructor(source) {
+        this.source = source;
+        this.varies = source.varies;
+        this.fields = source.fields;
     }
-    element.addEventListener('pointerdown', (event) => element.setPointerCapture(event.pointerId));
-    element.addEventListener('pointermove', (event) => {
-        if (element.hasPointerCapture(event.pointerId))
-            turnBy(event.movementX / 120, -event.movementY / 120);
+
+    numbers(moment) {
+        const rows = this.source.rows(moment);
+        if (this.column) return rows.map((row) => row[this.place ?? row.length >> 1]);
+        return rows[this.place ?? rows.length >> 1] ?? [];
+    }
+
+    extents() {
+        return this.source.extents();
+    }
+}
+
+/** In the centre, where four values may meet, and in the corners; then these over that. */
+function figuresOf(rows) {
+    const middle = (length) => [(length - 1) >> 1, length >> 1];
+    const mean = (values) => values.reduce((sum, value) => sum + value, 0) / values.length;
+    const last = rows.length - 1;
+    const centre = mean(
+        middle(rows.length).flatMap((y) => middle(rows[y]?.length ?? 0).map((x) => rows[y]?.[x])),
+    );
+    const corners = [rows[0]?.[0], rows[0]?.at(-1), rows[last]?.[0], rows[last]?.at(-1)];
+    return [centre, ...corners, mean(corners) / centre];
+}
+
+const FIGURES = [
+    '',
+    'centre',
+    'top left',
+    'top right',
+    'bottom left',
+    'bottom right',
+    'corners ÷ centre',
+];
+
+/** The figures of sources as a table; in a comparison of A, of B, and the difference. */
+function figures(sources) {
+    const body = el('tbody');
+    const heads = FIGURES.map((name) => el('th', { scope: 'col' }, name));
+    const shown = (number) =>
+        Number.isFinite(number) ? String(Number(number.toPrecision(4))) : '–';
+    const row = (name, numbers) =>
+        el(
+            'tr',
+            {},
+            el('th', { scope: 'row' }, name),
+            numbers.map((one) => el('td', {}, shown(one))),
+        );
+    function draw(view) {
+        const { now, before } = view;
+        const compared = differ(view, sources);
+        body.replaceChildren(
+            ...sources.flatMap((source) => {
+                const after = figuresOf(source.rows(now));
+                if (!compared) return [row(source.name, after)];
+                const earlier = figuresOf(source.rows(before));
+                const apart = after.map((number, i) => number - earlier[i]);
+                const { name } = source;
+                return [row(`A ${name}`, earlier), row(`B ${name}`, after), row('B − A', apart)];
+            }),
+        );
+    }
+    const table = el(
+        'table',
+        { class: 'numbers figures-table' },
+        el('thead', {}, el('tr', {}, heads)),
+        body,
+    );
+    return { element: el('div', { class: 'wide' }, table), draw };
+}
+
+/** The shading tables of one sensor. */
+export function shading(tables) {
+    const colours = coloursOf(tables[0].fields[0].run);
+    const sources = tables.map(({ name, fields }) => {
+        const colour = colours[name];
+        return new Source(colour ? `${name} (${colour})` : name, fields);
     });
-    const arrows = {
-        ArrowLeft: [-0.1, 0],
-        ArrowRight: [0.1, 0],
-        ArrowUp: [0, 0.1],
-        ArrowDown: [0, -0.1],
+    const ratios = ratiosOf(tables, colours);
+    const cuts = [...sources, ...ratios].map((source) => new Cut(source));
+    const profileOf = (members) =>
+        lines(
+            cuts
+                .filter(({ source }) => members.includes(source))
+                .map((cut) => ({ name: cut.source.name, x: null, y: cut })),
+            { height: members === sources ? 220 : 150 },
+        );
+    const groups = [sources, ratios].filter((members) => members.length);
+    const profiles = groups.map(profileOf);
+    let view = null;
+    let column = false;
+    let cell = [null, null];
+
+    const title = el('p', { class: 'reading-line' });
+    function cutAt() {
+        const rows = sources[0].rows(view.now);
+        const place = cell[+column] ?? (column ? (rows[0]?.length ?? 0) : rows.length) >> 1;
+        for (const cut of cuts) Object.assign(cut, { column, place });
+        setText(title, `${column ? 'column' : 'row'} ${place}: click a map for another one`);
+        for (const profile of profiles) profile.draw(view);
+    }
+    const pick = (...at) => {
+        cell = at;
+        cutAt();
     };
-    element.addEventListener('keydown', (event) => {
-        const by = arrows[event.key];
-        if (!by) return;
-        turnBy(...by);
-        event.preventDefault();
-        event.stopPropagation();
+    const direction = choose('cut', ['row', 'column'], (chosen) => {
+        column = chosen === 1;
+        cutAt();
     });
+    const overviews = groups.map((members) => maps(members, { pick, apart: members === ratios }));
+    const numbers = figures([...sources, ...ratios]);
 
-    let last = null;
-    const choice = choose(
-        'surface',
-        sources.map(({ name }) => name),
-        (i) => {
-            shown = sources[i];
-            draw({ now: last });
+    return {
+        elements: [
+            el(
+                'div',
+                { class: 'shading' },
+                overviews.map(({ elements }) => el('div', {}, elements)),
+                el(
+                    'div',
+                    {},
+                    el('div', { class: 'choice-line' }, direction, title),
+                    profiles.flatMap(({ elements }) => elements),
+                ),
+            ),
+            numbers.element,
+        ],
+        draw(shown) {
+            view = shown;
+            cutAt();
+            numbers.draw(view);
+            for (const overview of overviews) overview.draw(view);
         },
-    );
-    function draw({ now }) {
-        last = now;
-        rows = shown.rows(now);
-        view.repaint();
-    }
-    return { element: el('div', {}, choice, element), draw };
+    };
 }
 
 /** Buttons of which one is pressed. */
@@ -130,86 +215,4 @@ function choose(label, names, onChoose) {
         onChoose(chosen);
     }
     return el('div', { class: 'choice', role: 'group', 'aria-label': label }, buttons);
-}
-
-/** One row or column of a source, as a source of its own for a curve. */
-class Section {
-    constructor(source) {
-        this.source = source;
-        this.varies = source.varies;
-        this.row = null;
-        this.column = null;
-    }
-
-    numbers(moment) {
-        const rows = this.source.rows(moment);
-        if (this.column !== null) return rows.map((row) => row[this.column]);
-        return rows[this.row ?? rows.length >> 1] ?? [];
-    }
-
-    extents() {
-        return this.source.extents();
-    }
-}
-
-/** The shading tables of one sensor. */
-export function shading(sources) {
-    let now = null;
-    const sections = sources.map((source) => new Section(source));
-    const title = el('p', { class: 'reading-line' });
-    const pick = (row, column) => {
-        const byRow = choice === 0;
-        for (const section of sections) {
-            section.row = byRow ? row : null;
-            section.column = byRow ? null : column;
-        }
-        setText(title, byRow ? `row ${row}` : `column ${column}`);
-        profile.draw(now);
-    };
-    let choice = 0;
-    let last = [null, null];
-    const overview = maps(sources, {
-        pick: (row, column) => {
-            last = [row, column];
-            pick(row, column);
-        },
-    });
-    const profile = lines(
-        sections.map((section) => ({ name: section.source.name, x: null, y: section })),
-        { height: 260 },
-    );
-    const relief = surface(sources);
-    const direction = choose('section', ['row', 'column'], (chosen) => {
-        choice = chosen;
-        const rows = sources[0].rows(now.now);
-        pick(last[0] ?? rows.length >> 1, last[1] ?? (rows[0]?.length ?? 0) >> 1);
-    });
-
-    return {
-        elements: [
-            el(
-                'div',
-                { class: 'shading' },
-                el('div', {}, overview.elements),
-                el(
-                    'div',
-                    {},
-                    el('div', { class: 'choice-line' }, direction, title),
-                    profile.elements,
-                ),
-                relief.element,
-            ),
-        ],
-        draw(view) {
-            now = view;
-            if (!title.textContent)
-                setText(
-                    title,
-                    `row ${sources[0].rows(view.now).length >> 1}: click a map for another one`,
-                );
-            overview.draw(view);
-            profile.draw(view);
-            relief.draw(view);
-        },
-    };
 }

@@ -1,6 +1,6 @@
 // Pictures the size of a word: a list or the course of a value as a line, a grid as a map.
 import { canvas } from '../canvas.js';
-import { sequential } from '../colours.js';
+import { lineColour, sequential } from '../colours.js';
 import { svg } from '../dom.js';
 import { extent } from '../model.js';
 import { paintCells } from './map.js';
@@ -29,13 +29,18 @@ function shownPoints(list) {
 /**
  * Lines over their index on one scale.
  * @param {number[][]} lists one a line
+ * @param {string} name of what they are the elements of
  * @returns {{element: SVGElement, mark(n, a), grow(lists)}} `mark` puts a line at point n and, where
  *     a is not null, another one at point a; `grow` takes lists that have become other ones
  */
-export function spark(lists) {
+export function spark(lists, name = '') {
     let length = 0;
     const x = (i) => round(length > 1 ? 1 + (i / (length - 1)) * (WIDTH - 2) : WIDTH / 2);
-    const paths = lists.map((_, line) => svg('path', { class: `spark-line spark-${line % 4}` }));
+    const paths = lists.map((_, line) => {
+        const path = svg('path', { class: 'spark-line' });
+        path.style.stroke = `var(${lineColour(`${name}[${line}]`, line)})`;
+        return path;
+    });
     const cursors = ['spark-b', 'spark-a'].map((name) => svg('path', { class: name }));
 
     function grow(grown) {

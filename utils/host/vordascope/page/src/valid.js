@@ -1,0 +1,15 @@
+// Whether statistics are valid: stat.flag says it of each item, "lum_valid = 0" of stat.lum.
+
+/** The flag of the item that a field belongs to; undefined where the text has none. */
+export const validityOf = ({ item, run }) =>
+    item.startsWith('stat.') ? run.field(`stat.flag.${item.slice(5)}_valid`) : undefined;
+
+/** What is to be said of statistics at what a view shows; '' where they are valid or nothing says so. */
+export function invalidText(flag, { now, before }) {
+    if (!flag) return '';
+    const sides = [now, ...(before ? [before] : [])].map(
+        (moment) => String(moment.of(flag)) === '0',
+    );
+    const where = before && sides[0] !== sides[1] ? (sides[0] ? ' in B' : ' in A') : '';
+    return sides.includes(true) ? `not valid${where}: ${flag.key} 0` : '';
+}
