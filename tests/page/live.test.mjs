@@ -1,12 +1,12 @@
 // `vordascope live` as a server: whom it answers, and that nobody slows it.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
+import { spawn, spawnSync } from 'node:child_process';
 import { once } from 'node:events';
-import { appendFileSync, readdirSync, statSync } from 'node:fs';
+import { appendFileSync, readdirSync, readFileSync, statSync } from 'node:fs';
 import { connect } from 'node:net';
 import { test } from 'node:test';
 import { environment, exchange, feed, follow, live, snapshot } from './following.mjs';
-import { built, scratch, write } from './harness.mjs';
+import { built, scratch, vordascope, write } from './harness.mjs';
 
 test('it answers its own page and nobody else', async (test) => {
     const { address } = await live(test, '-');
@@ -151,6 +151,82 @@ test('a page that does not read slows nobody', { timeout: 60_000 }, async (test)
     while (!text.includes(newest)) await once(stalled, 'data');
     assert.match(text.slice(0, text.indexOf(newest)), /event: state\n[^\n]*$/);
     stalled.destroy();
+});
+
+test('what is read is written, with what was noted where it belongs', async (test) => {
+    const ended = async ({ child }) => {
+        if (child.exitCode === null) await once(child, 'exit');
+        return child.exitCode;
+    };
+    const [one, two, three] = [1, 2, 3].map((n) => snapshot(n, n * 100));
+    const [half, rest] = [three.slice(0, 40), three.slice(40)];
+    const noise = 'hello\n';
+    const first = `${noise}mark = early\nmark = dev_idx = 0, path_idx = 1\n${one}`;
+    const wanted = `${first}mark = lamp\n${two}mark = late\n${three}`;
+    const fifo = `${scratch}/fifo`;
+    spawnSync('mkfifo', [fifo]);
+    let piped = '';
+    const reader = spawn('cat', [fifo]);
+    reader.stdout.setEncoding('latin1').on('data', (text) => {
+        piped += text;
+    });
+    test.after(() => reader.kill());
+    const file = write('recorded.txt', 'what was there before and is longer'.repeat(20));
+    for (const out of [file, fifo]) {
+        const program = await live(test, '-o', out, '-');
+        const { child, address } = program;
+        const page = await follow(address);
+        const note = (text) => fetch(new URL(`mark?text=${text}`, address));
+        const news = async (wanted) => {
+            while (!JSON.stringify((await page.next()).data).includes(wanted));
+        };
+        await note('early');
+        await feed(program, noise + one);
+        await news('early');
+        await note('dev_idx = 0, path_idx = 1');
+        if (out === file) assert.equal(readFileSync(file, 'latin1'), first);
+        await feed(program, two + half);
+        await news('200');
+        await note('lamp');
+        child.stdin.end(rest);
+        await news('"ended":true');
+        await note('late');
+        child.kill();
+        assert.equal(await ended(program), 0);
+    }
+    assert.equal(readFileSync(file, 'latin1'), wanted);
+    if (reader.exitCode === null) await once(reader, 'close');
+    assert.equal(piped, wanted);
+    const columns = vordascope('series', '--no-header', file, 'time', 'mark').stdout.toString();
+    assert.equal(columns, '1,"early; dev_idx = 0, path_idx = 1"\n2,lamp\n3,late\n');
+
+    // What cannot be written is told, once, and following goes on; it shows in the exit status.
+    const program = await live(test, '-o', '/dev/full', '-');
+    const page = await follow(program.address);
+    await feed(program, one + two);
+    assert.ok(await program.tells('/dev/full: No space left on device; no more is written there'));
+    await feed(program, three);
+    for (let seen = 0; seen < 3; ) {
+        const { name, data } = await page.next();
+        seen = name === 'state' ? (data.model.runs[0]?.count ?? 0) : seen + data.add.length;
+    }
+    program.child.kill();
+    assert.equal(await ended(program), 2);
+
+    // Nor is a line lost where nothing says to which snapshot it belongs.
+    const odd = await live(test, '-o', file, '-');
+    await feed(odd, `\x1b[1m${one}`);
+    const others = await follow(odd.address);
+    while (!JSON.stringify((await others.next()).data).includes('100'));
+    await fetch(new URL('mark?text=lamp', odd.address));
+    odd.child.kill();
+    assert.ok(await odd.tells(`${file} lacks what was noted: mark = lamp`));
+    for (const args of [[file], ['--reference', `${file}#1`, '-']]) {
+        const { status, stderr } = vordascope('live', '--no-browser', '-o', file, ...args);
+        assert.equal(status, 2);
+        assert.match(stderr, /recorded.txt: the recording would overwrite this capture/);
+    }
+    assert.equal(readFileSync(file, 'latin1'), `\x1b[1m${one}`);
 });
 
 test('a file that grows is followed, and one that is written anew', async (test) => {

@@ -91,9 +91,9 @@ TEST(Follower, TellsStateReferenceMarksAndTheEnd)
     Reader reader{std::string_view(reference_text)};
     Follower follower(10);
     EXPECT_EQ(json::parse(follower.state())["age"], nullptr);
-    EXPECT_FALSE(follower.mark("nothing there"));
     follower.hold_against("good.txt#1", *reader.next());
     follower.begin("pipe");
+    follower.mark("early"); // waits for the first snapshot
     EXPECT_EQ(follower.news(), "");
 
     const std::string text =
@@ -101,14 +101,14 @@ TEST(Follower, TellsStateReferenceMarksAndTheEnd)
     Reader live{std::string_view(text)};
     follower.add(*live.next());
     follower.add(*live.next());
-    EXPECT_TRUE(follower.mark("\"off\"\n"));
+    follower.mark("\"off\"\n");
     json news = json::parse(follower.news());
     EXPECT_EQ(news["add"].size(), 2U);
     EXPECT_EQ(news["add"][0]["marks"], json({"lamp on"}));
     EXPECT_EQ(news["add"][0]["labels"], json({{"host", "cam1"}}));
     EXPECT_FALSE(news["add"][1].contains("labels"));
     EXPECT_EQ(news["add"][1]["fields"].size(), 1U);
-    EXPECT_EQ(news["marks"], json::parse(R"([[1,1,"\"off\"\n"]])"));
+    EXPECT_EQ(news["marks"], json::parse(R"([[1,0,"early"],[1,1,"\"off\"\n"]])"));
     EXPECT_FALSE(news.contains("ended"));
 
     follower.end();
@@ -120,7 +120,7 @@ TEST(Follower, TellsStateReferenceMarksAndTheEnd)
     EXPECT_LT(state["age"], 5);
     EXPECT_EQ(state["model"]["files"], json({"good.txt#1", "pipe"}));
     EXPECT_EQ(state["model"]["runs"][1]["marks"],
-              json::parse(R"([[0,"lamp on"],[1,"\"off\"\n"]])"));
+              json::parse(R"([[0,"lamp on"],[0,"early"],[1,"\"off\"\n"]])"));
 }
 
 } // namespace

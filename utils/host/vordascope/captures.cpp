@@ -2,6 +2,8 @@
 #include "captures.h"
 
 #include <algorithm>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vordascope
 {
@@ -31,6 +33,16 @@ std::vector<Label> read_labels(const std::vector<std::string> &texts)
     for (const std::string &text : texts)
         labels.push_back(*read_label(text));
     return labels;
+}
+
+bool same_file(const std::string &capture, const std::string &path)
+{
+    struct stat of_capture;
+    struct stat of_path;
+    const bool there = is_standard_input(capture) ? fstat(STDIN_FILENO, &of_capture) == 0
+                                                  : stat(capture.c_str(), &of_capture) == 0;
+    return there && stat(path.c_str(), &of_path) == 0 && S_ISREG(of_path.st_mode) &&
+           of_capture.st_dev == of_path.st_dev && of_capture.st_ino == of_path.st_ino;
 }
 
 void warn_of_unread(const Input &input, uint64_t unread)

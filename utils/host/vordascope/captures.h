@@ -22,6 +22,10 @@ std::optional<Label> read_label(std::string_view text);
 // Those that have been checked.
 std::vector<Label> read_labels(const std::vector<std::string> &texts);
 
+// Whether a capture, standard input perhaps, is the regular file of that path. Devices may well be
+// named twice.
+bool same_file(const std::string &capture, const std::string &path);
+
 // Says that a capture was not read in full, for verbs whose output has no place for it.
 void warn_of_unread(const Input &input, uint64_t unread);
 

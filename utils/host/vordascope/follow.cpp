@@ -5,6 +5,7 @@
 #include "quantity.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vordascope
 {
@@ -67,6 +68,8 @@ void Follower::add(const Snapshot &snapshot)
     run.stamps.push_back(now_);
     kept_++;
     forget_old();
+    for (const std::string &text : std::exchange(early_, {}))
+        mark(text);
 }
 
 void Follower::forget_old()
@@ -95,15 +98,18 @@ void Follower::forget_old()
     }
 }
 
-bool Follower::mark(const std::string &text)
+void Follower::mark(const std::string &text)
 {
+    if (snapshots_ == 0) {
+        early_.push_back(text);
+        return;
+    }
     const std::optional<Model::Place> place = model_.mark(text);
     if (!place)
-        return false;
+        return;
     std::string entry = '[' + number_text(place->run) + ',' + number_text(place->snapshot) + ',';
     put_json_string(text, entry);
     append(marks_, entry + ']');
-    return true;
 }
 
 std::string Follower::state() const

@@ -35,8 +35,8 @@ public:
     void begin(const std::string &name);
     void add(const Snapshot &snapshot);
 
-    // Notes something at the newest snapshot. Returns whether there is one.
-    bool mark(const std::string &text);
+    // Notes something at the newest snapshot; at the first one when there is none yet.
+    void mark(const std::string &text);
 
     // There is no more.
     void end() { ended_ = true; }
@@ -72,6 +72,7 @@ private:
     uint64_t snapshots_ = 0;
     Clock::time_point newest_;
     std::string added_, forgotten_, marks_;
+    std::vector<std::string> early_; // marks before the first snapshot
     bool ended_ = false, end_told_ = false;
 };
 

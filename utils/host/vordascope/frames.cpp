@@ -13,6 +13,7 @@ namespace
 {
 
 constexpr std::string_view END_LINE = "; end";
+constexpr std::string_view NOTED = "mark = ";
 constexpr char NO_SNAPSHOT[] = "no snapshot follows it";
 
 // A line without its line end, which is at `newline`, and without a mark in front.
@@ -87,7 +88,7 @@ bool is_head_line(std::string_view line)
     case 'f':
         return read_number_line(line, "frame = ", number);
     case 'm':
-        return line.starts_with("mark = ") || read_number_line(line, "missed = ", number);
+        return line.starts_with(NOTED) || read_number_line(line, "missed = ", number);
     case 'l':
         return read_label_line(line, key, value);
     default:
@@ -132,6 +133,7 @@ char *Frames::room(size_t size)
         const size_t gone = begin_.at;
         memmove(buffer_.data(), buffer_.data() + gone, size_ - gone);
         size_ -= gone;
+        gone_ += gone;
         for (Mark *mark : {&begin_, &scanned_, &head_, &last_, &own_head_, &body_})
             mark->at -= std::min(mark->at, gone);
     }
@@ -148,6 +150,7 @@ bool Frames::next(Head &head)
         return false;
     head.text = {text_ + begin_.at, end - begin_.at};
     head.line = begin_.line;
+    head.at = gone_ + (begun_ ? own_head_.at : begin_.at);
     head.indexed = begun_;
     head.timed = head.cut = false;
     head.last = ended_ && end == size_ && !ended_by_line_;
@@ -200,7 +203,10 @@ size_t Frames::find_end()
 
         const Mark after = {next, scanned_.line + 1};
         const std::string_view line = content(begin, newline);
-        if (const size_t index = index_line_in(line); index != std::string_view::npos) {
+        // What somebody notes may read like an index line.
+        const bool noted = line.starts_with(NOTED);
+        const size_t index = noted ? std::string_view::npos : index_line_in(line);
+        if (index != std::string_view::npos) {
             if (index != 0) {
                 last_ = scanned_;
                 head_ = {static_cast<size_t>(line.data() + index - text_), scanned_.line};
@@ -301,7 +307,7 @@ void Frames::read_head(Head &head) const
             head.frame = frame;
         } else if (read_number_line(line, "added_to = ", frame)) {
             head.added_to = frame;
-        } else if (take(value, "mark = ")) {
+        } else if (take(value, NOTED)) {
             head.marks.push_back(value);
         } else if (read_label_line(line, key, value)) {
             if (!set_label(head.labels, key, value))

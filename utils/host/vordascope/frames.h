@@ -56,6 +56,7 @@ private:
     std::vector<char> buffer_;
     const char *text_ = nullptr; // the buffer, or the whole text
     size_t size_ = 0;
+    uint64_t gone_ = 0; // bytes that were before the buffer
     bool ended_ = false;
     Mark begin_ = {0, 1};   // of the snapshot that comes next
     Mark scanned_ = {0, 1}; // the line up to which its end has been looked for

@@ -2,6 +2,7 @@
 #include "verbs.h"
 
 #include "follow.h"
+#include "recording.h"
 #include "report.h"
 #include "server.h"
 #include "shown.h"
@@ -57,11 +58,17 @@ public:
     int fd() const { return fd_; }
     const std::string &name() const { return name_; }
 
+    // What is read goes there, too.
+    void record(Recording &recording) { recording_ = &recording; }
+
     // Reads once, without waiting where something can be read.
     Server::Found look()
     {
-        const ssize_t size = read(fd_, reader_->room(PIECE), PIECE);
+        char *const room = reader_->room(PIECE);
+        const ssize_t size = read(fd_, room, PIECE);
         if (size > 0) {
+            if (recording_ != nullptr)
+                recording_->put({room, static_cast<size_t>(size)});
             reader_->fill(static_cast<size_t>(size));
             take();
             return Server::Found::bytes;
@@ -88,8 +95,14 @@ private:
 
     void take()
     {
-        while (const Snapshot *snapshot = reader_->next())
+        std::optional<uint64_t> newest;
+        while (const Snapshot *snapshot = reader_->next()) {
             follower_.add(*snapshot);
+            if (snapshot->indexed && reader_->plain())
+                newest = snapshot->at;
+        }
+        if (recording_ != nullptr)
+            recording_->reached(newest);
     }
 
     // A file that is shorter than what has been read of it has been written anew.
@@ -101,11 +114,14 @@ private:
         reader_->end();
         take();
         begin();
+        if (recording_ != nullptr)
+            recording_->begin();
         return lseek(fd_, 0, SEEK_SET) == 0;
     }
 
     Follower &follower_;
     const std::vector<Label> labels_;
+    Recording *recording_ = nullptr;
     std::string name_;
     int fd_ = -1;
     bool ready_ = false;
@@ -229,6 +245,21 @@ std::vector<std::string> posted_addresses()
     return addresses;
 }
 
+// Whether the recording would overwrite what is read, which has been told.
+bool overwrites(const LiveOptions &options)
+{
+    if (options.out.empty())
+        return false;
+    for (const std::string &file : {options.file, Side(options.reference).file()}) {
+        if (file.empty() || !same_file(file, options.out))
+            continue;
+        complain((is_standard_input(file) ? "standard input" : file) +
+                 ": the recording would overwrite this capture");
+        return true;
+    }
+    return false;
+}
+
 } // namespace
 
 int live(const LiveOptions &options)
@@ -239,6 +270,8 @@ int live(const LiveOptions &options)
             "this vordascope was built without the page; configuring it says what was missing");
         return TROUBLE;
     }
+    if (overwrites(options))
+        return TROUBLE;
     Follower follower(options.keep);
     if (!options.reference.empty()) {
         Side reference(options.reference);
@@ -253,6 +286,7 @@ int live(const LiveOptions &options)
 
     std::string error;
     Server *publisher = nullptr;
+    std::optional<Recording> recording;
     const auto publish = [&] {
         const std::string news = follower.news();
         if (!news.empty())
@@ -261,6 +295,8 @@ int live(const LiveOptions &options)
     Server server({page, [&] { return follower.state(); },
                    [&](const std::string &text) {
                        follower.mark(text);
+                       if (recording)
+                           recording->mark(text);
                        publish();
                    }},
                   options.port, error);
@@ -271,6 +307,12 @@ int live(const LiveOptions &options)
         return TROUBLE;
     }
     publisher = &server;
+    if (!options.out.empty()) {
+        recording.emplace(options.out);
+        if (recording->failed())
+            return TROUBLE;
+        source.record(*recording);
+    }
     const PostedAddress posted(server.address());
     tell_address(server, options);
     server.watch(source.fd(), [&] {
@@ -286,7 +328,7 @@ int live(const LiveOptions &options)
         return found;
     });
     server.run([&] { follower.end(); });
-    return YES;
+    return recording && !recording->close() ? TROUBLE : YES;
 }
 
 int mark(const MarkOptions &options)

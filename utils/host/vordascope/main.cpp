@@ -251,8 +251,11 @@ void add_live(CommandLine &line)
     const auto [verb, options] = line.add(
         "live", "Show in a browser what arrives",
         "Prints an address of this machine alone and shows there what FILE gets, - is standard\n"
-        "input: ssh camera vorda-record all | tee run.txt | vordascope live -",
+        "input: ssh camera vorda-record all | vordascope live -o run.txt -",
         live);
+    verb->add_option("-o,--output", options.out,
+                     "Write what is read here, with a line for each mark that is made")
+        ->type_name("OUT");
     verb->add_option("--keep", options.keep, "Keep the last N seconds (300)")
         ->type_name("N")
         ->check(CLI::Range(1, 86400));

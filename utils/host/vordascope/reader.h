@@ -98,6 +98,9 @@ public:
     // sentence each, without its end. More may come until there are no more snapshots.
     std::vector<std::string> notices() const;
 
+    // Whether the input is read byte for byte, so that Head::at is a place in it.
+    bool plain() const { return decode_.plain(); }
+
     // Returns the next snapshot, which stays valid until the next call of next() or room(), or
     // nullptr: more input is needed, or after end() there are no more. Text that belongs to no
     // snapshot comes with the next one, or at the end in one that is not `indexed`.

@@ -87,6 +87,7 @@ struct Head {
     std::string_view text;
     std::vector<Part> body; // what follows the index line up to the end line
     uint64_t line = 1;      // number of its first line in the input
+    uint64_t at = 0;        // where its head lines begin, in bytes of the input as it was decoded
     uint64_t number = 0;    // which one of its input it is, from 1
     bool indexed = false;   // is a snapshot; false for text that belongs to none
     bool named = false;     // has an index line; an attribute text may be without

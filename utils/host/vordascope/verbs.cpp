@@ -18,18 +18,6 @@ namespace vordascope
 namespace
 {
 
-// Whether a capture, standard input perhaps, is the regular file of that path. Devices may well be
-// named twice.
-bool same_file(const std::string &capture, const std::string &path)
-{
-    struct stat of_capture;
-    struct stat of_path;
-    const bool there = is_standard_input(capture) ? fstat(STDIN_FILENO, &of_capture) == 0
-                                                  : stat(capture.c_str(), &of_capture) == 0;
-    return there && stat(path.c_str(), &of_path) == 0 && S_ISREG(of_path.st_mode) &&
-           of_capture.st_dev == of_path.st_dev && of_capture.st_ino == of_path.st_ino;
-}
-
 // The name of a capture in the page, which is sent to others: without its folder, unless another
 // capture has the same name.
 std::string title_of(const std::string &file, const std::vector<std::string> &files)

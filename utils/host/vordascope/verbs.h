@@ -98,6 +98,7 @@ struct LiveOptions {
     std::string file;                // or standard input
     std::vector<std::string> labels; // "KEY=VALUE", which it has besides its own
     std::string reference;           // FILE, FILE#N or FILE#last, or empty
+    std::string out;                 // where what is read is written, with what was noted; or empty
     double keep = 300;               // seconds
     uint16_t port = 0;               // 0: one of the system's choice
     bool no_browser = false;
