@@ -208,6 +208,18 @@ test('a comparison shows what diff prints', async (t) => {
     await press(page, 'Home', 'c', 'ArrowRight', 'Shift+ArrowRight');
     assert.ok((await shown()).length > 20);
     assert.deepEqual(await shown(), diffOf(file, 1, 12));
+    // Of a list or grid every value on demand, as with --every.
+    const opened = await page.$$('.differences summary');
+    assert.ok(opened.length > 3);
+    for (const summary of opened) await summary.click();
+    await page.waitForFunction(() =>
+        [...document.querySelectorAll('.differences pre')].every((one) => one.textContent),
+    );
+    const every = vordascope('diff', '--every', `${file}#1`, `${file}#12`).stdout.toString();
+    assert.deepEqual(
+        (await texts(page, '.differences pre')).flatMap((text) => text.split('\n')),
+        every.split('\n').flatMap((line) => /^ {4}(\[.*)/.exec(line)?.[1] ?? []),
+    );
     // The other way round nearly everything differs, in 64 bits and in fields that one side lacks.
     await press(page, 'c', 'End', 'ArrowLeft', 'c', 'Home');
     const rows = (all) =>

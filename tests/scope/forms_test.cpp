@@ -239,6 +239,32 @@ TEST(Compare, ReportsByItem)
     }
 }
 
+TEST(Compare, TellsEveryValueWhereAsked)
+{
+    const std::string a =
+        INDEX + "[A]\nl = 1, 2, 3, nan\nm:\n1, 2\n3, 4\ns = 1\nt = 1, 2\nr = 1, 2\n";
+    const std::string b = INDEX + "[A]\nl = 9, 2, 5, 1\nm:\n1, 3\n3, 9\ns = 2\nt = 1\nr = 9, 9\n";
+    Reader reader_a{std::string_view(a)};
+    Reader reader_b{std::string_view(b)};
+    std::vector<Rule> list;
+    std::string error;
+    ASSERT_TRUE(read_rules("*.m abs=1\n*.r range=..8", "rules", list, error)) << error;
+    Rules rules({}, list, {});
+    std::string report;
+    put_report(compare(*reader_a.next(), *reader_b.next(), rules, "a", "b", true), "a", "b",
+               report);
+    EXPECT_EQ(report, "intl.a\n"
+                      "  l  3 of 4 values, most [3]: nan -> 1\n"
+                      "    [0]  1 -> 9  (+8, +800 %)\n"
+                      "    [2]  3 -> 5  (+2, +66.7 %)\n"
+                      "    [3]  nan -> 1\n"
+                      "  m  1 of 4 values, most [1][1]: 4 -> 9  (+5, +125 %)\n"
+                      "    [1][1]  4 -> 9  (+5, +125 %)\n"
+                      "  s  1 -> 2  (+1, +100 %)\n"
+                      "  t  2 values -> a single value\n"
+                      "  r  2 of 2 values, first [0]: 9 is outside of ..8\n");
+}
+
 TEST(Forms, OfSavedTexts)
 {
     size_t saved = 0;

@@ -182,8 +182,8 @@ class Comparing
 {
 public:
     Comparing(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
-              std::string_view name_b)
-        : sides_{&a, &b}, rules_(rules), names_{name_a, name_b}
+              std::string_view name_b, bool every)
+        : sides_{&a, &b}, rules_(rules), names_{name_a, name_b}, every_(every)
     {
     }
 
@@ -207,8 +207,12 @@ public:
             std::string what;
             if (put_difference(a, field, b, *other, rule, what))
                 (rule.warn ? result_.warned : result_.different)++;
+            std::string every;
+            if (every_ && rule.compares() && !a.damaged(field) && !b.damaged(*other))
+                put_every(a.begin(field), field, b.begin(*other), *other, rule, every);
             if (!what.empty())
-                item.differences.push_back({name_in_item(a, field), std::move(what), rule.warn});
+                item.differences.push_back(
+                    {name_in_item(a, field), std::move(what), rule.warn, std::move(every)});
         }
         for (size_t i = 0; i < b.fields.size(); i++) {
             if (met[i])
@@ -304,6 +308,7 @@ private:
     const Snapshot *sides_[2];
     Rules &rules_;
     std::string_view names_[2];
+    bool every_;
     Comparison result_;
     std::map<std::string, size_t> places_;
     int last_side_ = -1;
@@ -333,6 +338,22 @@ bool put_difference(const Value *values_a, const Field &field_a, const Value *va
     return true;
 }
 
+void put_every(const Value *values_a, const Field &field_a, const Value *values_b,
+               const Field &field_b, const Rule &rule, std::string &out)
+{
+    if (field_a.shape == Shape::scalar || field_a.shape != field_b.shape ||
+        field_a.count != field_b.count || field_a.columns != field_b.columns)
+        return;
+    for (uint32_t i = 0; i < field_a.count; i++) {
+        if (same(values_a[i], values_b[i], rule))
+            continue;
+        put_place(field_a, i, out);
+        out += "  ";
+        put_change(values_a[i], values_b[i], out);
+        out += '\n';
+    }
+}
+
 bool ItemDifferences::same() const
 {
     return std::all_of(differences.begin(), differences.end(),
@@ -347,14 +368,14 @@ char ItemDifferences::only_side() const
 }
 
 Comparison compare(const Snapshot &a, const Snapshot &b, Rules &rules, std::string_view name_a,
-                   std::string_view name_b)
+                   std::string_view name_b, bool every)
 {
-    return Comparing(a, b, rules, name_a, name_b).run();
+    return Comparing(a, b, rules, name_a, name_b, every).run();
 }
 
 Comparison hold(const Snapshot &snapshot, Rules &rules)
 {
-    return Comparing(snapshot, snapshot, rules, "", "").run_alone();
+    return Comparing(snapshot, snapshot, rules, "", "", false).run_alone();
 }
 
 void put_report(const ItemDifferences &item, std::string_view name_a, std::string_view name_b,
@@ -380,6 +401,11 @@ void put_report(const ItemDifferences &item, std::string_view name_a, std::strin
             out += "  ";
         }
         out += difference.what + (difference.warning ? "  (warning)\n" : "\n");
+        for (std::string_view rest = difference.every; !rest.empty();) {
+            const size_t end = rest.find('\n') + 1;
+            out.append("    ").append(rest.substr(0, end));
+            rest.remove_prefix(end);
+        }
     }
 }
 

@@ -117,7 +117,8 @@ int compare_all(const DiffOptions &options, const Side &a, Rules &rules, Gate &g
             status = TROUBLE;
             continue;
         }
-        const Comparison result = compare(a.snapshot(), b.snapshot(), rules, a.name(), b.name());
+        const Comparison result =
+            compare(a.snapshot(), b.snapshot(), rules, a.name(), b.name(), options.every);
         gate.add(b.name(), result);
         status = std::max(status, result.same() ? YES : NO);
         out.clear();

@@ -142,6 +142,7 @@ void add_diff(CommandLine &line)
     const auto [verb, options] =
         line.add("diff", "Compare snapshots field by field", PATTERNS, diff);
     verb->add_flag("-q,--quiet", options.quiet, "Say only which ones differ");
+    verb->add_flag("--every", options.every, "Tell each value of an array that differs");
     repeated(verb->add_option("--only", options.only, "Compare these fields alone"), "GLOB");
     repeated(verb->add_option("--ignore", options.ignore, "Leave these fields out"), "GLOB");
     repeated(verb->add_option("--rules,--ignore-from", options.rules,

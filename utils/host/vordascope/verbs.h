@@ -39,6 +39,7 @@ struct DiffOptions {
     std::string relative;
     std::string junit; // the file for CI servers; empty for none
     bool quiet = false;
+    bool every = false; // tell each value of an array that differs
 };
 
 // Compares snapshots with one field by field.

@@ -168,6 +168,19 @@ const char *differ()
     return text.data();
 }
 
+// Each value of two lists or grids that differs, as put_every() has it, handed over as to differ().
+const char *every()
+{
+    const char *p = text.data();
+    const Handed a(p);
+    const Handed b(p);
+    std::string lines;
+    vordascope::put_every(a.values.data(), a.field, b.values.data(), b.field,
+                          looked_for.tolerance(), lines);
+    text = std::move(lines);
+    return text.data();
+}
+
 // Takes what is looked for, of `size` bytes in room(), which differ() and find() go by from now on.
 // Returns why a tolerance in it cannot be read, of size() bytes.
 const char *filter(size_t size)

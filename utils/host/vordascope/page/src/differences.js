@@ -4,6 +4,7 @@ import { placeOf } from './course.js';
 import { el, setText } from './dom.js';
 import { hold } from './lifetime.js';
 import { grouped, placeText } from './model.js';
+import { everyText } from './tools.js';
 
 /** What changed so shortly before, after a rest of as long, has just moved. */
 const JUST = { seconds: 2, snapshots: 50 };
@@ -12,7 +13,7 @@ const JUST = { seconds: 2, snapshots: 50 };
 const PAUSE = 250;
 
 /** A difference as a cell whose text is that of `vordascope diff`, its parts set apart. */
-export function differenceOf(tag, text) {
+function differenceOf(tag, text) {
     const parts = /^(\d+ of \d+ values, most \S+ )?(.*?) -> (.*?)( {2}\(.*\))?$/s.exec(text);
     if (!parts) return el(tag, {}, text);
     const [, about, from, to, apart] = parts;
@@ -25,6 +26,21 @@ export function differenceOf(tag, text) {
         el('b', {}, to),
         apart && el('span', { class: 'apart' }, apart),
     );
+}
+
+/**
+ * How two values differ, in a cell. Lists and grids open to show each value that does, as
+ * `vordascope diff --every` prints it.
+ */
+export function differenceIn(tag, a, b) {
+    const text = difference(a, b);
+    if (!/^\d+ of \d+ values/.test(text)) return differenceOf(tag, text);
+    const lines = el('pre', { tabIndex: 0, 'aria-label': 'each value that differs' });
+    const fill = () => {
+        if (!lines.firstChild) lines.append(everyText(a, b).join('\n'));
+    };
+    const summary = differenceOf('summary', text);
+    return el(tag, {}, el('details', { class: 'every', on: { toggle: fill } }, summary, lines));
 }
 
 /** The fields by item; where one side has none of an item, a text instead of its fields. */
@@ -79,10 +95,7 @@ export function differencesSection() {
                 { class: i ? motion : `first ${motion}` },
                 i ? null : start,
                 el('td', { class: 'key' }, field.label + placeText(view.find.part(field))),
-                differenceOf(
-                    'td',
-                    difference(view.find.valueOf(field, before), view.find.valueOf(field, now)),
-                ),
+                differenceIn('td', view.find.valueOf(field, before), view.find.valueOf(field, now)),
             ),
         );
     };

@@ -1,6 +1,5 @@
 // Every field, by item, as printed: nothing of a capture stays out of the page.
-import { difference } from './compare.js';
-import { differenceOf } from './differences.js';
+import { differenceIn } from './differences.js';
 import { el, setText } from './dom.js';
 import { patch, spark } from './draw/spark.js';
 import { flat, grouped, number, placeText, printed } from './model.js';
@@ -78,8 +77,13 @@ class Row {
                 : valueText(field, value),
         );
         if (differs) {
-            const text = difference(find.valueOf(field, reference), find.valueOf(field, now));
-            this.value.append(el('div', { class: 'difference' }, differenceOf('span', text)));
+            const cell = differenceIn(
+                'div',
+                find.valueOf(field, reference),
+                find.valueOf(field, now),
+            );
+            cell.className = 'difference';
+            this.value.append(cell);
         }
         this.element.classList.toggle('changed', differs);
         this.course?.mark(now.n, reference?.run === now.run ? reference.n : null);

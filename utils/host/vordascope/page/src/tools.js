@@ -45,6 +45,13 @@ export function differenceText(a, b) {
     return read(tools.differ());
 }
 
+/** Each value of two lists or grids that differs: ["[0][1]  -552 -> -600  (-48, -8.7 %)"]. */
+export function everyText(a, b) {
+    if (!tools) return [];
+    put(joined([...handed(a), ...handed(b)]));
+    return read(tools.every()).split('\n').slice(0, -1);
+}
+
 const joined = (pieces) => {
     const bytes = new Uint8Array(pieces.reduce((sum, piece) => sum + piece.length, 0));
     let at = 0;
