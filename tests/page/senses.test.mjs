@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { cssOf, inkOn, sequential } from '../../utils/host/vordascope/page/src/colours.js';
-import { drop, emptyPage, open, series } from './harness.mjs';
+import { capture, drop, emptyPage, open, series } from './harness.mjs';
 
 let recorded;
 const many = () => {
@@ -153,4 +153,76 @@ test('nothing moves by itself for whom that disturbs; keys go on where a link le
     assert.equal(await page.evaluate(() => document.getAnimations().length), 0);
     await page.keyboard.press('Tab');
     assert.ok(await page.evaluate(() => document.activeElement.closest('#fields') !== null));
+});
+
+/** How many sheets of A4 a page prints. */
+async function sheets(page) {
+    const pdf = await page.pdf({ format: 'A4', preferCSSPageSize: true });
+    return pdf.toString('latin1').match(/\/Type\s*\/Page\b/g).length;
+}
+
+test('it prints on six sheets: the figures and what differs, or the cards', async (t) => {
+    const one = capture().toString('latin1');
+    let i = 0;
+    const other = one.replace(/ = (\d+)$/gm, (text, value) =>
+        i++ % 2 ? ` = ${Number(value) + 7}` : text,
+    );
+    // A comparison of many fields, one of long texts, a recording with courses, a capture alone.
+    const long = (c) =>
+        `dev_idx = 0, path_idx = 0\n[A]\n${Array.from({ length: 900 }, (_, i) => `k${i} = "${c.repeat(400)}"\n`).join('')}`;
+    const printed = [[one, other], [long('x'), long('y')], [many().toString('latin1')], [one]];
+    for (const [i, captures] of printed.entries()) {
+        const page = await open(t, emptyPage());
+        await drop(page, ...captures.map((content, k) => ({ name: `${k}.txt`, content })));
+        await page.waitForSelector('.bar');
+        const count = await sheets(page);
+        assert.ok(count > 1 && count <= 6, `${count} sheets of ${i}`);
+        // What is printed, as it is laid out for that.
+        await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+        const shown = (selector) =>
+            page.$$eval(selector, (all) => all.filter((one) => one.checkVisibility()).length);
+        assert.equal((await shown('.figure')) > 0, i !== 1, `figures of ${i}`);
+        assert.equal((await shown('.courses .card')) > 5, i === 2);
+        assert.equal((await shown('.cards .card')) > 20, i > 1);
+        const rows = await shown('.differences tr');
+        assert.equal(rows > 100, i < 2, String(rows));
+        // What has no room is told.
+        const left = (await page.locator('.differences tr').count()) - rows;
+        if (left > 0) {
+            const note = await page.locator('.paper-note').textContent();
+            assert.equal(note, `${left} more stand in the page; 6 sheets are full.`);
+        }
+        await page.evaluate(() => window.dispatchEvent(new Event('afterprint')));
+        assert.equal(await page.locator('.paper-note, .off-paper').count(), 0);
+    }
+});
+
+test('in a narrow window differences stand in the flow of the page', async (t) => {
+    const page = await busyPage(t, { width: 400 });
+    const scrollers = await page.$$eval('#differences, #differences *', (all) =>
+        all
+            .filter((one) => one.checkVisibility())
+            .filter((one) => one.scrollWidth > one.clientWidth + 1 && one.clientWidth > 0)
+            .filter((one) => /auto|scroll|hidden/.test(getComputedStyle(one).overflow))
+            .map((one) => one.outerHTML.slice(0, 80)),
+    );
+    assert.deepEqual(scrollers, []);
+    const [list, within] = await page.$eval('#differences .wide', (one) => [
+        one.clientHeight,
+        one.scrollHeight,
+    ]);
+    assert.ok(list > 1000 && list === within, `${list} of ${within}`);
+    // The name above, the difference below it, both within the window.
+    const rows = await page.$$eval('.differences tr', (all) =>
+        all.map((row) =>
+            [...row.querySelectorAll('td')].map((cell) => {
+                const { left, right, top } = cell.getBoundingClientRect();
+                return { left, right, top };
+            }),
+        ),
+    );
+    for (const [key, what] of rows) {
+        assert.ok(key.left >= 0 && what.right <= 400);
+        assert.ok(what.top > key.top);
+    }
 });

@@ -8,6 +8,7 @@ import { listSection } from './list.js';
 import { Moment } from './model.js';
 import { notices } from './notices.js';
 import { nowSection } from './now.js';
+import { fitPaper } from './paper.js';
 import { player } from './player.js';
 import { boundedView, continuedView, usualView } from './runs.js';
 import { finder } from './search.js';
@@ -206,6 +207,7 @@ function showRun(root, runs, options) {
         theme.paper(printing);
         update(store.view, new Set(['theme']));
         if (printing) drawAll();
+        fitPaper(root, printing);
     }
     function drawAll() {
         for (const section of sections) section.drawAll?.();
