@@ -190,7 +190,7 @@ test('it prints on six sheets: the figures and what differs, or the cards', asyn
         const left = (await page.locator('.differences tr').count()) - rows;
         if (left > 0) {
             const note = await page.locator('.paper-note').textContent();
-            assert.equal(note, `${left} more stand in the page; 6 sheets are full.`);
+            assert.equal(note, `${left} more stand in the page alone.`);
         }
         await page.evaluate(() => window.dispatchEvent(new Event('afterprint')));
         assert.equal(await page.locator('.paper-note, .off-paper').count(), 0);

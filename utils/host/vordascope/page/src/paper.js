@@ -2,10 +2,13 @@
 // compared the cards; no more than people read on paper.
 import { el } from './dom.js';
 
-/** So many sheets, each of so much height as the style leaves of A4, less what breaks leave empty. */
+/** So many sheets, each of so much height as the style leaves of A4. */
 const SHEETS = 6;
 const HEIGHT = 1047;
-const FILLED = 0.88;
+
+/** How much of that is filled, since nothing is cut by an edge: of rows, and of cards. */
+const ROWS = 0.88;
+const CARDS = 0.58;
 
 /** What can be left out, in order. */
 const UNITS = ['.courses > .card', '.differences tr', '.cards > .card', '.fields tr'];
@@ -16,12 +19,13 @@ export function fitPaper(root, printing) {
     root.querySelector('.paper-note')?.remove();
     if (!printing) return;
     const shown = (one) => one.checkVisibility();
+    const filled = [...root.querySelectorAll('.cards > .card')].some(shown) ? CARDS : ROWS;
     const units = UNITS.flatMap((unit) => [...root.querySelectorAll(unit)].filter(shown));
     const fits = (count) => {
         units.forEach((one, i) => {
             one.classList.toggle('off-paper', i >= count);
         });
-        return root.scrollHeight < SHEETS * HEIGHT * FILLED;
+        return root.scrollHeight < SHEETS * HEIGHT * filled;
     };
     if (fits(units.length)) return;
     let [most, least] = [units.length, 0];
@@ -31,6 +35,6 @@ export function fitPaper(root, printing) {
         else most = middle;
     }
     fits(least);
-    const text = `${units.length - least} more stand in the page; ${SHEETS} sheets are full.`;
+    const text = `${units.length - least} more stand in the page alone.`;
     root.append(el('p', { class: 'paper-note' }, text));
 }
