@@ -13,12 +13,11 @@ const many = () => {
 /** A page on which everything shows that can: a comparison, a measurement, notices, labels, open items. */
 async function busyPage(t, options) {
     const page = await open(t, emptyPage(), options);
+    await page.evaluate(() =>
+        window.location.replace('#run=1&n=30&a=1.3&step=10-35&add=stat.lum.avg'),
+    );
     const text = `label host = cam1\n${many()}oops\n`;
     await drop(page, { name: 'a.txt', content: text }, { name: 'b.txt', content: text });
-    await page.waitForSelector('.run');
-    await page.evaluate(() => {
-        window.location.hash = 'run=1&n=30&a=1.3&step=10-35&add=stat.lum.avg';
-    });
     await page.waitForSelector('.run:first-child button:first-child[aria-pressed=true]');
     await page.evaluate(() => {
         for (const one of document.querySelectorAll('details')) one.open = true;
