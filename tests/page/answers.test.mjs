@@ -1,5 +1,6 @@
 // What an engineer reads off the cards: lens shading, white balance, what is not valid.
 import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
 import { drop, emptyPage, open } from './harness.mjs';
 
@@ -145,4 +146,171 @@ test('statistics that are not valid are called so, card by card and snapshot by 
     await page.waitForSelector('.reference-line:not([hidden])');
     assert.equal(await said('Luminance by region'), 'not valid in A: lum_valid 0');
     assert.equal(await said('White balance averages'), 'not valid: awb_valid 0');
+});
+
+/** A camera whose regions [0][0] and [0][1] are of one colour, and that grows redder at [1][2]. */
+const balance = (n) =>
+    [
+        `time = ${n}`,
+        'dev_idx = 0, path_idx = 0',
+        '=== cfg.awb ===',
+        'gain[0].enable = 1,',
+        ...[1000, 1250, 2000, 1000].map(
+            (value, i) => `gain[0].gain.val[${i}] = ${value + n * (i === 2)},`,
+        ),
+        'gain[1].enable = 0,',
+        ...[1, 1, 1, 1].map((value, i) => `gain[1].gain.val[${i}] = ${value},`),
+        '=== stat.lum ===',
+        'Luminance histogram:',
+        ...Array.from({ length: 10 }, (_, y) =>
+            Array.from({ length: 6 }, (_, x) => `${y * 6 + x === 20 + n ? 500 : 7}, `).join(''),
+        ),
+        '=== stat.awb ===',
+        '[Gwd RGL]',
+        'g channel:',
+        ' 100, 50, 200,',
+        ' 100, 100, 100,',
+        'r channel:',
+        ' 80, 40, 200,',
+        ` 60, 90, ${40 + 10 * n},`,
+        'b channel:',
+        ' 60, 30, 100,',
+        ' 40, 50, 70,',
+        '',
+    ].join('\n');
+const balanced = Array.from({ length: 6 }, (_, n) => balance(n)).join('');
+
+/** What a card reads where the pointer finds something: the places are looked for. */
+async function readings(canvas, reading, [across, down] = [6, 6]) {
+    const box = await canvas.boundingBox();
+    const found = new Map();
+    for (let y = 12; y < box.height - 34; y += down)
+        for (let x = 44; x < box.width - 12; x += across) {
+            await canvas.dispatchEvent('pointermove', { clientX: box.x + x, clientY: box.y + y });
+            const text = await reading.textContent();
+            if (text && !found.has(text)) found.set(text, { x, y });
+        }
+    return found;
+}
+
+test('white balance: gains among the regions, points told apart, a region through the run', async (t) => {
+    const page = await show(t, { 'a.txt': balanced }, { width: 420 });
+    const card = page.locator('[data-title="Chromaticity by region"]');
+    await card.scrollIntoViewIfNeeded();
+    const canvas = card.locator('canvas').first();
+    await canvas.waitFor();
+    const found = await readings(canvas, card.locator('.reading').first());
+    const all = [...found.keys()];
+    assert.ok(all.includes('2 regions here: [0][0] [0][1], r/g 0.8, b/g 0.6'), all.join('\n'));
+    assert.ok(all.includes('gain[0]: val[0]/val[1] 0.8, val[0]/val[2] 0.4988'), all.join('\n'));
+    assert.ok(!all.some((text) => text.includes('gain[1]')));
+    assert.match(await card.locator('.plain').first().textContent(), /^6 regions in 5 places/);
+    // A step is as long on both axes: from [1][0] at 0.6, 0.4 to [0][2] at 1, 0.5 it is 4 to 1.
+    const at = (text) => found.get(all.find((one) => one.startsWith(text)));
+    const [from, to] = [at('[1][0]'), at('[0][2]')];
+    assert.ok(
+        Math.abs((to.x - from.x) / (from.y - to.y) - 4) < 0.8,
+        `${from.x} ${to.x} ${from.y} ${to.y}`,
+    );
+
+    await canvas.click({ position: at('[1][2]') });
+    assert.equal(await card.getByLabel('region', { exact: true }).inputValue(), '[1][2]');
+    const over = card.locator('.u-over');
+    await over.waitFor();
+    const box = await over.boundingBox();
+    await page.mouse.move(box.x + box.width - 1, box.y + 10);
+    assert.deepEqual(await texts(card, '.legend .entry'), ['r/g0.9', 'b/g0.7']);
+    await page.mouse.move(box.x + 1, box.y + 10);
+    assert.deepEqual(await texts(card, '.legend .entry'), ['r/g0.4', 'b/g0.7']);
+    // Its way lies in the cloud, in the colour that the chosen region has.
+    const [download] = await Promise.all([
+        page.waitForEvent('download'),
+        card.locator('select.save').selectOption({ label: 'SVG' }),
+    ]);
+    const colour = await page.evaluate(() =>
+        getComputedStyle(document.documentElement).getPropertyValue('--line3'),
+    );
+    const paths = readFileSync(await download.path(), 'utf8').match(/<path d="M[^"]*"[^>]*>/g);
+    assert.ok(paths.some((path) => path.includes(colour) && path.match(/L/g)?.length === 5));
+    await card.getByLabel('region', { exact: true }).selectOption('');
+    await over.waitFor({ state: 'hidden' });
+});
+
+test('elements of grids and histograms go over time, and gains are named and coloured alike', async (t) => {
+    const path = 'stat.awb.Gwd RGL.r channel[1][2]';
+    const page = await open(t, emptyPage());
+    await page.evaluate(
+        (hash) => window.location.replace(hash),
+        `#add=${encodeURIComponent(path)}`,
+    );
+    await drop(page, { name: 'a.txt', content: balanced });
+    const chart = page.locator(`[data-title="${path}"]`);
+    await chart.locator('canvas').waitFor();
+    assert.deepEqual(await texts(chart, '.reading'), ['90']);
+    await page.keyboard.press('Home');
+    await page.waitForFunction(
+        (title) => document.querySelector(`[data-title="${title}"] .reading`).textContent === '40',
+        path,
+    );
+    const adder = page.getByLabel('add a chart of a field');
+    for (const name of ['stat.awb.Gwd RGL.g channel[7][7]', 'nothing[0]']) {
+        await adder.fill(name);
+        await adder.press('Enter');
+        await page.getByText(`${name}: no such number`).waitFor();
+    }
+    await adder.fill('stat.lum.Luminance histogram[22]');
+    await adder.press('Enter');
+    await page.locator('[data-title="stat.lum.Luminance histogram[22]"] canvas').waitFor();
+    await page.waitForFunction(() => /add=.*add=.*%5B22%5D/.test(window.location.hash));
+
+    // The histogram is one map: the bin of each snapshot where most is reads as printed.
+    const map = page.locator('[data-title="Luminance histogram over time"]');
+    await map.scrollIntoViewIfNeeded();
+    const canvas = map.locator('canvas').first();
+    const found = await readings(canvas, map.locator('.reading').first(), [90, 2]);
+    for (const [n, bin] of [
+        [1, 21],
+        [3, 23],
+        [4, 24],
+    ])
+        assert.ok(found.has(`#${n + 1} · ${n} s · [${bin}]: 500`), [...found.keys()].join('\n'));
+    assert.ok(found.get('#5 · 4 s · [24]: 500').x > found.get('#2 · 1 s · [21]: 500').x);
+    await canvas.click({ position: found.get('#4 · 3 s · [23]: 500') });
+    await page.waitForFunction(() => document.querySelector('.place').textContent.startsWith('#4'));
+
+    const gains = page.locator('[data-title="White balance gains"]');
+    const entries = await gains
+        .first()
+        .locator('.entry')
+        .evaluateAll((all) =>
+            all.map((one) => [
+                one.childNodes[1].textContent,
+                one.querySelector('.swatch').style.getPropertyValue('--swatch'),
+            ]),
+        );
+    assert.deepEqual(
+        entries.map(([name]) => name),
+        ['val[0]', 'val[1]', 'val[2]', 'val[3]'],
+    );
+    const sparks = await page
+        .locator('.figure[title="cfg.awb.gain[0].gain.val"] .spark-line')
+        .evaluateAll((all) => all.map((one) => one.style.stroke));
+    assert.deepEqual(
+        sparks,
+        entries.map(([, colour]) => colour),
+    );
+    assert.equal(new Set(sparks).size, 4);
+    const colours = await page.evaluate(() => {
+        const style = getComputedStyle(document.documentElement);
+        return ['--red', '--green', '--blue'].map((name) => style.getPropertyValue(name));
+    });
+    for (const spark of sparks) {
+        const value = await page.evaluate(
+            (name) => getComputedStyle(document.documentElement).getPropertyValue(name),
+            /\((.*)\)/.exec(spark)[1],
+        );
+        assert.ok(!colours.includes(value), `${spark} is the colour of a channel`);
+    }
+    await gains.last().scrollIntoViewIfNeeded();
+    assert.deepEqual(await texts(gains.last(), 'thead th'), ['', ...entries.map(([name]) => name)]);
 });

@@ -307,7 +307,8 @@ test('a drag across a chart measures, a click goes there', async (t) => {
     await page.waitForFunction(() =>
         document.querySelector('.place').textContent.startsWith('B #3'),
     );
-    await page.selectOption('.below select', 'share.odd');
+    await page.fill('.adder input', 'share.odd');
+    await press(page, 'Enter');
     await page.waitForSelector('[data-title="share.odd"]');
     assert.equal((await texts(page, '.measured li')).length, 2);
     await page.click('[data-title="share.odd"] button');

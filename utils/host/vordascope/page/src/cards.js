@@ -1,10 +1,11 @@
 // The cards: drawings of the fields that the page knows, in sections.
 import { el, setText, sizeObserver } from './dom.js';
+import { chromaticity } from './draw/cloud.js';
 import { lines } from './draw/lines.js';
 import { maps } from './draw/map.js';
-import { chromaticity, vectors } from './draw/points.js';
 import { shading } from './draw/shading.js';
 import { table } from './draw/table.js';
+import { vectors } from './draw/vectors.js';
 import { SECTIONS } from './known.js';
 import { hold } from './lifetime.js';
 import { printed } from './model.js';
@@ -41,6 +42,8 @@ class Card {
         this.all = [...entry.fields, ...entry.state];
         this.valid = validityOf(entry.fields[0]);
         if (this.valid) this.all.push(this.valid);
+        const { run } = entry.fields[0];
+        this.all.push(...(entry.card.beside ?? []).map((name) => run.field(name)).filter(Boolean));
         this.varies = this.all.some((field) => field.varies);
         this.changed = el('span', { class: 'badge', hidden: true }, 'changed');
         this.state = el('p', { class: 'state' });

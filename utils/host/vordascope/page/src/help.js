@@ -48,7 +48,8 @@ export function helpCard() {
     return dialog;
 }
 
-const editing = (target) => target.closest?.('input[type="search"], select, textarea, dialog');
+const editing = (target) =>
+    target.closest?.('input[type="search"], input[type="text"], select, textarea, dialog');
 
 /**
  * Calls an action for each key of the card.

@@ -27,6 +27,9 @@ export const COURSES = [
     ['White balance gains', { val: 'cfg.awb.gain[0].gain.val' }],
 ];
 
+/** Long lists that are a map over time: a title and the field. */
+export const HISTORIES = [['Luminance histogram over time', 'stat.lum.Luminance histogram']];
+
 const EXPOSURE = ['share.inttime', 'share.sys_gain'];
 const exposure = (time, gain) => time * gain;
 const stops = (time, gain) => (time * gain > 0 ? Math.log2(time * gain) : Number.NaN);
@@ -81,13 +84,14 @@ const section = (id, title, cards) => ({ id, title, cards: cards.map(card) });
  * its title in the field's terms; vorda's item, or a pattern of items; the keys that it draws, each a
  * string or a pattern whose matches make one list or the rows of one grid; and where it needs them
  * `block`, the heading or block of the keys or a pattern of them, of which each gets a card; `state`,
- * scalars that say whether the module is on; `wide` for a card of the page's width.
+ * scalars that say whether the module is on; `beside`, other fields that it draws too; `wide` for a card
+ * of the page's width.
  */
 export const SECTIONS = [
     section('statistics', 'Statistics', [
         ['lines', 'Luminance histogram', 'stat.lum', { bins: 'Luminance histogram' }, { state: ['Overflow'], stepped: true }],
         ['maps', 'Luminance by region', 'stat.lum', { average: 'Regional Luminance average' }, { text: true, tall: 0.62 }],
-        ['chromaticity', 'Chromaticity by region', 'stat.awb', averages, { block: 'Gwd RGL' }],
+        ['chromaticity', 'Chromaticity by region', 'stat.awb', averages, { block: 'Gwd RGL', beside: GAINS.map((name) => `cfg.awb.${name}.gain.val`) }],
         ['maps', 'White balance averages', 'stat.awb', averages, { block: 'Gwd RGL' }],
         ['table', 'White balance energies', 'stat.awb', each(ROIS, (roi) => `${roi} energy`), { block: 'Gwd ROI' }],
         ['maps', 'White balance peaks', 'stat.awb', each(CHANNELS, (name) => `${name} channel`), { block: 'Rtx RGL' }],

@@ -7,8 +7,9 @@ import { placeOf } from './course.js';
 import { colourOf, el, setText } from './dom.js';
 import { chart, legend, padded } from './draw/chart.js';
 import { paintPale } from './draw/pale.js';
-import { COMPUTED, COURSES } from './known.js';
-import { extent, flat, Moment, printed, textOf } from './model.js';
+import { History } from './history.js';
+import { COMPUTED, COURSES, HISTORIES } from './known.js';
+import { extent, flat, Moment, number, printed, textOf } from './model.js';
 import { inRows, saver } from './out.js';
 import { overview } from './overview.js';
 import { moved, zoomed } from './zoom.js';
@@ -34,6 +35,45 @@ function linesOf(run, names) {
             text: (other, n) => printed(flat(other.field(path)?.at(n) ?? null)[i]),
         }));
     });
+}
+
+/** The field that a path names, and the places in it behind its name: "stat.awb.Gwd RGL.g channel[3][4]". */
+function elementOf(run, path) {
+    for (const places of [0, 1, 2]) {
+        const [, name, behind] = new RegExp(`^(.*?)((?:\\[\\d+\\]){${places}})$`).exec(path) ?? [];
+        const field = name && run.field(name);
+        if (field) return { field, at: (behind.match(/\d+/g) ?? []).map(Number) };
+    }
+    return null;
+}
+
+/** The line of one element of a list or a grid; none where the path names no number. */
+function elementLine(run, path) {
+    const { field, at = [] } = elementOf(run, path) ?? {};
+    if (!field || at.length === 0) return [];
+    const valueAt = (of, n) => at.reduce((value, i) => value?.[i], of?.at(n) ?? null);
+    const numbers = (other) => {
+        const of = other.field(field.name);
+        return of && Float64Array.from({ length: other.length }, (_, n) => number(valueAt(of, n)));
+    };
+    const values = numbers(run);
+    if (!values.some(Number.isFinite)) return [];
+    let [known, others] = [null, null]; // of the other run, kept while it is the same
+    return [
+        {
+            name: path,
+            path,
+            varies: field.varies,
+            values,
+            of(other) {
+                if (other === run) return values;
+                if (known !== other) [known, others] = [other, numbers(other)];
+                return others;
+            },
+            again: () => numbers(run),
+            text: (other, n) => printed(valueAt(other.field(field.name), n) ?? null),
+        },
+    ];
 }
 
 /** The line of a quantity that is computed here, see known.js; none where a factor is missing. */
@@ -242,7 +282,7 @@ class Card {
 
     /** Whether it shows something that is looked for. */
     sought({ find, now }) {
-        const fields = this.names.flatMap((name) => this.section.run.field(name) ?? []);
+        const fields = this.names.flatMap((name) => elementOf(this.section.run, name)?.field ?? []);
         return (
             find.titled(this.title, fields, now) || fields.some((field) => find.field(field, now))
         );
@@ -343,6 +383,14 @@ function answersTable() {
     };
 }
 
+/** Whether a field has more values than a chart has lines for, and these change. */
+const isLong = (field) =>
+    field?.varies &&
+    field.numeric &&
+    field.run.length > 2 &&
+    !field.charted &&
+    field.shape !== 'scalar';
+
 const option = (value, text) => el('option', { value }, text);
 
 /** The section. */
@@ -366,10 +414,16 @@ class TimeSection {
             ...COMPUTED.map((one) => [one.title, computedLine(run, one), { note: one.formula }]),
         ].filter(([, lines]) => lines.length);
         const moving = known.filter(([, lines]) => lines.some(({ varies }) => varies));
+        const histories = HISTORIES.map(([title, name]) => [title, run.field(name)]).filter(
+            ([, field]) => isLong(field),
+        );
         const still = known.filter((entry) => !moving.includes(entry)).map(([title]) => title);
         this.still = still;
         this.steady = el('p', { class: 'plain' });
-        this.cards = moving.map((entry) => new Card(this, ...entry));
+        this.cards = [
+            ...moving.map((entry) => new Card(this, ...entry)),
+            ...histories.map((entry) => new History(this, ...entry)),
+        ];
         this.grid.append(...this.cards.map(({ element }) => element));
         this.marks = el('p', { class: 'marks' });
         this.tellMarks();
@@ -458,22 +512,38 @@ class TimeSection {
         );
     }
 
+    /** Takes the name of a field, or of an element of one: names are offered while one types. */
     adder() {
         const { store, run } = this;
-        const candidates = run.fields.filter((field) => field.charted);
-        if (candidates.length === 0) return null;
-        const choice = el(
-            'select',
-            { 'aria-label': 'add a chart of a field' },
-            option('', 'Add a field…'),
-            candidates.map((field) => option(field.name, field.name)),
+        const charted = run.fields.filter((field) => field.charted).map(({ name }) => name);
+        const long = run.fields
+            .filter(isLong)
+            .flatMap(({ name, shape }) => [name, `${name}${shape === 'grid' ? '[0][0]' : '[0]'}`]);
+        if (charted.length + long.length === 0) return null;
+        const names = el(
+            'datalist',
+            { id: 'addable' },
+            [...charted, ...long].map((name) => option(name, '')),
         );
-        choice.addEventListener('change', () => {
-            if (choice.value)
-                store.set({ added: [...new Set([...store.view.added, choice.value])] });
-            choice.value = '';
+        const said = el('span', { class: 'plain', role: 'status' });
+        const name = el('input', {
+            type: 'text',
+            list: 'addable',
+            placeholder: 'Add a field…',
+            title: 'a field, or an element such as stat.awb.Gwd RGL.g channel[3][4]',
+            'aria-label': 'add a chart of a field',
         });
-        return choice;
+        name.addEventListener('change', () => {
+            const path = name.value.trim();
+            const known = run.field(path)
+                ? charted.includes(path) || isLong(run.field(path))
+                : elementLine(run, path).length > 0;
+            setText(said, known || !path ? '' : `${path}: no such number`);
+            if (!known) return;
+            store.set({ added: [...new Set([...store.view.added, path])] });
+            name.value = '';
+        });
+        return el('span', { class: 'adder' }, name, names, said);
     }
 
     /** The ends of the axis, of both runs. */
@@ -525,11 +595,10 @@ class TimeSection {
         }
         const fresh = [];
         for (const name of added.filter((one) => !this.added.has(one))) {
-            const lines = linesOf(this.run, { [this.run.field(name)?.key ?? '']: name });
-            if (lines.length === 0) continue;
             const remove = () =>
                 this.store.set({ added: this.store.view.added.filter((other) => other !== name) });
-            const card = new Card(this, name, lines, { remove });
+            const card = this.cardOf(name, remove);
+            if (!card) continue;
             this.added.set(name, card);
             this.grid.append(card.element);
             fresh.push(card);
@@ -537,12 +606,22 @@ class TimeSection {
         return fresh;
     }
 
+    /** The chart of a field, or of an element of one, that was asked for; null where it has none. */
+    cardOf(name, remove) {
+        const field = this.run.field(name);
+        const lines = field
+            ? linesOf(this.run, { [field.key]: name })
+            : elementLine(this.run, name);
+        if (lines.length) return new Card(this, name, lines, { remove });
+        return isLong(field) ? new History(this, name, field, remove) : null;
+    }
+
     /** Draws what can be seen of a run that has grown or lost its beginning. */
     grow() {
         this.axes = axesOf({ ...this.view, now: new Moment(this.run, this.view.n) });
         this.missing = [...this.run.missed.keys()].filter((n) => n > 0);
         this.tellMarks();
-        if (this.cards.length > 0) {
+        if (this.cards[0]?.lines.length) {
             this.cards[0].grow();
             this.strip.grow(this.cards[0].lines[0].values);
         }

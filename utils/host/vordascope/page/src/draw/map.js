@@ -116,7 +116,7 @@ function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
  * The scale beneath maps, from the least to the greatest value. `rampNow()` gives the colours from
  * 0 to 1 in the theme that shows now.
  */
-function scaleBar(rampNow) {
+export function scaleBar(rampNow) {
     const low = el('span');
     const high = el('span');
     const name = el('span', { class: 'scale-name' });

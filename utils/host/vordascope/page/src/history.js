@@ -1,0 +1,200 @@
+// A list or grid of many values over a run as a map: time to the right, its values upwards.
+import { nearest, placeText, tickText } from './against.js';
+import { canvas, pointerAt } from './canvas.js';
+import { sequential } from './colours.js';
+import { colourOf, el, setText } from './dom.js';
+import { paintCells, scaleBar } from './draw/map.js';
+import { extent, flat, number, printed } from './model.js';
+import { saver } from './out.js';
+import { short, ticks } from './ticks.js';
+
+// As the charts beside it have them.
+const MARGIN = { left: 46, right: 10, top: 8, bottom: 24 };
+const HEIGHT = 200;
+/** The part of the values, the largest, that does not make the scale: a clipped picture is one bin. */
+const RARE = 0.01;
+const FONT = '11px system-ui, sans-serif';
+
+/** The most columns: more than a screen shows of a part. */
+const COLUMNS = 600;
+
+/** One map, beside the charts of a section: see Card in time.js, whose operations it has. */
+export class History {
+    chart = { end() {} };
+    lines = [];
+    hovered = null;
+
+    /** @param {Field} field of more values than a chart has lines for */
+    constructor(section, title, field, remove = null) {
+        Object.assign(this, { section, title, field });
+        this.columns = [];
+        this.reading = el('span', { class: 'reading' });
+        this.map = canvas((context, width, height) => this.paint(context, width, height), {
+            height: HEIGHT,
+            label: `${field.name} over time`,
+            className: 'pick',
+        });
+        this.scale = scaleBar(() => sequential);
+        this.markers = ['marker marker-a', 'marker marker-b'].map((name) =>
+            el('div', { class: name }),
+        );
+        const { element } = this.map;
+        element.addEventListener('pointermove', (event) => this.hover(pointerAt(event)));
+        element.addEventListener('pointerleave', () => this.hover(null));
+        element.addEventListener('click', (event) => {
+            const n = this.at(pointerAt(event))?.n ?? -1;
+            if (n >= 0) section.pick(n, event);
+        });
+        const removal = remove && {
+            type: 'button',
+            class: 'quiet',
+            'aria-label': `remove ${title}`,
+            on: { click: remove },
+        };
+        this.element = el(
+            'article',
+            { class: 'card', data: { title } },
+            el(
+                'header',
+                {},
+                el('h3', {}, title),
+                el('code', {}, field.step > 1 ? `${field.name}, one of ${field.step}` : field.name),
+                saver(title, this, () => this.numbers()),
+                removal && el('button', removal, '×'),
+            ),
+            el('div', { class: 'legend' }, this.reading),
+            el('div', { class: 'chart' }, element, this.markers),
+            this.scale.element,
+        );
+    }
+
+    /** Where x of the axis lies between the margins of a width. */
+    placeOf(x, width) {
+        const [from, to] = this.section.part();
+        return MARGIN.left + ((x - from) / (to - from)) * (width - MARGIN.left - MARGIN.right);
+    }
+
+    draw() {
+        const { axes, run } = this.section;
+        const [from, to] = this.section.part();
+        const step = (to - from) / COLUMNS;
+        const moments = Array.from({ length: COLUMNS }, (_, i) => {
+            const x = from + (i + 0.5) * step;
+            return Math.min(Math.max(nearest(axes.now, x), -1), run.length - 1);
+        });
+        const known = new Map();
+        this.columns = moments.map((n) => {
+            if (!known.has(n)) known.set(n, n < 0 ? [] : flat(this.field.at(n)).map(number));
+            return known.get(n);
+        });
+        this.count = extent(this.columns.map(({ length }) => length))[1] || 1;
+        const values = Float64Array.from([...known.values()].flat().filter(Number.isFinite)).sort();
+        const most = values.at(-1);
+        this.range = extent([values[0], values[Math.floor((1 - RARE) * (values.length - 1))]]);
+        this.scale.show(this.range, most > this.range[1] ? `brightest up to ${short(most)}` : '');
+        this.map.repaint();
+    }
+
+    paint(context, width, height) {
+        const [low, high] = this.range ?? [0, 0];
+        const colour = (value) => sequential(high > low ? (value - low) / (high - low) : 0.5);
+        const inner = [width - MARGIN.left - MARGIN.right, height - MARGIN.top - MARGIN.bottom];
+        const rows = Array.from({ length: this.count ?? 1 }, (_, i) =>
+            this.columns.map((column) => column[this.count - 1 - i] ?? Number.NaN),
+        );
+        context.save();
+        context.translate(MARGIN.left, MARGIN.top);
+        paintCells(context, ...inner, rows, colour);
+        context.restore();
+        context.font = FONT;
+        context.fillStyle = colourOf('--muted');
+        context.textAlign = 'center';
+        context.textBaseline = 'top';
+        const [from, to] = this.section.part();
+        for (const tick of ticks(from, to, inner[0] / 60))
+            context.fillText(
+                tickText(tick, this.section.axes.timed),
+                this.placeOf(tick, width),
+                MARGIN.top + inner[1] + 6,
+            );
+        context.textAlign = 'right';
+        context.textBaseline = 'middle';
+        for (const tick of ticks(0, this.count ?? 1, inner[1] / 40)) {
+            const up = (tick + 0.5) / this.count;
+            if (up < 1) context.fillText(tick, MARGIN.left - 5, MARGIN.top + (1 - up) * inner[1]);
+        }
+    }
+
+    /** The snapshot and the value's place under a point of the canvas; null beside the map. */
+    at([x, y, width, height]) {
+        const across = (x - MARGIN.left) / (width - MARGIN.left - MARGIN.right);
+        const up = 1 - (y - MARGIN.top) / (height - MARGIN.top - MARGIN.bottom);
+        if (!(across >= 0 && across < 1 && up >= 0 && up < 1)) return null;
+        const [from, to] = this.section.part();
+        const place = from + across * (to - from);
+        return { n: nearest(this.section.axes.now, place), i: Math.floor(up * this.count) };
+    }
+
+    hover(point) {
+        this.hovered = point && this.at(point);
+        this.read();
+    }
+
+    /** Reads the value under the pointer, else where the largest of the snapshot is. */
+    read() {
+        const { run, view, axes } = this.section;
+        const { n, i } = this.hovered ?? { n: view.n, i: null };
+        if (n < 0) return setText(this.reading, placeText(axes.now[view.n], axes.timed));
+        const values = flat(this.field.at(n));
+        const numbers = values.map(number);
+        const at = i ?? numbers.indexOf(extent(numbers.filter(Number.isFinite))[1]);
+        const what = i === null ? 'most at ' : '';
+        setText(this.reading, `${run.placeOf(n)} · ${what}[${at}]: ${printed(values[at])}`);
+    }
+
+    mark() {
+        const { axes, view } = this.section;
+        const { n, against, a, run } = view;
+        const reference = a === null ? null : (against === run ? axes.now : axes.before)[a];
+        const width = this.map.element.clientWidth;
+        [reference, axes.now[n]].forEach((x, i) => {
+            const left = x === null ? -1 : this.placeOf(x, width);
+            const within = left >= MARGIN.left && left <= width - MARGIN.right;
+            this.markers[i].hidden = !within;
+            this.markers[i].style.left = `${left}px`;
+        });
+    }
+
+    /** What shows as numbers: a row a snapshot. */
+    numbers() {
+        const { run, axes } = this.section;
+        const [from, to] = this.section.part();
+        const places = [...axes.now.keys()].filter((n) => axes.now[n] >= from && axes.now[n] <= to);
+        const time = run.timed ? ['time'] : [];
+        const values = Array.from({ length: this.count }, (_, i) => `${this.field.name}[${i}]`);
+        const rows = places.map((n) => [
+            n + 1,
+            ...time.map(() => run.axis[n]),
+            ...flat(this.field.at(n)).map(printed),
+        ]);
+        return [['#', ...time, ...values], ...rows];
+    }
+
+    /** Nothing of it is measured. */
+    measure() {
+        return [];
+    }
+    tell() {}
+    grow() {}
+    moves() {
+        return true;
+    }
+    sought({ find, now }) {
+        return find.field(this.field, now);
+    }
+
+    get visible() {
+        const { top, bottom } = this.element.getBoundingClientRect();
+        return bottom > 0 && top < window.innerHeight;
+    }
+}
