@@ -23,12 +23,13 @@ namespace
 
 constexpr char PROGRAM[] = "sr-scene";
 constexpr char USAGE[] =
-    "Usage: sr-scene [--live] [--fps N] [--stamp] [--no-lock] [--force] FILE\n"
+    "Usage: sr-scene [--live] [--fps N] [--step] [--stamp] [--no-lock] [--force] FILE\n"
     "Fills the region FILE, which is created when missing, with a scene of two sensors. FILE may be\n"
     "the device itself.\n"
     "  --live     go on frame by frame until stopped, under each path's lock: the lights go down at\n"
     "             frame 30, change their colour at 120 and come back at 200; 300 begins anew\n"
     "  --fps N    frames a second with --live (default 25; 0: as fast as possible)\n"
+    "  --step     with --live: a frame for each line of standard input, until that ends\n"
     "  --stamp    fill every byte of a frame with the same value, another one each frame\n"
     "  --no-lock  leave the locks out, to see torn frames\n"
     "  --force    overwrite FILE even if it is no region\n"
@@ -38,6 +39,7 @@ struct Options {
     const char *file = nullptr;
     bool live = false;
     long fps = 25;
+    bool step = false;
     bool stamp = false;
     bool lock = true;
     bool force = false;
@@ -59,6 +61,8 @@ int parse(int argc, char **argv, Options *options)
             options->fps = strtol(number, &end, 10);
             if (end == number || *end != '\0' || options->fps < 0 || options->fps > 1000)
                 return bad_usage(PROGRAM, "--fps takes a number from 0 to 1000, not ", number);
+        } else if (arg == "--step") {
+            options->step = true;
         } else if (arg == "--stamp") {
             options->stamp = true;
         } else if (arg == "--no-lock") {
@@ -131,6 +135,25 @@ void stop(int)
     stopped = 1;
 }
 
+// Waits until the next frame is due. Returns whether one is.
+bool wait_for_frame(const Options &options)
+{
+    if (options.step) {
+        int c = 0;
+        do
+            c = getchar();
+        while (c != '\n' && c != EOF);
+        return c == '\n';
+    }
+    if (options.fps > 0) {
+        constexpr long SECOND = 1000000000;
+        const timespec period = {.tv_sec = SECOND / options.fps / SECOND,
+                                 .tv_nsec = SECOND / options.fps % SECOND};
+        nanosleep(&period, nullptr);
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -147,21 +170,16 @@ int main(int argc, char **argv)
         return BAD_USAGE;
 
     // A frame is finished before the process ends, so no lock is left behind.
-    signal(SIGINT, stop);
-    signal(SIGTERM, stop);
+    struct sigaction action = {};
+    action.sa_handler = stop; // without SA_RESTART: the wait for a line ends
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
 
     init_region(conf);
     const auto ctx = std::make_unique<DipPathCtx>();
     uint32_t frame = 0;
     write_frame(conf, ctx.get(), frame, options);
-    while (options.live && stopped == 0) {
-        if (options.fps > 0) {
-            constexpr long SECOND = 1000000000;
-            const timespec period = {.tv_sec = SECOND / options.fps / SECOND,
-                                     .tv_nsec = SECOND / options.fps % SECOND};
-            nanosleep(&period, nullptr);
-        }
+    while (options.live && stopped == 0 && wait_for_frame(options))
         write_frame(conf, ctx.get(), ++frame, options);
-    }
     return 0;
 }

@@ -437,17 +437,21 @@ TEST(Record, TheRecordersSnapshotsAreWhatVordaPrintsOfTheirFrames)
     std::string printed;
     std::istringstream lines(recording);
     bool labels = true;
+    uint32_t frame = 0;
     for (std::string line; std::getline(lines, line);) {
         labels = labels && line.starts_with("label ");
-        if (labels || line.starts_with("time = ") || line.starts_with("missed = "))
+        const bool counted = line.starts_with("frame = ");
+        if (labels || counted || line.starts_with("time = ") || line.starts_with("missed = "))
             printed += line + "\n";
-        if (!line.starts_with("frame = "))
+        if (counted)
+            frame = static_cast<uint32_t>(std::stoul(line.substr(8)));
+        if (!line.starts_with("dev_idx = "))
             continue;
         register_categories();
         const auto ctx = std::make_unique<DipPathCtx>();
-        fill_frame(ctx.get(), 0, static_cast<uint32_t>(std::stoul(line.substr(8))));
-        printed += line + "\ndev_idx = 0, path_idx = 0\n" +
-                   captured([&] { return parse_entry(ctx.get(), "all"); }).out + "; end\n";
+        fill_frame(ctx.get(), 0, frame);
+        printed +=
+            line + "\n" + captured([&] { return parse_entry(ctx.get(), "all"); }).out + "; end\n";
     }
     EXPECT_GT(printed.size(), 5 * recording.size()); // most is left out
     const TempFile file;

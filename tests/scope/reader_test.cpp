@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 
 using namespace vordascope;
 using namespace std::string_literals;
@@ -356,9 +357,101 @@ TEST(Reader, AddedSnapshotsComeOutWhole)
             {"frame = 2\nadded_to = 1\ndev_idx = 1, path_idx = 1\nshare.d = 1\n",
              first + "? 16: cut off: no end line follows this snapshot\n? 15: " + LEFT_OUT},
             {"frame = 2\nadded_to = 1\n" + INDEX + "share.d = 1\nshare.l:\nl.e = 5",
-             first + "-- 0 1\nframe 2\nstat.x.a = 1\nstat.x.Two.b = 2\nintl.nr.c = 3\nshare.d = 1\n"
-                     "share.l.l.e = damaged\nvinfo.f = 6\n? 19: cut off: the line does not end\n"},
+             first + "? 15: left out: it is not there in full\n"},
+            // Lines take the place of others of their section, which they may follow or be many.
+            {head(2, 1) + "=== stat.x ===\n@ 1\na = 10\n@ 3 [Two]\nb = 20\n=== share ===\n@ 1-3\n" +
+                 "share.d = 40\nshare.k:\nk.e = 50\n[NR]\n@ 1\nc = ?\n" + end + head(3, 2) +
+                 "=== stat.x ===\n@ 2\n[Six]\n" + end,
+             first + "-- 0 1\nframe 2\nstat.x.a = 10\nstat.x.Two.b = 20\nintl.nr.c = \"?\"\n"
+                     "share.d = 40\nshare.k.k.e = 50\nvinfo.f = 6\n"
+                     "-- 0 1\nframe 3\nstat.x.a = 10\nstat.x.Six.b = 20\nintl.nr.c = \"?\"\n"
+                     "share.d = 40\nshare.k.k.e = 50\nvinfo.f = 6\n"},
         });
+    for (const std::string runs :
+         {"=== stat.x ===\n@ 0\na = 1\n", "=== stat.x ===\n@ 4\nb = 1\n",
+          "=== stat.x ===\n@ 3-4\nb = 1\nd = 1\n", "=== stat.x ===\n@ 1-2\na = 1\n",
+          "=== stat.x ===\n@ 1\na = 1\na = 2\n", "=== stat.x ===\n@ 3\nb = 1\n@ 1\na = 1\n",
+          "=== stat.x ===\n@ 2-1\na = 1\n", "=== stat.x ===\n@ 3 [Three]\nb = 1\n",
+          "=== stat.x ===\n@ 1 [Two]\na = 1\n", "=== stat.x ===\n@ 3 [Two] l:\nb = 1\n",
+          "=== stat.x ===\n@ 1x\na = 1\n", "=== stat.z ===\n@ 1\na = 1\n"})
+        expect_rows(whole + head(2, 1), {{runs + end, first + "? 15: left out: it does not fit the "
+                                                              "snapshot that it is added to\n"}});
+}
+
+// A recording as the recorder makes it of these texts, all but the first added.
+std::string summed_recording(const std::vector<std::string> &texts)
+{
+    std::string recording;
+    for (size_t i = 0; i < texts.size(); i++) {
+        const std::string text =
+            "time = " + std::to_string(i + 4) + ".5\nframe = " + std::to_string(i + 1) + "\n" +
+            (i != 0 ? "added_to = " + std::to_string(i) + "\n" : "") + INDEX + texts[i];
+        uint32_t sum = 2166136261; // there are no other blanks at a line's end than behind a comma
+        for (size_t at = 0; at < text.size(); at++)
+            if (text[at] != ' ' || text[at + 1] != '\n')
+                sum = (sum ^ static_cast<uint8_t>(text[at])) * 16777619;
+        recording += "sum = " + std::to_string(sum) + "\n" + text + "; end\n";
+    }
+    return recording;
+}
+
+// The head lines and fields of a snapshot.
+std::string shown(const Snapshot &snapshot)
+{
+    const std::string all = describe(snapshot);
+    return all.substr(0, std::min(all.find("? "), all.size()));
+}
+
+// Whatever becomes of the bytes of a recording, what is added to a snapshot comes out as it was
+// printed, or not at all; and what did not come out as it was printed is told.
+TEST(Reader, DamagedRecordingsShowNothingThatWasNotPrinted)
+{
+    const std::string recording = summed_recording(
+        {"=== stat.x ===\na = 1\n[Two]\nb:\n1, 2, \n3, 4, \nc:\n5, 6, \n7, 8, \nshare.d = 4\n",
+         "=== stat.x ===\n@ 4-5 [Two] b:\n1, 7, \n2, 4, \n=== share ===\n@ 1\nshare.d = 5\n",
+         "=== stat.x ===\n@ 4-5 [Two] b:\n1, 8, \n1, 4, \n=== share ===\n@ 1\nshare.d = 6\n",
+         "=== stat.x ===\n@ 7-8 [Two] c:\n1, 9, \n0, 0, \n", "share.d = 7\n"});
+    std::set<std::string> printed;
+    Reader whole{std::string_view(recording)};
+    while (const Snapshot *snapshot = whole.next()) {
+        EXPECT_EQ(snapshot->unread_count, 0U);
+        printed.insert(shown(*snapshot));
+    }
+    ASSERT_EQ(printed.size(), 5U);
+
+    size_t shown_added = 0;
+    const auto expect_printed = [&](const std::string &text) {
+        Reader reader{std::string_view(text)};
+        bool told = !reader.notices().empty();
+        while (const Snapshot *snapshot = reader.next()) {
+            shown_added += snapshot->indexed && snapshot->added_to;
+            told = told || snapshot->unread_count != 0 || snapshot->left_out != 0;
+            const bool exact = snapshot->indexed && (snapshot->added_to || !told);
+            ASSERT_TRUE(!exact || printed.contains(shown(*snapshot))) << shown(*snapshot) << text;
+        }
+    };
+    for (size_t at = 0; at < recording.size(); at++) {
+        for (const size_t size : {1U, 2U, 7U, 30U, 60U, 90U, 150U, 250U, 1000U})
+            expect_printed(recording.substr(0, at) +
+                           recording.substr(std::min(at + size, recording.size())));
+        std::string other = recording;
+        other[at] = other[at] == '1' ? '2' : '1';
+        expect_printed(other);
+        other[at] = '\n';
+        expect_printed(other);
+    }
+    EXPECT_GT(shown_added, recording.size());
+
+    // Blanks and ends of lines may come and go.
+    std::string other;
+    for (const char c : recording)
+        other += c == '\n' ? "\r\n"s : std::string(1, c);
+    for (size_t at; (at = other.find(", \r")) != std::string::npos;)
+        other.erase(at + 1, 1);
+    for (size_t at = 0; (at = other.find(", ", at)) != std::string::npos; at += 3)
+        if (other[at + 2] != 'p') // of the index line
+            other.insert(at + 1, " ");
+    EXPECT_EQ(read_all(other), read_all(recording));
 }
 
 TEST(Reader, TextsMayHoldLineEnds)

@@ -91,6 +91,8 @@ bool is_head_line(std::string_view line)
         return line.starts_with(NOTED) || read_number_line(line, "missed = ", number);
     case 'l':
         return read_label_line(line, key, value);
+    case 's':
+        return read_number_line(line, "sum = ", number);
     default:
         return false;
     }
@@ -110,6 +112,29 @@ void for_each_line(std::string_view text, uint64_t number, Use use)
         text.remove_prefix(newline + 1);
         number++;
     }
+}
+
+// FNV-1a of what stands behind the line where a text begins. Blanks and carriage returns come and go
+// on the way: at either end of a line they do not count, elsewhere any number of them as one blank.
+uint32_t sum_of(std::string_view text)
+{
+    uint32_t sum = 2166136261;
+    const auto add = [&sum](char c) { sum = (sum ^ static_cast<uint8_t>(c)) * 16777619; };
+    char last = '\n';
+    bool blank = false;
+    text.remove_prefix(text.find('\n') + 1);
+    for (const char c : text) {
+        if (is(c, BLANK) || c == '\r') {
+            blank = true;
+            continue;
+        }
+        if (blank && c != '\n' && last != '\n')
+            add(' ');
+        add(c);
+        last = c;
+        blank = false;
+    }
+    return sum;
 }
 
 } // namespace
@@ -156,6 +181,7 @@ bool Frames::next(Head &head)
     head.last = ended_ && end == size_ && !ended_by_line_;
     head.named = begun_ && !unnamed_;
     head.dev_idx = head.path_idx = 0;
+    head.intact = false;
     head.frame.reset();
     head.added_to.reset();
     head.missed = 0;
@@ -244,7 +270,8 @@ size_t Frames::begin_next()
     std::string_view line(begin, head_.at - last_.at);
     if (line.ends_with('\n'))
         line = content(begin, begin + line.size() - 1);
-    for (const std::string_view key : {"time = ", "frame = ", "missed = ", "added_to = "}) {
+    for (const std::string_view key :
+         {"time = ", "frame = ", "sum = ", "missed = ", "added_to = "}) {
         const size_t at = line.rfind(key);
         if (at == 0 || at == std::string_view::npos || !is_head_line(line.substr(at)))
             continue;
@@ -263,13 +290,20 @@ size_t Frames::begin_next()
     return head_.at;
 }
 
-// Tells when a snapshot lacks the end line that the others of its recording have.
+// Tells when a snapshot lacks the end line that the others of its recording have, or is not what its
+// sum says.
 void Frames::tell_of_end(Head &head, size_t end)
 {
     if (ended_by_line_) {
         others_end_ = true;
         others_timed_ = head.timed;
-    } else if (others_end_ && (head.timed || !others_timed_)) {
+        head.intact =
+            sum_ ? *sum_ == sum_of({summed_, text_ + end}) : !head.added_to || !whole_summed_;
+        if (!head.added_to)
+            whole_summed_ = sum_.has_value();
+        if (!head.intact)
+            head.tell({body_.line - 1, "", "the text of this snapshot is not what was printed"});
+    } else if (sum_ || (others_end_ && (head.timed || !others_timed_))) {
         head.cut = true;
         if (text_[end - 1] == '\n')
             head.tell({body_.line - 1, "", "cut off: no end line follows this snapshot"});
@@ -291,8 +325,9 @@ bool Frames::left_head(size_t end) const
 }
 
 // Reads the head lines and the index line.
-void Frames::read_head(Head &head) const
+void Frames::read_head(Head &head)
 {
+    sum_.reset();
     const std::string_view lines(text_ + own_head_.at, body_.at - own_head_.at);
     Unread last_time = {0, {}, NO_SNAPSHOT};
     for_each_line(lines, own_head_.line, [&](std::string_view line, uint64_t number, bool) {
@@ -303,10 +338,13 @@ void Frames::read_head(Head &head) const
                 head.tell(last_time);
             last_time = {number, line, last_time.why};
             head.timed = true;
-        } else if (uint64_t frame; read_number_line(line, "frame = ", frame)) {
-            head.frame = frame;
-        } else if (read_number_line(line, "added_to = ", frame)) {
-            head.added_to = frame;
+        } else if (uint64_t said; read_number_line(line, "frame = ", said)) {
+            head.frame = said;
+        } else if (read_number_line(line, "added_to = ", said)) {
+            head.added_to = said;
+        } else if (read_number_line(line, "sum = ", said)) {
+            sum_ = said;
+            summed_ = line.data() + line.size();
         } else if (take(value, NOTED)) {
             head.marks.push_back(value);
         } else if (read_label_line(line, key, value)) {

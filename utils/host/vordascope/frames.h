@@ -47,7 +47,7 @@ private:
     };
 
     size_t find_end();
-    void read_head(Head &head) const;
+    void read_head(Head &head);
     bool left_head(size_t end) const;
     size_t begin_next();
     void tell_of_end(Head &head, size_t end);
@@ -67,6 +67,9 @@ private:
     bool named_ = false;    // the input has had either
     Mark own_head_ = {};    // then: the head lines before it, and what follows it
     Mark body_ = {};
+    std::optional<uint64_t> sum_; // what it says of the text from `summed_` to its end line
+    const char *summed_ = nullptr;
+    bool whole_summed_ = false;  // the last one that is not added has said it
     bool ended_by_line_ = false; // and the end line, which begins at `end_line_`
     size_t end_line_ = 0;
     bool others_end_ = false; // snapshots before it have had an end line

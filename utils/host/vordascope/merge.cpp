@@ -3,35 +3,166 @@
 
 #include "sections.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
 namespace vordascope
 {
 
-bool Merge::complete(Head &head)
+namespace
+{
+
+struct Line {
+    std::string_view text; // with its end
+    uint64_t number;       // in the input
+};
+
+std::string_view without_end(std::string_view line)
+{
+    while (line.ends_with('\n') || line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+void split_lines(const Part &part, std::vector<Line> &lines)
+{
+    uint64_t number = part.line;
+    for (std::string_view rest = part.text; !rest.empty(); number++) {
+        const std::string_view line =
+            rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
+        lines.push_back({line, number});
+        rest.remove_prefix(line.size());
+    }
+}
+
+// Lines that stand one behind another, in the text and in the input, become one part again.
+std::vector<Part> join_lines(const std::vector<Line> &lines)
+{
+    std::vector<Part> parts;
+    uint64_t next = 0;
+    for (const Line &line : lines) {
+        if (!parts.empty() && line.number == next &&
+            parts.back().text.data() + parts.back().text.size() == line.text.data())
+            parts.back().text = {parts.back().text.data(),
+                                 parts.back().text.size() + line.text.size()};
+        else
+            parts.push_back({line.text, line.number});
+        next = line.number + 1;
+    }
+    return parts;
+}
+
+// "@ FIRST-LAST HEADINGS" or "@ NUMBER HEADINGS", above the lines that take the place of these.
+struct Run {
+    uint32_t first;
+    uint32_t last;
+    std::string_view headings; // " [Heading] label:"
+};
+
+bool read_run(std::string_view line, Run &run)
+{
+    if (!take(line, "@ ") || !take_number(line, run.first))
+        return false;
+    run.last = run.first;
+    if (take(line, "-") && !take_number(line, run.last))
+        return false;
+    run.headings = line;
+    return run.first != 0 && run.last >= run.first && (line.empty() || line[0] == ' ');
+}
+
+// The headings above a line: one in brackets, and the label below it.
+class Headings
+{
+public:
+    void pass(std::string_view line)
+    {
+        line = without_end(line);
+        if (line.starts_with('[') && line.ends_with(']')) {
+            brackets_ = line;
+            label_ = {};
+        } else if (line.ends_with(':')) {
+            label_ = line;
+        }
+    }
+
+    // Whether there are no others in " [Heading] label:".
+    bool hold(std::string_view said) const
+    {
+        for (const std::string_view heading : {brackets_, label_}) {
+            std::string_view rest = said;
+            if (!heading.empty() && take(rest, " ") && take(rest, heading))
+                said = rest;
+        }
+        return said.empty();
+    }
+
+private:
+    std::string_view brackets_;
+    std::string_view label_;
+};
+
+bool is_section_line(std::string_view line)
+{
+    line = without_end(line);
+    return !section_of(line).empty() || !tag_of(line).empty();
+}
+
+// Whether what follows the section line is not its text, but runs of lines that changed in it.
+bool holds_runs(std::string_view text)
+{
+    return is_section_line(text.substr(0, text.find('\n'))) &&
+           text.substr(text.find('\n') + 1).starts_with("@ ");
+}
+
+// Lets changed lines take the place of those of a section; both begin with the line that names it,
+// if it has one. Returns false when they do not fit.
+bool exchange_lines(std::vector<Line> &lines, const std::vector<Line> &changed)
+{
+    const size_t above = !lines.empty() && is_section_line(lines[0].text); // line 1 is behind it
+    Headings headings;
+    size_t passed = above;
+    for (size_t i = 1; i < changed.size();) {
+        Run run;
+        if (!read_run(without_end(changed[i++].text), run))
+            return false;
+        const size_t first = above + run.first - 1;
+        const size_t count = run.last - run.first + 1;
+        if (first < passed || first + count > lines.size() || count > changed.size() - i)
+            return false;
+        for (; passed < first; passed++)
+            headings.pass(lines[passed].text);
+        if (!headings.hold(run.headings))
+            return false;
+        for (; passed < first + count; passed++) {
+            lines[passed] = changed[i++];
+            headings.pass(lines[passed].text);
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+const char *Merge::complete(Head &head)
 {
     if (!head.indexed)
-        return true;
-    const bool follows =
-        known_ && head.added_to == frame_ && head.dev_idx == dev_idx_ && head.path_idx == path_idx_;
-    if (head.added_to && !follows) {
-        known_ = false;
-        return false;
-    }
+        return nullptr;
     if (head.added_to) {
-        if (units_.empty())
-            split({text_, line_}, units_);
-        std::vector<Unit> changed;
-        for (const Part &part : head.body)
-            split(part, changed);
-        replace(changed);
-        write(head);
+        const bool follows = known_ && head.added_to == frame_ && head.dev_idx == dev_idx_ &&
+                             head.path_idx == path_idx_;
+        known_ = false;
+        if (!follows)
+            return "left out: the snapshot that it is added to is not before it";
+        if (!head.intact)
+            return "left out: it is not there in full";
+        if (!add(head))
+            return "left out: it does not fit the snapshot that it is added to";
     }
     // A snapshot that is not there in full is no state to add to.
-    known_ = head.frame && !head.cut && head.text.ends_with('\n');
+    known_ = head.frame && head.intact;
     if (!known_)
-        return true;
+        return nullptr;
     dev_idx_ = head.dev_idx;
     path_idx_ = head.path_idx;
     frame_ = *head.frame;
@@ -40,6 +171,45 @@ bool Merge::complete(Head &head)
         line_ = head.body.front().line;
         units_.clear();
     }
+    return nullptr;
+}
+
+// Makes an added snapshot whole. Returns false when it does not fit the state before it.
+bool Merge::add(Head &head)
+{
+    if (units_.empty())
+        split({text_, line_}, units_);
+    std::vector<Unit> changed;
+    for (const Part &part : head.body)
+        split(part, changed);
+    if (!make_whole(changed))
+        return false;
+    replace(changed);
+    write(head);
+    return true;
+}
+
+// Lets sections of which only some lines are said have all of them.
+bool Merge::make_whole(std::vector<Unit> &changed) const
+{
+    std::vector<Unit> whole;
+    for (const Unit &unit : changed) {
+        if (!holds_runs(unit.part.text)) {
+            whole.push_back(unit);
+            continue;
+        }
+        std::vector<Line> lines;
+        for (const Unit &before : units_)
+            if (before.name == unit.name)
+                split_lines(before.part, lines);
+        std::vector<Line> runs;
+        split_lines(unit.part, runs);
+        if (!exchange_lines(lines, runs))
+            return false;
+        for (const Part &part : join_lines(lines))
+            whole.push_back({unit.name, part});
+    }
+    changed.swap(whole);
     return true;
 }
 

@@ -7,16 +7,15 @@ namespace vordascope
 {
 
 // In a recording most snapshots hold only what changed: the sections that they print replace those
-// of the snapshot before, all others stay. The unit is the item with its section line or tag, and
-// all lines of a category that has none.
+// of the snapshot before, or the lines of these, and all others stay. A section is the item with its
+// section line or tag, and all lines of a category that has none.
 class Merge
 {
 public:
     // Makes the text of an added snapshot whole, and keeps that of any for the next one. Returns
-    // false when it is added to a snapshot that is not the one before it; what it prints is then a
-    // part of a state that nobody knows. What `head` points to lasts until the next call, or as
-    // long as it did before.
-    bool complete(Head &head);
+    // nullptr, or why that cannot be: what is added then is a part of a state that nobody knows.
+    // What `head` points to lasts until the next call, or as long as it did before.
+    const char *complete(Head &head);
 
 private:
     struct Unit {
@@ -25,6 +24,8 @@ private:
     };
 
     static void split(const Part &part, std::vector<Unit> &units);
+    bool add(Head &head);
+    bool make_whole(std::vector<Unit> &changed) const;
     void replace(std::vector<Unit> &changed);
     void write(Head &head);
 

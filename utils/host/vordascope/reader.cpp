@@ -14,15 +14,14 @@ constexpr size_t SHOWN_BYTES = 60;         // of a line around the captures
 constexpr size_t SLICE = size_t{64} << 10; // of bytes, which an archive may blow up
 
 // Leaves only the line that says what this is added to.
-void leave_out(Snapshot &snapshot)
+void leave_out(Snapshot &snapshot, const char *why)
 {
     const Part &body = snapshot.body.front();
     const std::string_view before(snapshot.text.data(), body.text.data());
     const size_t at = before.rfind("added_to = ");
     const auto lines = std::count(before.begin() + static_cast<ptrdiff_t>(at), before.end(), '\n');
     const std::string_view line = before.substr(at, before.find_first_of("\r\n", at) - at);
-    snapshot.tell({body.line - static_cast<uint64_t>(lines), line,
-                   "left out: the snapshot that it is added to is not before it"});
+    snapshot.tell({body.line - static_cast<uint64_t>(lines), line, why});
     snapshot.indexed = snapshot.timed = false;
     snapshot.frame.reset();
     snapshot.body.clear();
@@ -99,8 +98,8 @@ const Snapshot *Reader::next()
     while (!frames_.next(snapshot_))
         if (!decode_more())
             return nullptr;
-    if (!merge_.complete(snapshot_))
-        leave_out(snapshot_);
+    if (const char *why = merge_.complete(snapshot_); why != nullptr)
+        leave_out(snapshot_, why);
     grammar_.parse(snapshot_);
     // A line in brackets alone makes no attribute text.
     if (!snapshot_.named && snapshot_.fields.empty())

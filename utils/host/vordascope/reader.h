@@ -8,8 +8,13 @@
 //     [CAPITALS]                     where no index line has been before: an attribute text begins
 //     label KEY = VALUE              head line: says something of the capture from there on
 //     mark = TEXT                    head line: says what was changed then
-//     added_to = M                   head line: the text holds only the sections that changed since
-//                                    frame M, which is the snapshot before it
+//     sum = N                        head line: FNV-1a (32 bits) of the lines that follow, up to the
+//                                    end line; blanks at the ends of a line do not count, nor how
+//                                    many stand elsewhere
+//     added_to = M                   head line: the text holds only what changed since frame M, which
+//                                    is the snapshot before it: whole sections, or
+//     @ FIRST-LAST HEADINGS          below a section line (=== share ===, too): these lines of the
+//                                    section, from 1 below that line on, are now those that follow
 //     === cat.item ===               a section: an item
 //     [CAPITALS]                     an attribute text: the item intl.capitals
 //     [Other words]                  a heading within an item
@@ -45,8 +50,8 @@
 // - An index line or a time behind another line, as captures have that were joined without a line
 //   end, begins a snapshot; the line before it is one without its end.
 // - CRLF is read as LF; a byte-order mark before an index or head line is layout.
-// - An added snapshot comes out whole: the sections that it lacks are those of the one before. When
-//   that one is not there it is left out, which is an Unread.
+// - An added snapshot comes out whole: what it lacks is as in the one before. When that one is not
+//   there, or when either has not the sum that it says, it is left out, which is an Unread.
 // - A text that goes on for SNAPSHOT_MAX bytes without a new snapshot is taken apart there.
 #pragma once
 

@@ -94,6 +94,7 @@ struct Head {
     bool timed = false;     // `time` is there
     bool last = false;      // ends with the input
     bool cut = false;       // ends within a line, or without the end line that others have
+    bool intact = false;    // ends with its end line, and has the sum that it says
     uint32_t dev_idx = 0;
     uint32_t path_idx = 0;
     Value time = {};                     // in seconds, on the camera's clock

@@ -13,7 +13,7 @@ namespace
 constexpr char USAGE[] =
     "Usage: vorda-record [OPTION]... [ENTRY]...\n"
     "Records what vorda prints of each ENTRY (all, category or category.item; default all), frame by\n"
-    "frame, on standard output: a whole snapshot, then of each frame the sections that changed.\n"
+    "frame, on standard output: a whole snapshot, then of each frame the lines that changed.\n"
     "vordascope reads it.\n"
     "  -n COUNT             end after COUNT snapshots\n"
     "  -i SECONDS           a snapshot every SECONDS instead of every frame\n"

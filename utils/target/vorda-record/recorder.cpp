@@ -56,6 +56,7 @@ private:
     MPI_PATH path_;
     Recording recording_;
     Ring ring_;
+    HeapText above_; // what stands before a snapshot: labels, the sum of what follows
     HeapText head_;
     FramePace pace_;
     Nanoseconds tick_ = 0;    // when the next snapshot is due, of those on the clock
@@ -234,10 +235,14 @@ Recorder::Step Recorder::write(const Snapshot &snapshot, std::string_view body)
     const auto further = static_cast<int32_t>(snapshot.frame - last_frame_);
     const bool every = written_ && cmd_.interval == 0; // else nobody asked for those in between
     head_.clear();
-    if (!written_)
-        put_labels(head_);
     put_head(head_, snapshot, every && further > 1 ? static_cast<uint32_t>(further) - 1 : 0);
-    if (const int error = write_whole({head_.written(), body}); error != 0) {
+    std::string_view summed = body;
+    summed.remove_suffix(END_LINE.size());
+    above_.clear();
+    if (!written_)
+        put_labels(above_);
+    above_.put("sum = ", sum_of({head_.written(), summed}), "\n");
+    if (const int error = write_whole({above_.written(), head_.written(), body}); error != 0) {
         if (error == EPIPE)
             return Step::READER_GONE;
         fprintf(stderr, "vorda-record: cannot write: %s.\n",

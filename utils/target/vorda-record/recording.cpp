@@ -1,6 +1,8 @@
 // Whole and added snapshots.
 #include "recording.h"
 
+#include "changes.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -24,18 +26,21 @@ int Recording::take(const DipPathCtx &ctx, Nanoseconds time)
     // A counter that goes back began anew, and so does the recording.
     const bool back = static_cast<int32_t>(frame - snapshot_.frame) < 0;
     const bool whole = back || time >= whole_due_ || must_be_whole(now, before);
-    snapshot_ = {.time = time, .frame = frame, .whole = whole, .added_to = snapshot_.frame};
+    const uint32_t added_to = snapshot_.frame;
 
     body_.clear();
     body_.put("dev_idx = ", path_.dev, ", path_idx = ", path_.path, "\n");
     for (size_t i = 0; i < now.size(); i++)
-        if (whole || now[i] != before[i])
+        if (whole || before[i].empty())
             body_.put(now[i]);
-    body_.put("; end\n");
+        else if (now[i] != before[i])
+            put_changes(body_, before[i], now[i]);
+    body_.put(END_LINE);
     if (body_.failed()) {
         fputs("vorda-record: out of memory.\n", stderr);
         return 1;
     }
+    snapshot_ = {.time = time, .frame = frame, .whole = whole, .added_to = added_to};
 
     if (whole) {
         whole_due_ = time + whole_every_;
@@ -77,4 +82,25 @@ void put_head(Text &text, const Snapshot &snapshot, uint32_t missed)
         text.put("missed = ", missed, "\n");
     if (!snapshot.whole)
         text.put("added_to = ", snapshot.added_to, "\n");
+}
+
+uint32_t sum_of(std::initializer_list<std::string_view> texts)
+{
+    uint32_t sum = 2166136261;
+    const auto add = [&sum](char c) { sum = (sum ^ static_cast<uint8_t>(c)) * 16777619; };
+    char last = '\n';
+    bool blank = false; // stands before the next one
+    for (const std::string_view text : texts)
+        for (const char c : text) {
+            if (c == ' ' || c == '\t' || c == '\r') {
+                blank = true;
+                continue;
+            }
+            if (blank && c != '\n' && last != '\n')
+                add(' ');
+            add(c);
+            last = c;
+            blank = false;
+        }
+    return sum;
 }

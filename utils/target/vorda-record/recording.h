@@ -1,11 +1,16 @@
 // What a recording consists of: snapshots, each below lines that say when it was taken and of which
-// frame. Most hold only the sections that changed since the snapshot before.
+// frame. Most hold only the lines that changed since the snapshot before.
 #pragma once
 
 #include "record.h"
 #include "sections.h"
 
 #include "heap_text.h"
+
+#include <initializer_list>
+
+// Ends the text of each.
+inline constexpr std::string_view END_LINE = "; end\n";
 
 // A snapshot of the recording, without its text.
 struct Snapshot {
@@ -32,7 +37,7 @@ public:
     // Makes the next snapshot a whole one.
     void begin_anew() { whole_wanted_ = true; }
 
-    // The last one, valid until the next is taken; its text goes from the index line to "; end".
+    // The last one, valid until the next is taken; its text goes from the index line to END_LINE.
     const Snapshot &snapshot() const { return snapshot_; }
     std::string_view body() const { return body_.written(); }
     const SectionTexts &texts() const { return texts_[now_]; }
@@ -59,3 +64,8 @@ void put_labels(Text &text);
 // Writes the lines above a snapshot. `missed` is how many frames between it and the one before in
 // the recording were not seen.
 void put_head(Text &text, const Snapshot &snapshot, uint32_t missed);
+
+// The sum that tells whether texts, one behind another, are what was written: FNV-1a of 32 bits. What
+// mail and editors change leaves it as it is: blanks, tabs and carriage returns at either end of a
+// line do not count, elsewhere any number of them as one blank.
+uint32_t sum_of(std::initializer_list<std::string_view> texts);

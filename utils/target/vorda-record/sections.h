@@ -1,8 +1,7 @@
 // The sections of a snapshot: what is recorded, and the text of each in one frame.
 //
 // A section is an item of a category whose items have a line that tells where they begin, or all
-// that is recorded of another category. It is what a recording repeats whole when any of it
-// changed.
+// that is recorded of another category. Within it a recording counts the lines that changed.
 #pragma once
 
 #include "heap_text.h"
