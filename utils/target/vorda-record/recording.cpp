@@ -3,24 +3,21 @@
 
 #include "changes.h"
 
-#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
-#include <span>
 #include <sys/utsname.h>
 
 int Recording::take(const DipPathCtx &ctx, Nanoseconds time)
 {
     const SectionTexts &before = texts_[now_];
     SectionTexts &now = texts_[now_ = 1 - now_];
-    const auto bytes = [](const DipIntlCtx &settings) {
-        return std::as_bytes(std::span(&settings, 1));
-    };
     const bool same_settings =
-        before.size() > 0 && std::ranges::equal(bytes(settings_), bytes(ctx.intl_ctx));
+        before.size() > 0 && memcmp(&settings_, &ctx.intl_ctx, sizeof(settings_)) == 0;
     if (sections_.print(ctx, &now, same_settings ? &before : nullptr) != 0)
         return 1;
-    settings_ = ctx.intl_ctx;
+    if (!same_settings)
+        settings_ = ctx.intl_ctx;
 
     const uint32_t frame = ctx.dip_ctx.frame_cnt;
     // A counter that goes back began anew, and so does the recording.
@@ -86,21 +83,23 @@ void put_head(Text &text, const Snapshot &snapshot, uint32_t missed)
 
 uint32_t sum_of(std::initializer_list<std::string_view> texts)
 {
+    const auto blank = [](char c) { return c <= ' ' && (c == ' ' || c == '\t' || c == '\r'); };
     uint32_t sum = 2166136261;
     const auto add = [&sum](char c) { sum = (sum ^ static_cast<uint8_t>(c)) * 16777619; };
-    char last = '\n';
-    bool blank = false; // stands before the next one
-    for (const std::string_view text : texts)
-        for (const char c : text) {
-            if (c == ' ' || c == '\t' || c == '\r') {
-                blank = true;
+    for (const std::string_view text : texts) {
+        const char *const begin = text.data();
+        const char *const end = begin + text.size();
+        for (const char *p = begin; p != end;) {
+            if (!blank(*p)) {
+                add(*p++);
                 continue;
             }
-            if (blank && c != '\n' && last != '\n')
+            const bool inside = p != begin && p[-1] != '\n';
+            while (p != end && blank(*p))
+                p++;
+            if (inside && p != end && *p != '\n')
                 add(' ');
-            add(c);
-            last = c;
-            blank = false;
         }
+    }
     return sum;
 }

@@ -65,7 +65,8 @@ void put_labels(Text &text);
 // the recording were not seen.
 void put_head(Text &text, const Snapshot &snapshot, uint32_t missed);
 
-// The sum that tells whether texts, one behind another, are what was written: FNV-1a of 32 bits. What
+// The sum that tells whether texts of whole lines, one behind another, are what was written: FNV-1a
+// of 32 bits. What
 // mail and editors change leaves it as it is: blanks, tabs and carriage returns at either end of a
 // line do not count, elsewhere any number of them as one blank.
 uint32_t sum_of(std::initializer_list<std::string_view> texts);
