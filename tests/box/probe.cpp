@@ -32,6 +32,7 @@ constexpr char USAGE[] =
     "                                     before other processes, with its lock taken most of the\n"
     "                                     time; at the end tell the longest wait for it\n"
     "       box-probe nice COMMAND...     run a COMMAND that gives way to all others\n"
+    "       box-probe spin                keep a processor busy with what emulates quickly\n"
     "       box-probe die                 die with the lock of path 0, which becomes robust\n"
     "       box-probe lock                what locking path 0 answers\n"
     "       box-probe signal COMMAND...   hold the lock of path 0; send each of several signals to\n"
@@ -99,6 +100,12 @@ int write_frames(VplatPathConf *path)
     }
     printf("waited %ld us\n", longest);
     return 0;
+}
+
+[[noreturn]] void spin()
+{
+    for (;;)
+        asm volatile(".rept 400\n\tnop\n\t.endr");
 }
 
 int die(PathLock *lock)
@@ -189,6 +196,8 @@ int main(int argc, char **argv)
         return write_frames(path);
     if (verb == "nice" && argc > 2)
         return setpriority(PRIO_PROCESS, 0, 19) != 0 || execvp(argv[2], argv + 2) != 0;
+    if (verb == "spin" && argc == 2)
+        spin();
     if (verb == "die" && argc == 2)
         return die(&path->lock);
     if (verb == "lock" && argc == 2)
