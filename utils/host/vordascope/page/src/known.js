@@ -114,8 +114,8 @@ export const SECTIONS = [
         ['table', 'Colour correction matrix', 'share', { '': 'colormatrix' }, { coloured: true, sums: true }],
         ['table', 'White balance gains', 'cfg.awb', each(GAINS, (name) => `${name}.gain.val`), { columns: VALS, state: GAINS.map((name) => `${name}.enable`) }],
         ['table', 'HDR white balance gains', 'cfg.hawb', each(GAINS, (name) => `${name}.gain.val`), { columns: VALS, state: ['enable'] }],
-        ['table', 'Colour correction, registers', 'cfg.csm', matrix(['r', 'g', 'b']), { block: 'CCM', columns: COEFFICIENTS }],
-        ['table', 'Colour space, registers', 'cfg.csm', matrix(['y', 'u', 'v']), { block: 'CST', columns: COEFFICIENTS }],
+        ['table', 'Colour correction, raw registers (_2s)', 'cfg.csm', matrix(['r', 'g', 'b']), { block: 'CCM', columns: COEFFICIENTS }],
+        ['table', 'Colour space, raw registers (_2s)', 'cfg.csm', matrix(['y', 'u', 'v']), { block: 'CST', columns: COEFFICIENTS }],
         ['lines', 'CRC curves', /^cfg\.(cal|crc)$/, crc, { block: SENSORS, ...mode }],
     ]),
     section('shading', 'Lens shading', [

@@ -1,4 +1,5 @@
 // The key figures: what an engineer looks at first.
+import { difference } from './compare.js';
 import { el, setText } from './dom.js';
 import { spark } from './draw/spark.js';
 import { FIGURES } from './known.js';
@@ -8,6 +9,7 @@ import { invalidText, validityOf } from './valid.js';
 function figure(title, field) {
     const before = el('span', { class: 'before' });
     const value = el('span', { class: 'value' });
+    const apart = el('dd', { class: 'apart' });
     const valid = validityOf(field);
     const invalid = el('p', { class: 'invalid' });
     const line = field.charted ? spark(field.courses, field.key) : null;
@@ -16,6 +18,7 @@ function figure(title, field) {
         { class: field.shape === 'scalar' ? 'figure' : 'figure figure-list', title: field.name },
         el('dt', {}, title),
         el('dd', {}, before, value),
+        apart,
         invalid,
         line?.element,
     );
@@ -26,6 +29,8 @@ function figure(title, field) {
             const changed = reference && find.differ(reference.of(field), now.of(field));
             setText(before, changed ? `${printed(reference.of(field))} → ` : '');
             setText(value, printed(now.of(field)));
+            const text = changed ? difference(reference.of(field), now.of(field)) : '';
+            setText(apart, / {2}\((.*)\)$/s.exec(text)?.[1] ?? '');
             element.classList.toggle('changed', Boolean(changed));
             setText(invalid, invalidText(valid, { now, before: reference }));
             line?.mark(now.n, reference?.run === now.run ? reference.n : null);

@@ -32,3 +32,10 @@ export function short(value) {
     }
     return String(Number(value.toPrecision(4)));
 }
+
+/** A number to read, with as many digits as are worth it. */
+export const shortNumber = (value) =>
+    Number.isFinite(value) ? String(Number(value.toPrecision(7))) : '–';
+
+/** The same of a difference, with its sign. */
+export const signed = (value) => (value < 0 ? shortNumber(value) : `+${shortNumber(value)}`);

@@ -12,6 +12,7 @@ import { COMPUTED, COURSES, HISTORIES } from './known.js';
 import { extent, flat, Moment, number, printed, textOf } from './model.js';
 import { inRows, saver } from './out.js';
 import { overview } from './overview.js';
+import { shortNumber, signed } from './ticks.js';
 import { moved, zoomed } from './zoom.js';
 
 /** The narrowest part that shows, in snapshots. */
@@ -99,10 +100,6 @@ function computedLine(run, { name, factors, of, stops }) {
         },
     ];
 }
-
-const shortNumber = (value) =>
-    Number.isFinite(value) ? String(Number(value.toPrecision(7))) : '–';
-const signed = (value) => (value < 0 ? shortNumber(value) : `+${shortNumber(value)}`);
 
 /** One chart. */
 class Card {

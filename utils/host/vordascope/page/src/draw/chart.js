@@ -17,6 +17,14 @@ const axis = (more) => ({
     ...more,
 });
 
+/** From one tick to the next; between whole numbers nothing but whole numbers. */
+const STEPS = Array.from({ length: 32 }, (_, i) => i - 12).flatMap((exponent) =>
+    ['1', '2', '2.5', '5'].map((step) => Number(`${step}e${exponent}`)),
+);
+const WHOLE = STEPS.filter(Number.isInteger);
+const whole = (list) => list.every((value) => value === null || Number.isInteger(value));
+const stepsOf = (lists) => (lists.every(whole) ? WHOLE : STEPS);
+
 /** A range with some air around it; from 0 where that is near. */
 export function padded([low, high]) {
     if (!(low <= high)) return [0, 1];
@@ -75,8 +83,13 @@ export function chart(options) {
             padding: [8, 10, 0, 0],
             scales,
             axes: [
-                axis({ size: 24, space: 52, values: (_, splits) => splits.map(xText) }),
-                axis({ size: 46, space: 32 }),
+                axis({
+                    size: 24,
+                    space: 52,
+                    values: (_, splits) => splits.map(xText),
+                    incrs: (u) => stepsOf([u.data[0]]),
+                }),
+                axis({ size: 46, space: 32, incrs: (u) => stepsOf(u.data.slice(1)) }),
             ],
             series: [{}, ...lines.map(lineOptions)],
             cursor: {
@@ -226,7 +239,8 @@ export function chart(options) {
 
 /**
  * The names of a chart's lines with their colours, and beside each the value under the cursor.
- * @returns {{element, read(texts)}} `texts` one a line, or null for none
+ * @returns {{element, read(texts), gather(first)}} `texts` one a line, or null for none; `first`, for each
+ *     line the one that stands for it, -1 for a line that is not in use
  */
 export function legend(lines) {
     const readings = lines.map(() => el('span', { class: 'reading' }));
@@ -237,12 +251,23 @@ export function legend(lines) {
         return el(
             'span',
             { class: 'entry' },
-            lines.length > 1 ? [swatch, name] : null,
+            lines.length > 1 ? [swatch, el('span', {}, name)] : null,
             readings[i],
         );
     });
+    const unused = el('span', { hidden: true });
     return {
-        element: el('div', { class: 'legend' }, entries),
+        element: el('div', { class: 'legend' }, entries, unused),
+        gather(first) {
+            const named = (of) => lines.filter((_, i) => first[i] === of).map(({ name }) => name);
+            entries.forEach((entry, i) => {
+                entry.hidden = first[i] !== i;
+                if (lines.length > 1) setText(entry.children[1], named(i).join(' = '));
+            });
+            const left = named(-1);
+            unused.hidden = left.length === 0;
+            setText(unused, `not in use: ${left.join(', ')}`);
+        },
         read(texts) {
             for (const [i, reading] of readings.entries()) setText(reading, texts?.[i] ?? '');
         },

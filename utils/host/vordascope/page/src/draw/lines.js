@@ -4,6 +4,7 @@ import { lineColour } from '../colours.js';
 import { el, setText } from '../dom.js';
 import { extent } from '../model.js';
 import { differ, rangeOf, shownIn } from '../sources.js';
+import { signed } from '../ticks.js';
 import { chart, legend, padded } from './chart.js';
 
 const ascends = (list) => list.every((x, i) => Number.isFinite(x) && (i === 0 || x > list[i - 1]));
@@ -26,10 +27,21 @@ const histogramRange = (sources, shown) => {
 };
 
 /**
- * @param {{name: string, x: Source|null, y: Source}[]} curves
- * @param {object} options `stepped` for a histogram; `height` of the chart
+ * For each curve the first one that lies where it does, itself where that is none; -1 for those beyond
+ * the first so many, which are not in use. The tables are those of the reference, then those of now.
  */
-export function lines(curves, { stepped = false, height = 150 } = {}) {
+function alike(tables, used) {
+    const count = tables.length / 2;
+    const texts = Array.from({ length: count }, (_, i) => `${tables[i]}\n${tables[count + i]}`);
+    return texts.map((text, i) => (i < used ? texts.indexOf(text) : -1));
+}
+
+/**
+ * @param {{name: string, x: Source|null, y: Source}[]} curves
+ * @param {object} options `stepped` for a histogram; `height` of the chart; `used(view)`, how many of the
+ *     curves are in use
+ */
+export function lines(curves, { stepped = false, height = 150, used = null } = {}) {
     const entries = curves.map(({ name }, i) => ({
         name,
         colour: lineColour(name, i),
@@ -42,6 +54,7 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
     const note = el('p', { class: 'plain' });
     let data = [[]];
     let range = [0, 1];
+    let compared = false;
 
     const plot = chart({
         lines: [...before, ...entries],
@@ -54,7 +67,14 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
             if (i === null) return names.read(null);
             const at = data[0][i];
             names.read(
-                entries.map((_, line) => `${at}: ${data[1 + curves.length + line]?.[i] ?? '–'}`),
+                entries.map((_, line) => {
+                    const [a, b] = [1 + line, 1 + curves.length + line].map((of) => data[of]?.[i]);
+                    const value = `${at}: ${b ?? '–'}`;
+                    if (!compared) return value;
+                    const apart =
+                        Number.isFinite(a) && Number.isFinite(b) ? `, ${signed(b - a)}` : '';
+                    return `${value} (A ${a ?? '–'}${apart})`;
+                }),
             );
         },
     });
@@ -62,7 +82,7 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
     function draw(view) {
         const { now, before: reference } = view;
         range = stepped ? histogramRange(ys, shownIn(view)) : rangeOf(ys, shownIn(view));
-        const compared = differ(
+        compared = differ(
             view,
             curves.flatMap(({ x, y }) => (x ? [x, y] : [y])),
         );
@@ -74,7 +94,10 @@ export function lines(curves, { stepped = false, height = 150 } = {}) {
         const empty = data[0].length === 0;
         plot.element.hidden = empty;
         if (empty) return setText(note, 'no numbers');
-        plot.show(data, [...before.map(() => compared), ...entries.map(() => true)]);
+        const first = alike(tables, used?.(view) ?? curves.length);
+        names.gather(first);
+        const own = entries.map((_, i) => first[i] === i);
+        plot.show(data, [...own.map((shows) => compared && shows), ...own]);
     }
     return { elements: [plot.element, names.element, note], draw };
 }

@@ -103,6 +103,7 @@ function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
             view.element,
             el('figcaption', {}, caption, reading),
         ),
+        rename: (text) => setText(caption, text),
         show(newRows, newColour, label) {
             rows = newRows;
             colour = newColour;
@@ -141,95 +142,119 @@ export function scaleBar(rampNow) {
     };
 }
 
-/** B - A, place by place. */
-const minus = (b, a) => b.map((row, y) => row.map((value, x) => value - (a[y]?.[x] ?? Number.NaN)));
+/** Two grids, place by place. */
+const byPlace = (b, a, of) =>
+    b.map((row, y) => row.map((value, x) => of(value, a[y]?.[x] ?? Number.NaN)));
 
-/** Maps that share a scale; values that are all the same are a line of text instead. */
-function group(sources, options) {
-    const views = sources.map((source) => ({
-        source,
-        map: mapView(source.name, options),
-        change: mapView(`${source.name} B − A`, options),
-    }));
-    const places = (of) =>
-        el(
-            'div',
-            { class: 'maps', data: { count: views.length } },
-            views.map((view) => view[of].element),
-        );
-    const scale = scaleBar(() => sequential);
-    const changeScale = scaleBar(() => {
+/** How two snapshots of a source differ as a map: what it says, from which two numbers, around which. */
+const CHANGES = [
+    { name: 'B − A', of: (b, a) => b - a, zero: 0 },
+    { name: 'B ÷ A', of: (b, a) => b / a, zero: 1 },
+];
+
+/** The map of such a change, on a scale to both sides of where nothing differs. */
+function changeMap({ name, of, zero }, source, options) {
+    const map = mapView(name, options);
+    const scale = scaleBar(() => {
         const colour = diverging();
         return (t) => colour(t * 2 - 1);
     });
-    const now = el('div', {}, places('map'), scale.element);
-    const changes = el('div', {}, places('change'), changeScale.element);
-    const plain = el('p', { class: 'plain' });
-    const plainChange = el('p', { class: 'plain' });
-
-    function drawNow(moment, range) {
-        for (const { source, map } of views) {
-            const rows = source.rows(moment);
-            const [low, high] = extent(rows.flat());
+    return {
+        element: el('div', {}, map.element, scale.element),
+        draw(after, before) {
+            const rows = byPlace(after, before, of);
+            const known = rows.flat().filter(Number.isFinite);
+            const largest = extent(known.map((value) => Math.abs(value - zero)))[1] || 1;
+            const colour = diverging();
             map.show(
                 rows,
-                (value) => sequential(place(value, range)),
-                `${source.name}: ${low} to ${high}`,
+                (value) => colour((value - zero) / largest),
+                `${source.name}, ${name}: ${extent(known).map(short).join(' to ')}`,
             );
-        }
-        scale.show(range);
-    }
-
-    function drawChanges({ now: after, before }) {
-        const differences = views.map(({ source }) =>
-            minus(source.rows(after), source.rows(before)),
-        );
-        const [low, high] = extent(differences.flat(2));
-        changes.hidden = low === high;
-        setText(plainChange, low === high ? `B − A: all ${low}` : '');
-        if (low === high) return;
-        const largest = Math.max(Math.abs(low), Math.abs(high));
-        const colour = diverging();
-        views.forEach(({ source, change }, i) => {
-            const label = `${source.name}, difference`;
-            change.show(differences[i], (value) => colour(value / largest), label);
-        });
-        changeScale.show([-largest, largest], 'B − A');
-    }
-
-    const [lowest, highest] = wholeRange(sources);
-    if (!(highest > lowest)) {
-        const all = Number.isNaN(lowest) ? 'no numbers' : `all ${lowest}`;
-        setText(plain, `${sources.map(({ name }) => name).join(', ')}: ${all}`);
-        now.hidden = changes.hidden = true;
-    }
-
-    function draw(view) {
-        if (now.hidden) return;
-        drawNow(view.now, rangeOf(sources, shownIn(view)));
-        setText(plainChange, '');
-        changes.hidden = true;
-        if (differ(view, sources)) drawChanges(view);
-    }
-    return { element: el('div', { class: 'map-group' }, plain, now, changes, plainChange), draw };
+            scale.show([zero - largest, zero + largest]);
+        },
+    };
 }
 
-/** Grids as maps, on one scale or, with the option `apart`, on one each. */
+/** One source: its map, in a comparison those of A and of what differs too; or, all the same, a line. */
+function block(source, options) {
+    const views = { now: mapView(source.name, options) };
+    const scale = scaleBar(() => sequential);
+    const places = el('div', { class: 'maps', data: { count: 1 } }, views.now.element);
+    const plain = el('p', { class: 'plain' });
+    const element = el('div', { class: 'map-group' }, plain, places, scale.element);
+    let changes = null;
+
+    function paint(map, name, rows, range) {
+        const ends = extent(rows.flat());
+        const label = `${name}: ${ends.join(' to ')}`;
+        map.rename(name);
+        map.show(rows, (value) => sequential(place(value, range)), label);
+    }
+
+    function drawChanges(after, before, range) {
+        if (!changes) {
+            views.before = mapView('A', options);
+            changes = CHANGES.map((change) => changeMap(change, source, options));
+            places.append(views.before.element, ...changes.map((change) => change.element));
+        }
+        paint(views.before, `A ${source.name}`, before, range);
+        for (const change of changes) change.draw(after, before);
+    }
+
+    const [lowest, highest] = wholeRange([source]);
+
+    function draw(view, together) {
+        const after = source.rows(view.now);
+        const held = differ(view, [source]);
+        const before = held ? source.rows(view.before) : after;
+        const compared = view.find.differ(before, after);
+        const shown = rangeOf(together, shownIn(view));
+        const flatLine = !(highest > lowest) && !compared;
+        places.hidden = scale.element.hidden = flatLine;
+        const all = Number.isNaN(lowest) ? 'no numbers' : `all ${lowest}`;
+        const equal = held && !compared ? `${source.name}: A and B are the same` : '';
+        setText(plain, flatLine ? `${source.name}: ${all}` : equal);
+        if (flatLine) return;
+        places.dataset.count = compared ? '4' : '1';
+        places.classList.toggle('compared', compared);
+        paint(views.now, compared ? `B ${source.name}` : source.name, after, shown);
+        scale.show(shown);
+        if (compared) drawChanges(after, before, shown);
+        for (const one of [views.before, ...(changes ?? [])])
+            if (one) one.element.hidden = !compared;
+    }
+    return { element, draw };
+}
+
+/** Grids as maps, each on its own scale, or all on one where somebody asks for that. */
 export function maps(sources, options = {}) {
-    const groups = (options.apart ? sources.map((source) => [source]) : [sources]).map((part) =>
-        group(part, options),
-    );
-    const count = Math.min(groups.length, 2);
+    const blocks = sources.map((source) => block(source, options));
+    let together = false;
+    let view = null;
+    const draw = (shown) => {
+        view = shown;
+        blocks.forEach((one, i) => {
+            one.draw(view, together ? sources : [sources[i]]);
+        });
+    };
+    const choice = el('button', { type: 'button', 'aria-pressed': 'false' }, 'One scale');
+    choice.addEventListener('click', () => {
+        together = !together;
+        choice.setAttribute('aria-pressed', String(together));
+        draw(view);
+    });
+    const asked = sources.length > 1 && !options.apart;
+    const count = Math.min(blocks.length, 2);
     return {
         elements: [
+            asked ? el('div', { class: 'choice map-scale' }, choice) : [],
             el(
                 'div',
                 { class: 'maps', data: { count } },
-                groups.map(({ element }) => element),
+                blocks.map(({ element }) => element),
             ),
-        ],
-        draw(view) {
-            for (const { draw } of groups) draw(view);
-        },
+        ].flat(),
+        draw,
     };
 }

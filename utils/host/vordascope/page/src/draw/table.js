@@ -2,6 +2,22 @@
 import { cssOf, diverging, inkOn } from '../colours.js';
 import { el, setText } from '../dom.js';
 import { extent, printed } from '../model.js';
+import { signed } from '../ticks.js';
+
+const sumOf = (values) => values.reduce((sum, value) => sum + Number(value), 0);
+
+/** A value; where it differs from that of the reference that one above it, the difference below. */
+function cellOf(before, value, find) {
+    if (!find.differ(before, value)) return el('td', {}, printed(value));
+    const apart = Number(value) - Number(before);
+    return el(
+        'td',
+        { class: 'changed' },
+        el('span', { class: 'before' }, printed(before)),
+        el('b', {}, printed(value)),
+        el('span', { class: 'apart' }, Number.isFinite(apart) ? signed(apart) : ''),
+    );
+}
 
 /**
  * @param {{name: string, fields: Field[]}[]} rows a row each: the values of its fields one after
@@ -43,11 +59,7 @@ export function table(rows, { columns = null, coloured = false, sums = false } =
             ...now.map(([name, values], y) => {
                 const cells = values.map((value, x) => {
                     const old = before[y]?.[1][x];
-                    const cell = el('td', {}, printed(value));
-                    if (find.differ(old, value)) {
-                        cell.classList.add('changed');
-                        cell.title = `A: ${printed(old)}`;
-                    }
+                    const cell = cellOf(old, value, find);
                     if (coloured && Number.isFinite(Number(value))) {
                         const rgb = colour((value / largest) * 0.85);
                         cell.style.background = cssOf(rgb);
@@ -55,14 +67,11 @@ export function table(rows, { columns = null, coloured = false, sums = false } =
                     }
                     return cell;
                 });
-                if (sums)
-                    cells.push(
-                        el(
-                            'td',
-                            { class: 'sum' },
-                            String(values.reduce((sum, v) => sum + Number(v), 0)),
-                        ),
-                    );
+                if (sums) {
+                    const cell = cellOf(sumOf(before[y]?.[1] ?? []), sumOf(values), find);
+                    cell.classList.add('sum');
+                    cells.push(cell);
+                }
                 return el('tr', {}, name === '' ? null : el('th', { scope: 'row' }, name), cells);
             }),
         );
