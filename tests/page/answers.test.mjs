@@ -140,6 +140,10 @@ test('statistics that are not valid are called so, card by card and snapshot by 
     assert.deepEqual(await figure(), ['not valid: lum_valid 0']);
     assert.equal(await said('Luminance by region'), 'not valid: lum_valid 0');
     assert.equal(await said('White balance averages'), 'not valid: awb_valid 0');
+    assert.equal(
+        await page.locator('[data-title="Luma average"] .where').textContent(),
+        '#2 · not valid: lum_valid 0 ·',
+    );
     // Of two that are compared it says which.
     await page.keyboard.press('c');
     await page.keyboard.press('Home');
@@ -238,7 +242,7 @@ test('white balance: gains among the regions, points told apart, a region throug
 
 test('elements of grids and histograms go over time, and gains are named and coloured alike', async (t) => {
     const path = 'stat.awb.Gwd RGL.r channel[1][2]';
-    const page = await open(t, emptyPage());
+    const page = await open(t, emptyPage(), { expected: /getImageData/ });
     await page.evaluate(
         (hash) => window.location.replace(hash),
         `#add=${encodeURIComponent(path)}`,
@@ -274,6 +278,15 @@ test('elements of grids and histograms go over time, and gains are named and col
         [4, 24],
     ])
         assert.ok(found.has(`#${n + 1} · ${n} s · [${bin}]: 500`), [...found.keys()].join('\n'));
+    const brightness = (text) =>
+        canvas.evaluate((element, { x, y }) => {
+            const scale = element.width / element.clientWidth;
+            const context = element.getContext('2d');
+            const [r, g, b] = context.getImageData(x * scale, y * scale, 1, 1).data;
+            return r + g + b;
+        }, found.get(text));
+    for (const text of ['#2 · 1 s · [21]: 500', '#5 · 4 s · [24]: 500'])
+        assert.ok((await brightness(text)) > (await brightness('#2 · 1 s · [40]: 7')) + 150, text);
     assert.ok(found.get('#5 · 4 s · [24]: 500').x > found.get('#2 · 1 s · [21]: 500').x);
     await canvas.click({ position: found.get('#4 · 3 s · [23]: 500') });
     await page.waitForFunction(() => document.querySelector('.place').textContent.startsWith('#4'));

@@ -4,9 +4,10 @@ import { canvas, pointerAt } from './canvas.js';
 import { sequential } from './colours.js';
 import { colourOf, el, setText } from './dom.js';
 import { paintCells, scaleBar } from './draw/map.js';
-import { extent, flat, number, printed } from './model.js';
+import { extent, flat, Moment, number, printed } from './model.js';
 import { saver } from './out.js';
 import { short, ticks } from './ticks.js';
+import { invalidText, validityOf } from './valid.js';
 
 // As the charts beside it have them.
 const MARGIN = { left: 46, right: 10, top: 8, bottom: 24 };
@@ -149,7 +150,9 @@ export class History {
         const numbers = values.map(number);
         const at = i ?? numbers.indexOf(extent(numbers.filter(Number.isFinite))[1]);
         const what = i === null ? 'most at ' : '';
-        setText(this.reading, `${run.placeOf(n)} · ${what}[${at}]: ${printed(values[at])}`);
+        const text = `${run.placeOf(n)} · ${what}[${at}]: ${printed(values[at])}`;
+        const invalid = invalidText(validityOf(this.field), { now: new Moment(run, n) });
+        setText(this.reading, [text, invalid].filter(Boolean).join(' · '));
     }
 
     mark() {

@@ -30,6 +30,12 @@ export const COURSES = [
 /** Long lists that are a map over time: a title and the field. */
 export const HISTORIES = [['Luminance histogram over time', 'stat.lum.Luminance histogram']];
 
+/** Says the colour of the first pixel, "(Phase R)". */
+export const PHASE = 'vinfo.bayer';
+
+/** The flag that says whether the statistics of an item are valid. */
+export const validOf = (item) => item.replace(/^stat\.(\w+)$/, 'stat.flag.$1_valid');
+
 const EXPOSURE = ['share.inttime', 'share.sys_gain'];
 const exposure = (time, gain) => time * gain;
 const stops = (time, gain) => (time * gain > 0 ? Math.log2(time * gain) : Number.NaN);

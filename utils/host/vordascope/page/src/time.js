@@ -13,6 +13,7 @@ import { extent, flat, Moment, number, printed, textOf } from './model.js';
 import { inRows, saver } from './out.js';
 import { overview } from './overview.js';
 import { shortNumber, signed } from './ticks.js';
+import { invalidText, validityOf } from './valid.js';
 import { moved, zoomed } from './zoom.js';
 
 /** The narrowest part that shows, in snapshots. */
@@ -141,6 +142,8 @@ class Card {
         });
         const names = [...new Set(lines.map(({ path }) => path))];
         this.names = lines.flatMap(({ path, factors }) => factors ?? [path]);
+        const field = elementOf(section.run, this.names[0])?.field;
+        this.valid = field && validityOf(field);
         const removal = remove && {
             type: 'button',
             class: 'quiet',
@@ -215,7 +218,9 @@ class Card {
         const n = x === null ? view.n : nearest(axes.now, x);
         const place = x === null ? axes.now[view.n] : x;
         const other = axes.run ? nearest(axes.before, place) : -1;
-        setText(this.where, n < 0 ? `${placeText(place, axes.timed)} ·` : `${run.placeOf(n)} ·`);
+        const invalid = n < 0 ? '' : invalidText(this.valid, { now: new Moment(run, n) });
+        const at = n < 0 ? placeText(place, axes.timed) : run.placeOf(n);
+        setText(this.where, `${at} ·${invalid && ` ${invalid} ·`}`);
         this.legend.read(
             this.lines.map((line) => {
                 const value = n < 0 ? '–' : line.text(run, n);

@@ -1,8 +1,8 @@
-// Whether statistics are valid: stat.flag says it of each item, "lum_valid = 0" of stat.lum.
+// Whether statistics are valid: there is a flag for each item, "lum_valid = 0" of stat.lum.
+import { validOf } from './known.js';
 
 /** The flag of the item that a field belongs to; undefined where the text has none. */
-export const validityOf = ({ item, run }) =>
-    item.startsWith('stat.') ? run.field(`stat.flag.${item.slice(5)}_valid`) : undefined;
+export const validityOf = ({ item, run }) => run.field(validOf(item));
 
 /** What is to be said of statistics at what a view shows; '' where they are valid or nothing says so. */
 export function invalidText(flag, { now, before }) {

@@ -1,6 +1,7 @@
 // Lens shading: its tables as maps, what they are in the centre and in the corners, the ratios of their
 // colours, and cuts through all of them.
 import { el, setText } from '../dom.js';
+import { PHASE } from '../known.js';
 import { differ, Source } from '../sources.js';
 import { lines } from './lines.js';
 import { maps } from './map.js';
@@ -17,8 +18,7 @@ const COLOURS = {
 };
 
 /** The colours that the text names by "(Phase Gr)"; none where it has no such line. */
-const coloursOf = (run) =>
-    COLOURS[/^\(Phase (\w+)\)$/.exec(run.field('vinfo.bayer')?.note)?.[1]] ?? {};
+const coloursOf = (run) => COLOURS[/^\(Phase (\w+)\)$/.exec(run.field(PHASE)?.note)?.[1]] ?? {};
 
 /** A table over the mean of the two green ones, place by place. */
 class Ratio extends Source {
