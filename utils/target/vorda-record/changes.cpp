@@ -1,7 +1,7 @@
 // Runs of changed lines.
 #include "changes.h"
 
-#include <algorithm>
+#include <cstddef>
 
 namespace
 {
@@ -12,6 +12,14 @@ std::string_view take_line(std::string_view *text)
     const std::string_view line(text->data(), text->find('\n') + 1);
     text->remove_prefix(line.size());
     return line;
+}
+
+size_t count_lines(std::string_view text)
+{
+    size_t lines = 0;
+    for (; !text.empty(); lines++)
+        take_line(&text);
+    return lines;
 }
 
 // The headings above a line: one in brackets, and the label below it.
@@ -74,7 +82,7 @@ void put_changes(Text &text, std::string_view before, std::string_view now)
 {
     constexpr size_t GAP = 24; // bytes between two runs that are no more than a line "@" is
 
-    if (std::ranges::count(before, '\n') != std::ranges::count(now, '\n')) {
+    if (count_lines(before) != count_lines(now)) {
         text.put(now);
         return;
     }
