@@ -8,7 +8,7 @@ import { table } from './draw/table.js';
 import { vectors } from './draw/vectors.js';
 import { SECTIONS } from './known.js';
 import { hold } from './lifetime.js';
-import { printed } from './model.js';
+import { flat, printed, same } from './model.js';
 import { numbersOf, saver } from './out.js';
 import { plan } from './plan.js';
 import { differ } from './sources.js';
@@ -31,11 +31,22 @@ function stateText({ key, note }, value) {
     return `${key} ${legend.find((entry) => entry.startsWith(`${value}: `)) ?? printed(value)}`;
 }
 
+/** Whether a field says that something is on: by its key, or by what vorda prints behind it. */
+const switches = ({ key, note }) =>
+    /(^|[._ ])en(able)?$/.test(key) || /\b0: (disable|off)/.test(note);
+
+/** Whether all that switches a module says that it is off. */
+function isOff(state, moment) {
+    const all = state.filter(switches).map((field) => moment.of(field));
+    return all.length > 0 && all.every((value) => value === 0 || value === false);
+}
+
 class Card {
     #drawing = null;
     #stale = true;
     #compared = false;
     #visible = false;
+    #opened = false;
 
     constructor(entry) {
         this.entry = entry;
@@ -49,6 +60,7 @@ class Card {
         this.state = el('p', { class: 'state' });
         this.thinned = el('p', { class: 'state thinned' });
         this.invalid = el('p', { class: 'state invalid' });
+        this.idle = el('p', { class: 'state idle' });
         this.body = el('div', { class: 'body' });
         this.element = el(
             'article',
@@ -64,6 +76,7 @@ class Card {
             this.state,
             this.thinned,
             this.invalid,
+            this.idle,
             this.body,
         );
     }
@@ -104,10 +117,14 @@ class Card {
                     .map((field) => stateText(field, this.view.now.of(field)))
                     .join(' · '),
             );
+            const idle = this.#opened ? '' : this.#idleText();
+            this.body.hidden = idle !== '';
+            this.#tellIdle(idle);
+            if (idle) return setText(this.invalid, invalidText(this.valid, this.view));
             const first = !this.#drawing;
             if (first) {
                 const { card, parts } = this.entry;
-                this.#drawing = DRAWINGS[card.draw](parts, card);
+                this.#drawing = DRAWINGS[card.draw](parts, { ...card, used: this.#used() });
                 this.body.replaceChildren(...this.#drawing.elements.flat());
             }
             this.#drawing.draw(this.view);
@@ -119,6 +136,39 @@ class Card {
             const text = `This card could not be drawn (${error.message}). Its numbers stand under “All fields”.`;
             this.body.replaceChildren(el('p', { class: 'failed', role: 'alert' }, text));
         }
+    }
+
+    /** How many of its curves are in use, where a field says so. */
+    #used() {
+        const [field] = this.entry.state.filter(({ key }) => key === this.entry.card.used);
+        return field ? ({ now }) => Number(now.of(field)) || this.entry.parts.length : null;
+    }
+
+    /** Why one line says as much as a picture; '' where it does not. */
+    #idleText() {
+        const { now, before } = this.view;
+        const { fields, state, card } = this.entry;
+        // These two are for answers, not for their values alone.
+        if (card.draw === 'shading' || card.draw === 'chromaticity') return '';
+        const shown = before ? [before, now] : [now];
+        if (shown.every((moment) => isOff(state, moment))) return 'Disabled.';
+        const values = shown.flatMap((moment) => fields.flatMap((f) => flat(moment.of(f))));
+        const alike = values.every((value) => same(value, values[0]));
+        if (alike && !this.varies && values.length > 1) return `All ${printed(values[0])}.`;
+        const compared = before && fields.some((f) => !same(before.of(f), now.of(f)));
+        return now.run.length > 2 && !this.varies && !compared ? 'Never changes here.' : '';
+    }
+
+    /** Says so, with a button for whom wants the picture all the same. */
+    #tellIdle(text) {
+        const show = () => {
+            this.#opened = true;
+            this.#stale = true;
+            this.draw();
+        };
+        const more = { type: 'button', class: 'link', on: { click: show } };
+        const button = el('button', { ...more, 'aria-label': `show ${this.entry.title}` }, 'Show');
+        this.idle.replaceChildren(...(text ? [`${text} `, button] : []));
     }
 
     /** Says of which snapshot the pictures are where these are thinned. */

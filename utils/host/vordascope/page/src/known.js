@@ -90,7 +90,7 @@ const section = (id, title, cards) => ({ id, title, cards: cards.map(card) });
  * its title in the field's terms; vorda's item, or a pattern of items; the keys that it draws, each a
  * string or a pattern whose matches make one list or the rows of one grid; and where it needs them
  * `block`, the heading or block of the keys or a pattern of them, of which each gets a card; `state`,
- * scalars that say whether the module is on; `beside`, other fields that it draws too; `wide` for a card
+ * scalars that say whether the module is on; `used`, that which says how many curves are; `beside`, other fields that it draws too; `wide` for a card
  * of the page's width.
  */
 export const SECTIONS = [
@@ -112,7 +112,7 @@ export const SECTIONS = [
         ['lines', 'Tone enhancement', 'cfg.te', { curve: /^TE Curve/ }, { state: ['TE enable'] }],
         ['lines', 'HDR tone enhancement', 'cfg.hte', { curve: /^HTE curve/ }, { state: ['HTE enable'] }],
         ['lines', 'Post tone', 'cfg.pta', { curve: /^PTA Curve/ }],
-        ['family', 'Post tone: scene curves', 'intl.pta', /^scene_curve\.val_(\d+)-\d+$/, { state: ['enable', 'scene_curve_cnt'] }],
+        ['family', 'Post tone: scene curves', 'intl.pta', /^scene_curve\.val_(\d+)-\d+$/, { state: ['enable', 'scene_curve_cnt'], used: 'scene_curve_cnt' }],
         ['maps', 'Dehaze by region', 'cfg.dhz', { gain: 'rgl.gain', offset: 'rgl.offset' }, { apart: true }],
         ['maps', 'Dehaze by region, settings', 'intl.dhz', regions, { apart: true, state: ['lce_en', 'manual_cfg_enable'] }],
     ]),

@@ -266,7 +266,7 @@ export function legend(lines) {
             });
             const left = named(-1);
             unused.hidden = left.length === 0;
-            setText(unused, `not in use: ${left.join(', ')}`);
+            setText(unused, left.length === 0 ? '' : `not in use: ${left.join(', ')}`);
         },
         read(texts) {
             for (const [i, reading] of readings.entries()) setText(reading, texts?.[i] ?? '');
