@@ -2,13 +2,20 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { cssOf, inkOn, sequential } from '../../utils/host/vordascope/page/src/colours.js';
-import { capture, drop, emptyPage, open, series } from './harness.mjs';
+import { capture, drop, emptyPage, open } from './harness.mjs';
 
-let recorded;
-const many = () => {
-    recorded ??= series(40);
-    return recorded;
-};
+const one = capture().toString('latin1');
+
+/** The capture with every other number so much larger. */
+function changed(by) {
+    let i = 0;
+    return one.replace(/ = (\d+)$/gm, (text, value) =>
+        i++ % 2 ? ` = ${Number(value) + by}` : text,
+    );
+}
+
+/** Forty snapshots in which much goes up. */
+const many = Array.from({ length: 40 }, (_, i) => `time = ${i}\n${changed(i)}`).join('');
 
 /** A page on which everything shows that can: a comparison, a measurement, notices, labels, open items. */
 async function busyPage(t, options) {
@@ -16,7 +23,7 @@ async function busyPage(t, options) {
     await page.evaluate(() =>
         window.location.replace('#run=1&n=30&a=1.3&step=10-35&add=stat.lum.avg'),
     );
-    const text = `label host = cam1\n${many()}oops\n`;
+    const text = `label host = cam1\n${many}oops\n`;
     await drop(page, { name: 'a.txt', content: text }, { name: 'b.txt', content: text });
     await page.waitForSelector('.run:first-child button:first-child[aria-pressed=true]');
     await page.evaluate(() => {
@@ -161,15 +168,10 @@ async function sheets(page) {
 }
 
 test('it prints on six sheets: the figures and what differs, or the cards', async (t) => {
-    const one = capture().toString('latin1');
-    let i = 0;
-    const other = one.replace(/ = (\d+)$/gm, (text, value) =>
-        i++ % 2 ? ` = ${Number(value) + 7}` : text,
-    );
     // A comparison of many fields, one of long texts, a recording with courses, a capture alone.
     const long = (c) =>
         `dev_idx = 0, path_idx = 0\n[A]\n${Array.from({ length: 900 }, (_, i) => `k${i} = "${c.repeat(400)}"\n`).join('')}`;
-    const printed = [[one, other], [long('x'), long('y')], [many().toString('latin1')], [one]];
+    const printed = [[one, changed(7)], [long('x'), long('y')], [many], [one]];
     for (const [i, captures] of printed.entries()) {
         const page = await open(t, emptyPage());
         await drop(page, ...captures.map((content, k) => ({ name: `${k}.txt`, content })));
@@ -181,8 +183,8 @@ test('it prints on six sheets: the figures and what differs, or the cards', asyn
         const shown = (selector) =>
             page.$$eval(selector, (all) => all.filter((one) => one.checkVisibility()).length);
         assert.equal((await shown('.figure')) > 0, i !== 1, `figures of ${i}`);
-        assert.equal((await shown('.courses .card')) > 5, i === 2);
-        assert.equal((await shown('.cards .card')) > 20, i > 1);
+        assert.equal((await shown('.courses .card')) > 0, i === 2);
+        assert.equal((await shown('.cards .card')) > 9, i > 1);
         const rows = await shown('.differences tr');
         assert.equal(rows > 100, i < 2, String(rows));
         // What has no room is told.
