@@ -227,3 +227,27 @@ test('in a narrow window differences stand in the flow of the page', async (t) =
         assert.ok(what.top > key.top);
     }
 });
+
+test('lines are told apart by their dashes too, and legends keep their colours', async (t) => {
+    const page = await open(t, emptyPage());
+    await drop(page, { name: 'a.txt', content: many });
+    await page.waitForSelector('.bar');
+    await page.evaluate(() => {
+        window.dispatchEvent(new Event('beforeprint'));
+        window.dispatchEvent(new Event('afterprint'));
+    });
+    const legends = () =>
+        page.$$eval('.legend', (all) =>
+            all
+                .map((legend) => [...legend.querySelectorAll('.swatch line')])
+                .filter((lines) => lines.length > 1)
+                .map((lines) => lines.map((line) => getComputedStyle(line)))
+                .map((lines) => lines.map(({ stroke, strokeDasharray: dash }) => [stroke, dash])),
+        );
+    const shown = await legends();
+    assert.ok(shown.length > 5, String(shown.length));
+    for (const lines of shown.filter(({ length }) => length <= 11))
+        assert.equal(new Set(lines.map(([, dash]) => dash)).size, lines.length, String(lines));
+    await page.emulateMedia({ forcedColors: 'active' });
+    assert.deepEqual(await legends(), shown);
+});

@@ -71,3 +71,18 @@ export function lineColour(name, i) {
     const one = /^(?:[eo]{2}(?:\/G)?|.*\bval\[\d\])$/.test(name);
     return CHANNELS.get(name) ?? `--line${one ? NEUTRAL[i % NEUTRAL.length] : i % LINES}`;
 }
+
+// Long enough that two lines beside each other are told apart without their colours; the line of A
+// has another one.
+// biome-ignore format: a table
+const DASHES = [
+    [], [9, 3], [2, 3], [9, 3, 2, 3], [16, 4], [5, 5], [9, 3, 2, 3, 2, 3], [2, 6], [16, 4, 2, 4],
+    [16, 4, 6, 4], [6, 3, 6, 9],
+];
+
+/** How the line of a colour is dashed, in units of the page: what tells it from others beside that. */
+export function lineDash(colour) {
+    const channels = [...new Set(CHANNELS.values())];
+    const i = colour.startsWith('--line') ? Number(colour.slice(6)) : channels.indexOf(colour);
+    return DASHES[Math.max(i, 0)];
+}

@@ -1,7 +1,8 @@
 // A line chart in the page's style, drawn by uPlot.
 import uPlot from 'uplot';
 import { currentLayout } from '../canvas.js';
-import { colourOf, el, setText, sizeObserver } from '../dom.js';
+import { lineDash } from '../colours.js';
+import { colourOf, el, setText, sizeObserver, svg } from '../dom.js';
 import { hold } from '../lifetime.js';
 import { short } from '../ticks.js';
 import { paintChart } from './paint.js';
@@ -173,7 +174,7 @@ export function chart(options) {
     const lineOptions = ({ colour, dashed, stepped, filled }) => ({
         stroke: () => colourOf(colour),
         width: dashed ? 1.25 : 1.75,
-        dash: dashed ? [4, 3] : undefined,
+        dash: dashed ? [4, 3] : lineDash(colour),
         fill: filled ? () => `${colourOf(colour)}33` : undefined,
         paths: stepped ? uPlot.paths.stepped({ align: 1 }) : undefined,
         gaps: (u, _line, from, to, empty) =>
@@ -237,6 +238,23 @@ export function chart(options) {
     };
 }
 
+/** A piece of a line in its colour and with its dashes. */
+function swatchOf(colour) {
+    const line = svg('line', { y1: 2, y2: 2, x2: 24, 'stroke-dasharray': lineDash(colour) });
+    const swatch = svg('svg', { class: 'swatch', 'aria-hidden': true }, line);
+    swatch.style.setProperty('--swatch', `var(${colour})`);
+    swatch.paint = (context, width, height) => {
+        context.strokeStyle = colourOf(colour);
+        context.lineWidth = 2;
+        context.setLineDash(lineDash(colour));
+        context.beginPath();
+        context.moveTo(0, height / 2);
+        context.lineTo(width, height / 2);
+        context.stroke();
+    };
+    return swatch;
+}
+
 /**
  * The names of a chart's lines with their colours, and beside each the value under the cursor.
  * @returns {{element, read(texts), gather(first)}} `texts` one a line, or null for none; `first`, for each
@@ -245,8 +263,7 @@ export function chart(options) {
 export function legend(lines) {
     const readings = lines.map(() => el('span', { class: 'reading' }));
     const entries = lines.map(({ name, colour }, i) => {
-        const swatch = el('span', { class: 'swatch' });
-        swatch.style.setProperty('--swatch', `var(${colour})`);
+        const swatch = swatchOf(colour);
         // One line alone needs no name: the title has it.
         return el(
             'span',

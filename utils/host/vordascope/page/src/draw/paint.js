@@ -1,4 +1,5 @@
 // Draws a line chart as it stands on the page on any context, as uPlot does on its own.
+import { lineDash } from '../colours.js';
 import { placeOf } from '../course.js';
 import { colourOf } from '../dom.js';
 import { short, ticks } from '../ticks.js';
@@ -72,7 +73,7 @@ export function paintChart(context, plot, { lines, points, missing, under, xText
         const values = Float64Array.from(data[i + 1], (y) => y ?? Number.NaN);
         context.strokeStyle = colourOf(colour);
         context.lineWidth = dashed ? 1.25 : 1.75;
-        context.setLineDash(dashed ? [4, 3] : []);
+        context.setLineDash(dashed ? [4, 3] : lineDash(colour));
         for (const piece of piecesOf(data[0], values, part, width, missing())) {
             context.beginPath();
             piece.forEach(([x, y], at) => {

@@ -1,6 +1,6 @@
 // Pictures the size of a word: a list or the course of a value as a line, a grid as a map.
 import { canvas } from '../canvas.js';
-import { lineColour, sequential } from '../colours.js';
+import { lineColour, lineDash, sequential } from '../colours.js';
 import { svg } from '../dom.js';
 import { extent } from '../model.js';
 import { paintCells } from './map.js';
@@ -38,7 +38,9 @@ export function spark(lists, name = '') {
     const x = (i) => round(length > 1 ? 1 + (i / (length - 1)) * (WIDTH - 2) : WIDTH / 2);
     const paths = lists.map((_, line) => {
         const path = svg('path', { class: 'spark-line' });
-        path.style.stroke = `var(${lineColour(`${name}[${line}]`, line)})`;
+        const colour = lineColour(`${name}[${line}]`, line);
+        path.style.stroke = `var(${colour})`;
+        path.style.strokeDasharray = lineDash(colour).join(' ');
         return path;
     });
     const cursors = ['spark-b', 'spark-a'].map((name) => svg('path', { class: name }));
