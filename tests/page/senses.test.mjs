@@ -251,3 +251,22 @@ test('lines are told apart by their dashes too, and legends keep their colours',
     await page.emulateMedia({ forcedColors: 'active' });
     assert.deepEqual(await legends(), shown);
 });
+
+test('each drawing has its numbers as a table', async (t) => {
+    const page = await open(t, emptyPage());
+    await drop(page, { name: 'a.txt', content: many });
+    await page.waitForSelector('.bar');
+    const without = await page.$$eval('article.card', (all) =>
+        all
+            .filter((card) => card.querySelector('[role=img]') && !card.querySelector('.save'))
+            .map((card) => card.dataset.title),
+    );
+    assert.deepEqual(without, []);
+    const histogram = page.locator('.card[data-title="Luminance histogram"] .save');
+    await histogram.selectOption('Show the numbers');
+    const table = page.getByRole('dialog', { name: 'numbers of Luminance histogram' });
+    assert.ok((await table.locator('tr').count()) > 50);
+    assert.match(await table.locator('tr').nth(1).textContent(), /^0\d+/);
+    await page.keyboard.press('Escape');
+    assert.equal(await page.locator('dialog[open]').count(), 0);
+});

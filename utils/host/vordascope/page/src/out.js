@@ -137,6 +137,30 @@ export function numbersOf(fields, view) {
     ];
 }
 
+/** More rows than these are for a file. */
+const ROWS = 1000;
+
+/** Shows the numbers of a drawing as a table, for who cannot see it. */
+function showTable(title, rows) {
+    const line = (row) =>
+        el(
+            'tr',
+            {},
+            row.map((cell, i) => el(i ? 'td' : 'th', {}, String(cell))),
+        );
+    const rest = rows.length - ROWS;
+    const dialog = el(
+        'dialog',
+        { class: 'help', 'aria-label': `numbers of ${title}` },
+        el('form', { method: 'dialog' }, el('button', {}, 'Close')),
+        el('table', { class: 'numbers' }, rows.slice(0, ROWS).map(line)),
+        rest > 0 ? el('p', {}, `${rest} more rows; saved as TSV all are there.`) : null,
+    );
+    dialog.addEventListener('close', () => dialog.remove());
+    document.body.append(dialog);
+    dialog.showModal();
+}
+
 /**
  * What takes a card out of the page.
  * @param {string} title of the card, and of its files
@@ -148,6 +172,7 @@ export function saver(title, card, rows) {
     const numbers = () => tsv(rows());
     const ways = {
         'Save…': () => {},
+        'Show the numbers': () => showTable(title, rows()),
         PNG: async () => save(named('png'), await pngOf(card.element)),
         SVG: () => save(named('svg'), svgOf(card.element)),
         TSV: () => save(named('tsv'), new Blob([numbers()], { type: 'text/tab-separated-values' })),
