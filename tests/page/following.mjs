@@ -2,14 +2,22 @@
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { connect } from 'node:net';
-import { built, scratch } from './harness.mjs';
+import { built, scratch, vordascope } from './harness.mjs';
 
 export const environment = { ...process.env, XDG_RUNTIME_DIR: scratch, DISPLAY: '' };
 
+/** Why the tests of a program without a server are skipped; false where it has one. */
+export const skip =
+    /without its server/.test(vordascope('live', '--no-browser', '/').stderr) &&
+    'vordascope was built without its server';
+
 /** Starts `vordascope live`; it ends with the test. Resolves when its address is known. */
-export async function live(test, ...args) {
-    const child = spawn(built('vordascope'), ['live', '--no-browser', ...args], {
-        env: environment,
+export const live = (test, ...args) => start(test, environment, '--no-browser', ...args);
+
+/** The same in another environment, and with a browser. */
+export async function start(test, env, ...args) {
+    const child = spawn(built('vordascope'), ['live', ...args], {
+        env,
         stdio: ['pipe', 'pipe', 'pipe'],
     });
     let told = '';

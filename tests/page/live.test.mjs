@@ -2,13 +2,21 @@
 import assert from 'node:assert/strict';
 import { spawn, spawnSync } from 'node:child_process';
 import { once } from 'node:events';
-import { appendFileSync, readdirSync, readFileSync, statSync } from 'node:fs';
+import {
+    appendFileSync,
+    mkdirSync,
+    readdirSync,
+    readFileSync,
+    statSync,
+    writeFileSync,
+} from 'node:fs';
 import { connect } from 'node:net';
+import { hostname } from 'node:os';
 import { test } from 'node:test';
-import { environment, exchange, feed, follow, live, snapshot } from './following.mjs';
+import { environment, exchange, feed, follow, live, skip, snapshot, start } from './following.mjs';
 import { built, scratch, vordascope, write } from './harness.mjs';
 
-test('it answers its own page and nobody else', async (test) => {
+test('it answers its own page and nobody else', { skip }, async (test) => {
     const { address } = await live(test, '-');
     const { host, pathname: path } = address;
     assert.match(address.href, /^http:\/\/127\.0\.0\.1:\d+\/[0-9a-f]{32,}\/$/);
@@ -64,7 +72,7 @@ test('it answers its own page and nobody else', async (test) => {
     assert.equal(await ask(get), '200');
 });
 
-test('a page gets the state, and then what is new', async (test) => {
+test('a page gets the state, and then what is new', { skip }, async (test) => {
     const good = write('good.txt', snapshot(1, 100) + snapshot(2, 200));
     const program = await live(test, '--reference', `${good}#2`, '-');
     const first = await follow(program.address);
@@ -122,7 +130,7 @@ test('a page gets the state, and then what is new', async (test) => {
     assert.deepEqual(posted(), []);
 });
 
-test('a page that does not read slows nobody', { timeout: 60_000 }, async (test) => {
+test('a page that does not read slows nobody', { skip, timeout: 60_000 }, async (test) => {
     const program = await live(test, '-');
     const stalled = connect(program.address.port, '127.0.0.1');
     await once(stalled, 'connect');
@@ -153,7 +161,7 @@ test('a page that does not read slows nobody', { timeout: 60_000 }, async (test)
     stalled.destroy();
 });
 
-test('what is read is written, with what was noted where it belongs', async (test) => {
+test('what is read is written, with what was noted where it belongs', { skip }, async (test) => {
     const ended = async ({ child }) => {
         if (child.exitCode === null) await once(child, 'exit');
         return child.exitCode;
@@ -229,7 +237,7 @@ test('what is read is written, with what was noted where it belongs', async (tes
     assert.equal(readFileSync(file, 'latin1'), `\x1b[1m${one}`);
 });
 
-test('a file that grows is followed, and one that is written anew', async (test) => {
+test('a file that grows is followed, and one that is written anew', { skip }, async (test) => {
     const file = write('growing.txt', snapshot(1, 1));
     const { address, child } = await live(test, file);
     const page = await follow(address);
@@ -255,4 +263,42 @@ test('a file that grows is followed, and one that is written anew', async (test)
     assert.match(fails(scratch), /is a directory/);
     assert.match(fails('--reference', `${file}#9`, file), /no snapshot 9/);
     assert.equal(child.exitCode, null);
+});
+
+test("the desktop's opener gets the address, and is not waited for", { skip }, async (test) => {
+    const folder = `${scratch}/bin`;
+    mkdirSync(folder);
+    const opened = `${scratch}/opened`;
+    spawnSync('mkfifo', [opened]);
+    const desktop = { ...environment, DISPLAY: ':9', PATH: `${folder}:${process.env.PATH}` };
+    const opener = (script) =>
+        writeFileSync(`${folder}/xdg-open`, `#!/bin/sh\n${script}\n`, { mode: 0o755 });
+    const tellsHow = async ({ tells, address }) => {
+        const { port } = address;
+        assert.ok(await tells('open that address in a browser, on another machine after:'));
+        assert.ok(await tells(`ssh -L ${port}:127.0.0.1:${port} ${hostname()}\n`));
+    };
+
+    // It goes on longer than the program, whose port is free then.
+    opener(`exec 3> ${opened}; echo "$$ $# $1" >&3; exec 3>&-; exec sleep 60`);
+    const program = await start(test, desktop, '-');
+    const [pid, ...given] = readFileSync(opened, 'latin1').trim().split(' ');
+    test.after(() => process.kill(Number(pid)));
+    assert.deepEqual(given, ['1', program.address.href]);
+    assert.equal((await fetch(program.address)).status, 200);
+    program.child.kill();
+    await once(program.child, 'exit');
+    assert.ok(process.kill(Number(pid), 0));
+    const [error] = await once(connect(program.address.port, '127.0.0.1'), 'error');
+    assert.equal(error.code, 'ECONNREFUSED');
+
+    // When it fails, or is not there, or there is no desktop, people are told what to do.
+    opener('exit 3');
+    const failed = await start(test, desktop, '-');
+    assert.ok(await failed.tells('xdg-open failed'));
+    await tellsHow(failed);
+    const none = await start(test, { ...desktop, PATH: scratch }, '-');
+    assert.ok(await none.tells('xdg-open could not be started'));
+    await tellsHow(none);
+    await tellsHow(await start(test, environment, '-'));
 });

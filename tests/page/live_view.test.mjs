@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { once } from 'node:events';
 import { after, test } from 'node:test';
 import { launch } from './browser.mjs';
-import { feed, live, snapshot } from './following.mjs';
+import { feed, live, skip, snapshot } from './following.mjs';
 import { open, scratch, write } from './harness.mjs';
 
 let browser;
@@ -46,7 +46,7 @@ const climb = (from, to) =>
         ),
     ).join('');
 
-test('it goes along, holds while somebody looks, and goes on', async (test) => {
+test('it goes along, holds while somebody looks, and goes on', { skip }, async (test) => {
     const program = await live(test, '--keep', '10', '-');
     const page = await visit(test, program.address);
     await page.waitForSelector('.live .age');
@@ -122,7 +122,7 @@ test('it goes along, holds while somebody looks, and goes on', async (test) => {
     assert.equal(await saved.locator('.live').count(), 0);
 });
 
-test('everything is held against a reference; no other page gets in', async (test) => {
+test('everything is held against a reference; no other page gets in', { skip }, async (test) => {
     const good = write('good.txt', snapshot(1, 500, 'share.sys_gain = 1024\n'));
     const program = await live(test, '--reference', good, '-');
     const page = await visit(test, program.address);
@@ -184,7 +184,9 @@ test('everything is held against a reference; no other page gets in', async (tes
     assert.equal(await page.getByRole('button', { name: 'evil' }).count(), 0);
 });
 
-test('labels say whose camera it is, as they change, and in what is saved', async (test) => {
+test('labels say whose camera it is, as they change, and in what is saved', {
+    skip,
+}, async (test) => {
     const program = await live(test, '--label', 'host=cam7', '--label', 'lamp=süd', '-');
     const page = await visit(test, program.address);
     await feed(program, climb(0, 3));

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -143,34 +144,61 @@ const char *opener()
 #endif
 }
 
-// Starts it, apart from this program's input and output. Returns whether it could be started.
-bool open_browser(const char *program, const std::string &address)
+// Starts it, apart from this program's input, output and signals. Returns its process, 0 when it could
+// not be started.
+pid_t open_browser(const char *program, const std::string &address)
 {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t usual;
+    sigemptyset(&usual);
+    sigaddset(&usual, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &usual);
+    // Ctrl-C ends this program, not a browser that has been started by it.
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF);
     std::string name = program;
     std::string argument = address;
     char *argv[] = {name.data(), argument.data(), nullptr};
     pid_t pid;
-    const int error = posix_spawnp(&pid, program, &actions, nullptr, argv, environ);
+    const int error = posix_spawnp(&pid, program, &actions, &attributes, argv, environ);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
-    return error == 0;
+    return error == 0 ? pid : 0;
 }
 
-void tell_address(const Server &server, const LiveOptions &options)
+void tell_how_to_open(uint16_t port)
+{
+    char name[256] = "";
+    gethostname(name, sizeof(name) - 1);
+    const std::string number = std::to_string(port);
+    complain("open that address in a browser, on another machine after:");
+    complain("ssh -L " + number + ":127.0.0.1:" + number + ' ' + name);
+}
+
+// Prints the address and opens it where there is a desktop.
+void tell_address(Server &server, const LiveOptions &options)
 {
     Output output;
     output.write(server.address() + '\n');
     output.close();
+    const uint16_t port = server.port();
     const char *const program = options.no_browser ? nullptr : opener();
-    if (program != nullptr && open_browser(program, server.address()))
-        return;
-    const std::string port = std::to_string(server.port());
-    complain("open that address in a browser, on another machine after:");
-    complain("ssh -L " + port + ":127.0.0.1:" + port + " this-machine");
+    const pid_t browser = program != nullptr ? open_browser(program, server.address()) : 0;
+    if (program != nullptr && browser == 0)
+        complain(std::string(program) + " could not be started");
+    if (browser == 0)
+        return tell_how_to_open(port);
+    server.await(browser, [program, port](int status) {
+        if (status == 0)
+            return;
+        complain(std::string(program) + " failed");
+        tell_how_to_open(port);
+    });
 }
 
 // Where each `live` of this user leaves its address for `mark`: a folder of the user's own.

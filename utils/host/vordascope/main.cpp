@@ -246,7 +246,6 @@ void add_report(CommandLine &line)
     verb->add_option("FILE", options.files, "Captures")->required();
 }
 
-#ifdef VORDASCOPE_LIVE
 void add_live(CommandLine &line)
 {
     const auto [verb, options] = line.add(
@@ -276,7 +275,6 @@ void add_mark(CommandLine &line)
         "The newest snapshot gets the note, in the vordascope live that began last.", mark);
     verb->add_option("TEXT", options.words, "What was changed")->required();
 }
-#endif
 
 // A capture or a page must not become a standard descriptor that the program was started without.
 // Reading or writing there still fails.
@@ -320,12 +318,8 @@ int run(int argc, char **argv)
 
     CommandLine line;
     for (const auto add : {add_check, add_json, add_diff, add_learn, add_series, add_response,
-                           add_metrics, add_report})
+                           add_metrics, add_report, add_live, add_mark})
         add(line);
-#ifdef VORDASCOPE_LIVE
-    add_live(line);
-    add_mark(line);
-#endif
     try {
         line.app.parse(arguments(argc, argv));
     } catch (const CLI::ParseError &error) {

@@ -18,9 +18,11 @@
 #include <chrono>
 #include <csignal>
 #include <deque>
+#include <fcntl.h>
 #include <optional>
 #include <set>
 #include <sys/random.h>
+#include <sys/wait.h>
 
 namespace asio = boost::asio;
 namespace http = boost::beast::http;
@@ -169,11 +171,15 @@ struct Server::State {
     void stop_when_told();
     void look_when_readable();
     void look_again(std::chrono::milliseconds pause);
+    void look_at_child();
 
     asio::io_context io{1}; // ends last: what waits holds connections
     Site site;
     tcp::acceptor acceptor{io};
     asio::signal_set signals{io};
+    asio::signal_set child_signals{io};
+    pid_t child = 0;
+    std::function<void(int status)> child_ended;
     std::optional<asio::posix::stream_descriptor> input;
     asio::steady_timer input_timer{io};
     std::function<Found()> look;
@@ -376,6 +382,17 @@ void Server::State::look_again(std::chrono::milliseconds pause)
     });
 }
 
+void Server::State::look_at_child()
+{
+    int status;
+    if (waitpid(child, &status, WNOHANG) == child)
+        return child_ended(status);
+    child_signals.async_wait([this](error_code error, int) {
+        if (!error)
+            look_at_child();
+    });
+}
+
 Server::Server(Site site, uint16_t port, std::string &error)
     : state_(std::make_unique<State>(std::move(site)))
 {
@@ -383,6 +400,9 @@ Server::Server(Site site, uint16_t port, std::string &error)
     error_code code;
     const tcp::endpoint endpoint(asio::ip::address_v4::loopback(), port);
     state.acceptor.open(endpoint.protocol(), code);
+    // The browser that is started must not keep the port when this has ended.
+    if (!code)
+        fcntl(state.acceptor.native_handle(), F_SETFD, FD_CLOEXEC);
     if (!code)
         state.acceptor.set_option(tcp::acceptor::reuse_address(true), code);
     if (!code)
@@ -446,6 +466,15 @@ void Server::finish()
         connection->next_state = {};
         connection->write_next();
     }
+}
+
+void Server::await(pid_t child, std::function<void(int status)> ended)
+{
+    error_code ignored;
+    state_->child = child;
+    state_->child_ended = std::move(ended);
+    state_->child_signals.add(SIGCHLD, ignored);
+    state_->look_at_child();
 }
 
 void Server::run(const std::function<void()> &ending)

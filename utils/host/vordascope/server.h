@@ -17,6 +17,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace vordascope
 {
@@ -56,6 +57,9 @@ public:
 
     // Sends the whole state to every page that is connected, its last one.
     void finish();
+
+    // Calls `ended` when this child of the program has ended, with what waitpid() says of it.
+    void await(pid_t child, std::function<void(int status)> ended);
 
     // Works until SIGINT or SIGTERM, calls `ending`, and finishes pages that can take it at once.
     void run(const std::function<void()> &ending);
