@@ -190,10 +190,10 @@ std::string_view bytes_of(const DipPathCtx *ctx)
     return {reinterpret_cast<const char *>(ctx), sizeof(*ctx)};
 }
 
-class Snapshot : public ::testing::Test
+class PathSnapshot : public ::testing::Test
 {
 protected:
-    ~Snapshot() override
+    ~PathSnapshot() override
     {
         after_lock = nullptr;
         before_unlock = nullptr;
@@ -226,7 +226,7 @@ protected:
     DipPathCtx ctx_;
 };
 
-TEST_F(Snapshot, IsWhatTheRegionHoldsUnderTheLock)
+TEST_F(PathSnapshot, IsWhatTheRegionHoldsUnderTheLock)
 {
     DipPathCtx *dip = &region_->path[0].dip;
     *dip = *snapshot_of("zero");
@@ -246,7 +246,7 @@ TEST_F(Snapshot, IsWhatTheRegionHoldsUnderTheLock)
     EXPECT_EQ(logged, Log());
 }
 
-TEST_F(Snapshot, PrintsTheIndexLineBeforeItOpensTheDevice)
+TEST_F(PathSnapshot, PrintsTheIndexLineBeforeItOpensTheDevice)
 {
     static off_t printed = 0;
     sr_observer = [](const char *step) {
@@ -257,7 +257,7 @@ TEST_F(Snapshot, PrintsTheIndexLineBeforeItOpensTheDevice)
     EXPECT_EQ(printed, 26);
 }
 
-TEST_F(Snapshot, ClosesWhatItOpenedAndNothingElse)
+TEST_F(PathSnapshot, ClosesWhatItOpenedAndNothingElse)
 {
     region_->descptr.path[0].state = 0;
     EXPECT_EQ(take().status, 1);
@@ -271,7 +271,7 @@ TEST_F(Snapshot, ClosesWhatItOpenedAndNothingElse)
     EXPECT_EQ(logged, Log());
 }
 
-TEST_F(Snapshot, ASignalUnderTheLockTakesEffectAfterIt)
+TEST_F(PathSnapshot, ASignalUnderTheLockTakesEffectAfterIt)
 {
     std::vector<int> numbers = {SIGHUP,  SIGINT,  SIGQUIT, SIGUSR1,
                                 SIGPIPE, SIGALRM, SIGTERM, SIGXCPU};
@@ -301,7 +301,7 @@ Priority priority()
     return {sched_getscheduler(0), param.sched_priority, getpriority(PRIO_PROCESS, 0)};
 }
 
-TEST_F(Snapshot, NobodyPreemptsItUnderTheLock)
+TEST_F(PathSnapshot, NobodyPreemptsItUnderTheLock)
 {
     const int highest = sched_get_priority_max(SCHED_FIFO);
     const sched_param ordinary = {.sched_priority = 0};
@@ -326,7 +326,7 @@ TEST_F(Snapshot, NobodyPreemptsItUnderTheLock)
 #endif
 }
 
-TEST_F(Snapshot, NoPageFaultUnderTheLock)
+TEST_F(PathSnapshot, NoPageFaultUnderTheLock)
 {
     if (!BARE)
         GTEST_SKIP();
@@ -354,7 +354,7 @@ TEST_F(Snapshot, NoPageFaultUnderTheLock)
     }
 }
 
-TEST_F(Snapshot, NoSystemCallUnderTheLock)
+TEST_F(PathSnapshot, NoSystemCallUnderTheLock)
 {
     if (!BARE)
         GTEST_SKIP();
@@ -366,7 +366,7 @@ TEST_F(Snapshot, NoSystemCallUnderTheLock)
     EXPECT_EQ(snapshot_apart(region_).status, -SIGKILL); // the check can fail
 }
 
-TEST_F(Snapshot, WaitsWithoutTryingInPausesThatGrow)
+TEST_F(PathSnapshot, WaitsWithoutTryingInPausesThatGrow)
 {
     camera_lock(&region_->path[0].lock);
     std::vector<long> naps;
@@ -386,7 +386,7 @@ TEST_F(Snapshot, WaitsWithoutTryingInPausesThatGrow)
     EXPECT_EQ(lock_tries, 1);
 }
 
-TEST_F(Snapshot, TellsATerminalOfALongWaitAndEndsWithItsReader)
+TEST_F(PathSnapshot, TellsATerminalOfALongWaitAndEndsWithItsReader)
 {
     PathLock *lock = &region_->path[0].lock;
     camera_lock(lock);
@@ -432,7 +432,7 @@ TEST_F(Snapshot, TellsATerminalOfALongWaitAndEndsWithItsReader)
 }
 
 // The kernel refuses to wait on pages that it cannot name, as some drivers map them.
-TEST_F(Snapshot, TheWaitNeedsNoFutex)
+TEST_F(PathSnapshot, TheWaitNeedsNoFutex)
 {
     if (!BARE)
         GTEST_SKIP();

@@ -11,7 +11,7 @@
 namespace
 {
 
-const std::string vorda = VORDA_BUILD_DIR "/vorda";
+const std::string native_vorda = VORDA_BUILD_DIR "/vorda";
 const std::string sr_run = VORDA_BUILD_DIR "/sim/sr-run";
 const std::string sr_scene = VORDA_BUILD_DIR "/sim/sr-scene";
 const std::string sr_capture = VORDA_BUILD_DIR "/sim/sr-capture";
@@ -86,11 +86,12 @@ TEST(Sim, ASceneIsTheSameAgainAndGoesOnWhenAsked)
 TEST(Sim, ACommandSeesARegionOrAFreshOne)
 {
     const Region region;
-    EXPECT_EQ(Child({sr_run, "--region", region.file(), "--", vorda, "vinfo.bayer"}, environment)
-                  .finish()
-                  .out,
-              "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
-    EXPECT_EQ(Child({sr_run, vorda, "vinfo"}, environment).finish().err,
+    EXPECT_EQ(
+        Child({sr_run, "--region", region.file(), "--", native_vorda, "vinfo.bayer"}, environment)
+            .finish()
+            .out,
+        "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
+    EXPECT_EQ(Child({sr_run, native_vorda, "vinfo"}, environment).finish().err,
               "Input path 0 is not enabled on video device 0.\n");
 
     // What is preloaded besides stays so.
@@ -108,7 +109,8 @@ TEST(Sim, ABuildFolderMayHaveABlankAndAColonInItsName)
     for (const char *name : {"sr-run", "libsr_device.so"})
         std::filesystem::copy(VORDA_BUILD_DIR + std::string("/sim/") + name, moved + "/" + name);
     const Result result =
-        Child({moved + "/sr-run", "--region", region.file(), vorda, "vinfo.bayer"}, environment)
+        Child({moved + "/sr-run", "--region", region.file(), native_vorda, "vinfo.bayer"},
+              environment)
             .finish();
     EXPECT_EQ(result.out, "dev_idx = 0, path_idx = 0\nvinfo.bayer = 1 (Phase R)\n");
     EXPECT_EQ(result.err, "");
@@ -120,7 +122,7 @@ TEST(Sim, ACapturedLockIsNamedAndOpenedInACopy)
 {
     const Region region;
     region->path[1].lock.word = 1;
-    Child waiting({sr_run, "--region", region.file(), vorda, "-p", "1", "vinfo.bayer"},
+    Child waiting({sr_run, "--region", region.file(), native_vorda, "-p", "1", "vinfo.bayer"},
                   environment);
     const std::string notice =
         "sr-run: " + region.file() +
@@ -132,8 +134,8 @@ TEST(Sim, ACapturedLockIsNamedAndOpenedInACopy)
 
     const std::string before = read_file(region.file());
     const std::string text = "dev_idx = 0, path_idx = 1\nvinfo.bayer = 0 (Phase Gr)\n";
-    const std::vector<std::string> unlocked = {sr_run, "--unlock", "--region", region.file(),
-                                               vorda,  "-p",       "1",        "vinfo.bayer"};
+    const std::vector<std::string> unlocked = {sr_run,       "--unlock", "--region", region.file(),
+                                               native_vorda, "-p",       "1",        "vinfo.bayer"};
     EXPECT_EQ(Child(unlocked, environment).finish().out, text);
     EXPECT_TRUE(read_file(region.file()) == before);
 }

@@ -19,8 +19,6 @@ using nlohmann::json;
 namespace
 {
 
-const std::string INDEX = "dev_idx = 0, path_idx = 1\n";
-
 // Parses a text and fails when an object has a member twice.
 json parse(const std::string &text)
 {

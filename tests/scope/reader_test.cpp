@@ -17,8 +17,6 @@ using namespace std::string_literals;
 namespace
 {
 
-const std::string INDEX = "dev_idx = 0, path_idx = 1\n";
-
 const std::string CUT = "cut off: the line does not end\n";
 const std::string DAMAGED = "does not go on as its field began, which is damaged\n";
 const std::string LEFT_OUT = "left out: the snapshot that it is added to is not before it\n";

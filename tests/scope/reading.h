@@ -5,6 +5,9 @@
 
 #include <string>
 
+// The index line of the texts that the tests are made of.
+const std::string INDEX = "dev_idx = 0, path_idx = 1\n";
+
 // A value as JSON would have it: 5, [1,2], [[1,2],[3,4]], true; a text in quotes; - for nothing;
 // an integer of more than 64 bits with "(inexact)" behind it.
 std::string describe(const vordascope::Snapshot &snapshot, const vordascope::Field &field);

@@ -3,7 +3,7 @@
 #include "gate.h"
 #include "harness.h"
 #include "learn.h"
-#include "reader.h"
+#include "reading.h"
 #include "scene.h"
 #include "vorda.h"
 
@@ -15,8 +15,6 @@ using namespace vordascope;
 
 namespace
 {
-
-const std::string INDEX = "dev_idx = 0, path_idx = 0\n";
 
 TEST(Rules, ErrorsNameTheirPlace)
 {

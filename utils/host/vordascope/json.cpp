@@ -48,10 +48,10 @@ constexpr size_t WORD = 8;
 // Writes a value that is no text, which takes at most its own length and two quotes, or that of
 // "null". Returns the end. Beyond it a word of `out` may change; `text_end` is where the text of
 // the value ends.
-char *put_short(char *out, const Value &value, Numbers numbers, const char *text_end)
+char *put_short(char *out, const Value &value, NumberForm form, const char *text_end)
 {
     const bool missing = value.kind == Kind::not_finite || value.kind == Kind::empty;
-    if (numbers == Numbers::javascript) {
+    if (form == NumberForm::javascript) {
         if (missing || (value.number() && !survives_javascript(value))) {
             *out++ = '"';
             out = std::copy_n(value.begin, value.size, out);
@@ -115,7 +115,7 @@ void put_json(uint64_t number, std::string &out)
     out.append(digits, std::to_chars(digits, std::end(digits), number).ptr);
 }
 
-void put_json(const Snapshot &snapshot, const Field &field, Numbers numbers, std::string &out)
+void put_json(const Snapshot &snapshot, const Field &field, NumberForm form, std::string &out)
 {
     const Value *value = snapshot.begin(field);
     const Value *const end = value + field.count;
@@ -135,7 +135,7 @@ void put_json(const Snapshot &snapshot, const Field &field, Numbers numbers, std
     char *p = out.data() + before;
     const char *const text_end = snapshot.text.data() + snapshot.text.size();
     if (field.shape == Shape::scalar) {
-        p = put_short(p, *value, numbers, text_end);
+        p = put_short(p, *value, form, text_end);
     } else {
         const bool rows = field.shape == Shape::rows;
         *p++ = '[';
@@ -144,7 +144,7 @@ void put_json(const Snapshot &snapshot, const Field &field, Numbers numbers, std
             if (rows)
                 *p++ = '[';
             for (; value != row_end; value++) {
-                p = put_short(p, *value, numbers, text_end);
+                p = put_short(p, *value, form, text_end);
                 *p++ = ',';
             }
             p[-1] = rows ? ']' : ',';
@@ -227,7 +227,7 @@ void put_json(const Snapshot &snapshot, std::string_view file, std::string &out)
             const Field &field = snapshot.fields[member.index];
             put_json_string(field.key, out);
             out += ':';
-            put_json(snapshot, field, Numbers::as_printed, out);
+            put_json(snapshot, field, NumberForm::as_printed, out);
             out += ',';
         }
     }

@@ -21,13 +21,13 @@ namespace vordascope
 void put_json(const Snapshot &snapshot, std::string_view file, std::string &out);
 
 // What becomes of a number.
-enum class Numbers : uint8_t {
+enum class NumberForm : uint8_t {
     as_printed, // nan, inf and a missing value are null
     javascript, // a string where JavaScript would print it otherwise: "25.00", "nan", ""
 };
 
 // Appends the value of a field: a scalar, an array, or an array of arrays.
-void put_json(const Snapshot &snapshot, const Field &field, Numbers numbers, std::string &out);
+void put_json(const Snapshot &snapshot, const Field &field, NumberForm form, std::string &out);
 
 void put_json(uint64_t number, std::string &out);
 

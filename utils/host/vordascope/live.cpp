@@ -26,8 +26,6 @@ namespace vordascope
 namespace
 {
 
-constexpr size_t PIECE = size_t{256} << 10;
-
 // The input of a follower. What ends or breaks is told on standard error.
 class Source
 {
@@ -65,8 +63,8 @@ public:
     // Reads once, without waiting where something can be read.
     Server::Found look()
     {
-        char *const room = reader_->room(PIECE);
-        const ssize_t size = read(fd_, room, PIECE);
+        char *const room = reader_->room(Reader::PIECE);
+        const ssize_t size = read(fd_, room, Reader::PIECE);
         if (size > 0) {
             if (recording_ != nullptr)
                 recording_->put({room, static_cast<size_t>(size)});

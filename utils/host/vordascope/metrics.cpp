@@ -68,7 +68,7 @@ std::string labels_of(const Snapshot &snapshot, std::string_view file)
 }
 
 // A number as it is to be written; empty for what is none.
-std::string number_of(const Value &value)
+std::string written_of(const Value &value)
 {
     const std::string_view text = value.text();
     switch (value.kind) {
@@ -128,7 +128,7 @@ void Metrics::add(const Snapshot &snapshot, std::string_view file, double when)
     std::set<std::string> taken;
     for (const Field &field : snapshot.fields) {
         std::string number =
-            field.shape == Shape::scalar ? number_of(*snapshot.begin(field)) : std::string();
+            field.shape == Shape::scalar ? written_of(*snapshot.begin(field)) : std::string();
         if (number.empty() || !selected(snapshot, field))
             continue;
         std::string name = snapshot.path(field);

@@ -301,7 +301,7 @@ bool Model::add_field(Column &column, uint32_t at, const Snapshot &snapshot, con
 
     if (form == Form::is_long) {
         std::string json;
-        put_json(snapshot, field, Numbers::javascript, json);
+        put_json(snapshot, field, NumberForm::javascript, json);
         add_picture(column, at, std::move(json));
         return true;
     }
@@ -353,7 +353,7 @@ std::optional<Model::Place> Model::add(const Snapshot &snapshot, std::string *ne
         changed += changed.empty() ? "[" : ",[";
         put_json(column->name, changed);
         changed += ',';
-        put_json(snapshot, field, Numbers::javascript, changed);
+        put_json(snapshot, field, NumberForm::javascript, changed);
         ((changed += ",\"") += column->kind) += "\"]";
     }
     if (news != nullptr)

@@ -80,6 +80,9 @@ namespace vordascope
 class Reader
 {
 public:
+    // How much of a file is best read at a time.
+    static constexpr size_t PIECE = size_t{256} << 10;
+
     Reader() = default;
 
     // Reads a text that is in memory as a whole and outlives the reader: only next() is left to

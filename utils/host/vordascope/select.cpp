@@ -11,7 +11,7 @@ namespace
 {
 
 constexpr size_t NEAR_MOST = 5;
-constexpr size_t NAME_MOST = 300; // of longer names nobody looks for a slip
+constexpr size_t SLIP_MOST = 300; // of longer names nobody looks for a slip
 
 // How many characters must be inserted, removed or replaced to make one text of the other.
 size_t edit_distance(std::string_view a, std::string_view b)
@@ -88,7 +88,7 @@ std::string suggest(const Snapshot &snapshot, std::string_view wanted)
 {
     std::vector<std::pair<size_t, std::string>> ranked;
     const auto rank = [&ranked, wanted](std::string path, std::string_view name) {
-        if (path.size() > NAME_MOST || wanted.size() > NAME_MOST)
+        if (path.size() > SLIP_MOST || wanted.size() > SLIP_MOST)
             return;
         const size_t slips = std::min(edit_distance(path, wanted), edit_distance(name, wanted));
         if (path.find(wanted) != std::string::npos)

@@ -16,7 +16,6 @@ namespace vordascope
 namespace
 {
 
-constexpr size_t PIECE = size_t{256} << 10;
 constexpr std::chrono::milliseconds FIRST_PROGRESS(1000);
 constexpr std::chrono::milliseconds NEXT_PROGRESS(200);
 
@@ -153,10 +152,10 @@ void Input::fill()
                        (snapshots_ == 1 ? " snapshot, " : " snapshots, ") +
                        std::to_string(read_ / 1000000) + " MB" +
                        (size_ != 0 ? ", " + std::to_string(100 * read_ / size_) + " %" : ""));
-    char *const room = reader_.room(PIECE);
+    char *const room = reader_.room(Reader::PIECE);
     ssize_t size;
     do
-        size = read(fd_, room, PIECE);
+        size = read(fd_, room, Reader::PIECE);
     while (size < 0 && errno == EINTR);
     if (size < 0) {
         fail(strerror(errno));
