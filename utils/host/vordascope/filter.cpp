@@ -11,7 +11,6 @@ namespace vordascope
 namespace
 {
 
-constexpr std::string_view BLANKS = " \t";
 constexpr size_t INDEXES_MAX = 2;
 
 std::string small_letters(std::string_view text)

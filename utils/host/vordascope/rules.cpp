@@ -12,7 +12,6 @@ namespace vordascope
 namespace
 {
 
-constexpr std::string_view BLANKS = " \t";
 constexpr size_t KNOWN_MOST = 1000000;          // fields of which the rule is remembered
 constexpr double EXACT_MOST = 9007199254740992; // integers up to here are doubles
 

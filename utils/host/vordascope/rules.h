@@ -23,6 +23,9 @@
 namespace vordascope
 {
 
+// What stands between the words of rules and of filters.
+constexpr std::string_view BLANKS = " \t";
+
 // A number that somebody gave.
 struct Limit {
     Decimal exact;
