@@ -1,4 +1,5 @@
 // The programs beside the stand-in device: what they do with regions, and what they refuse.
+#include "camera_lock.h"
 #include "harness.h"
 #include "scene.h"
 
@@ -140,6 +141,30 @@ TEST(Sim, ACapturedLockIsNamedAndOpenedInACopy)
     EXPECT_TRUE(read_file(region.file()) == before);
 }
 
+// Root may write whatever its mode says, so somebody else runs the programs then, from a folder that
+// is open to all.
+TEST(Sim, ARegionThatCannotBeWrittenIsOpenedInACopy)
+{
+    const Region region;
+    region->path[1].lock.word = 1; // for good, as far as vorda can tell
+    const std::string before = read_file(region.file());
+    chmod(region.file().c_str(), 0444);
+    const TempFile name;
+    const std::string folder = name.path() + ".d";
+    std::filesystem::create_directory(folder);
+    for (const char *file : {"sim/sr-run", "sim/libsr_device.so", "vorda"})
+        std::filesystem::copy(VORDA_BUILD_DIR "/" + std::string(file), folder);
+    std::vector<std::string> argv = {
+        folder + "/sr-run", "--region", region.file(), folder + "/vorda", "-p", "1", "vinfo.bayer"};
+    if (geteuid() == 0)
+        argv.insert(argv.begin(), {"setpriv", "--reuid=65534", "--clear-groups"});
+    const Result result = Child(argv, environment).finish();
+    EXPECT_EQ(result.out, "dev_idx = 0, path_idx = 1\nvinfo.bayer = 0 (Phase Gr)\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_TRUE(read_file(region.file()) == before);
+    std::filesystem::remove_all(folder);
+}
+
 TEST(Sim, ACaptureIsWholeAndItsLocksAreFree)
 {
     const Region region;
@@ -153,6 +178,32 @@ TEST(Sim, ACaptureIsWholeAndItsLocksAreFree)
     EXPECT_EQ(region->path[0].lock.word, 1U);
     region->path[0].lock.word = 0;
     region->path[0].lock.owner = 0;
+    EXPECT_TRUE(read_file(file.path()) == read_file(region.file()));
+}
+
+TEST(Sim, ACaptureIsOfWhatThereIsWhenTheLockIsReleased)
+{
+    Region region;
+    const TempFile file;
+    Result result;
+    for (int attempt = 0; attempt < 20; attempt++) { // one who waited for too long has a message
+        camera_lock(&region->path[0].lock);
+        Child child({sr_run, "--region", region.file(), sr_capture}, environment, file.path());
+        const std::string proc = "/proc/" + std::to_string(child.pid());
+        ASSERT_TRUE(eventually(60000, [&] {
+            return std::filesystem::read_symlink(proc + "/exe").filename() == "sr-capture" &&
+                   read_file(proc + "/maps").find(region.file()) != std::string::npos;
+        }));
+        const long waits = waits_of(proc);
+        ASSERT_TRUE(eventually(60000, [&] { return waits_of(proc) > waits + 1; }));
+        region->path[0].dip.dip_ctx.frame_cnt++;
+        path_unlock(&region->path[0].lock);
+        result = child.finish();
+        EXPECT_EQ(result.status, 0);
+        if (result.err.find("stays locked") == std::string::npos)
+            break;
+    }
+    EXPECT_EQ(result.err.find("stays locked"), std::string::npos) << result.err;
     EXPECT_TRUE(read_file(file.path()) == read_file(region.file()));
 }
 
