@@ -545,44 +545,149 @@ TEST(Reader, EverythingThatVordaPrints)
     }
 }
 
-// Each field of a text that was wrapped is as it was, is damaged, or is not there.
+// What wraps lines: where it breaks them, what it leaves there, and how many of a thousand fields
+// are as they were once that is undone.
+struct Wrap {
+    const char *name;
+    bool at_blanks;
+    size_t tab;
+    bool keeps_blank;
+    const char *before; // each line
+    const char *end;
+    size_t undone;
+};
+constexpr Wrap WRAPS[] = {
+    {"fold", false, 8, true, "", "\n", 999},      {"fold -s", true, 8, true, "", "\n", 999},
+    {"fold -b", false, 1, true, "", "\r\n", 999}, {"fold -bs", true, 1, true, "", "\n", 999},
+    {"a mail", true, 1, false, "", "\n", 987},    {"an answer", true, 1, false, "> ", "\n", 987},
+    {"an editor", true, 8, false, "", "\n", 987},
+};
+
+std::string wrapped(const std::string &text, const Wrap &wrap, size_t width)
+{
+    std::string result;
+    for (size_t at = 0; at < text.size();) {
+        size_t column = strlen(wrap.before);
+        size_t end = at;
+        for (; text[end] != '\n'; end++) {
+            column = text[end] == '\t' ? (column / wrap.tab + 1) * wrap.tab : column + 1;
+            if (column > width)
+                break;
+        }
+        size_t next = end;
+        if (text[end] == '\n') {
+            next++;
+        } else if (const size_t blank = text.find_last_of(" \t", end - wrap.keeps_blank);
+                   wrap.at_blanks && blank != std::string::npos && blank > at) {
+            next = blank + 1;
+            end = wrap.keeps_blank ? next : text.find_last_not_of(" \t", blank) + 1;
+        }
+        result.append(wrap.before).append(text, at, end - at).append(wrap.end);
+        at = next;
+    }
+    return result;
+}
+
+// How many fields of a text that was wrapped are as they were; all others are damaged.
+size_t count_undone(const Snapshot &whole, const std::string &broken)
+{
+    SCOPED_TRACE(broken.substr(0, 5000));
+    Reader reader{std::string_view(broken)};
+    const Snapshot &read = *reader.next();
+    size_t equal = 0;
+    for (const Field &field : read.fields) {
+        if (read.damaged(field))
+            continue;
+        const Field *const before = whole.same_field(read, field);
+        if (before == nullptr)
+            ADD_FAILURE() << "new: " << read.path(field);
+        else
+            EXPECT_EQ(describe(read, field), describe(whole, *before)) << read.path(field);
+        equal++;
+    }
+    return equal;
+}
+
 TEST(Reader, WrappedTextsGiveNoWrongValue)
 {
     const auto ctx = std::make_unique<DipPathCtx>();
     fill_frame(ctx.get(), 0, 3);
-    const std::string text = printed(*ctx, "all");
-    Reader reader{std::string_view(text)};
-    const Snapshot &whole = *reader.next();
-    for (size_t width = 60; width <= 100; width++) {
-        for (const bool at_blanks : {false, true}) {
-            std::string wrapped;
-            for (size_t at = 0; at < text.size();) {
-                size_t size = text.find('\n', at) + 1 - at;
-                if (size > width + 1) {
-                    const size_t blank = text.rfind(' ', at + width - 1);
-                    size = at_blanks && blank != std::string::npos && blank > at ? blank + 1 - at
-                                                                                 : width;
-                    wrapped.append(text, at, size) += '\n';
-                } else {
-                    wrapped.append(text, at, size);
-                }
-                at += size;
-            }
-            Reader other{std::string_view(wrapped)};
-            const Snapshot &read = *other.next();
-            size_t equal = 0;
-            for (const Field &field : read.fields) {
-                if (read.damaged(field))
-                    continue;
-                const Field *const before = whole.same_field(read, field);
-                ASSERT_NE(before, nullptr) << width << ' ' << read.path(field);
-                EXPECT_EQ(describe(read, field), describe(whole, *before))
-                    << width << ' ' << read.path(field);
-                equal++;
-            }
-            EXPECT_GT(equal, whole.fields.size() * 3 / 4) << width;
-        }
+    std::vector<std::string> items;
+    for (const std::string category : {"cfg", "intl", "share", "stat", "vinfo"}) {
+        const Result listing = captured([&] { return parse_help("vorda", category.c_str()); });
+        for (const auto &[item, comments] : parse_listing(listing.err, category))
+            items.push_back(printed(*ctx, category + "." + item));
     }
+    const std::string all = printed(*ctx, "all");
+    Reader reader{std::string_view(all)};
+    const Snapshot whole = *reader.next();
+    for (const Wrap &wrap : WRAPS) {
+        size_t undone = 0;
+        size_t fields = 0;
+        for (size_t width = 60; width <= 100 && !HasFailure(); width++) {
+            SCOPED_TRACE(std::string(wrap.name) + " " + std::to_string(width));
+            undone += count_undone(whole, wrapped(all, wrap, width));
+            fields += whole.fields.size();
+            if (width % 3 != 0)
+                continue;
+            for (const std::string &text : items) {
+                Reader item{std::string_view(text)};
+                count_undone(Snapshot(*item.next()), wrapped(text, wrap, width));
+            }
+        }
+        EXPECT_GT(undone * 1000, fields * wrap.undone) << wrap.name;
+    }
+    const std::string broken = wrapped(all, WRAPS[0], 78);
+    Reader told{std::string_view(broken)};
+    told.next();
+    ASSERT_EQ(told.notices().size(), 1U);
+    EXPECT_TRUE(told.notices()[0].starts_with("its lines were wrapped at 78 columns"));
+}
+
+TEST(Reader, UndoesWrapsWhereThereIsNoDoubt)
+{
+    const std::string head = INDEX + "=== cfg.x ===\n";
+    const std::string doubt = "may have been wrapped, which damages it\n";
+    const std::string row = "10, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, \n";
+    ASSERT_EQ(row.size(), 61U);
+    const std::string values = "10,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17";
+    // Two lists that were wrapped at 60 columns.
+    const std::string number(55, '1');
+    const std::string broken = "a = " + number + ",\n 1\nb = " + number + ",\n 2\n";
+    const std::string list = " = [" + number + " (inexact),";
+    const std::string read = "cfg.x.a" + list + "1]\ncfg.x.b" + list + "2]\n";
+    std::string rows;
+    for (int i = 0; i < 17; i++)
+        rows += row;
+    const std::string comment = "d = 5 ; " + std::string(51, 'c') + " \n";
+
+    EXPECT_EQ(read_all(head + broken), read);
+    // Lines keep their numbers.
+    EXPECT_EQ(read_all(head + broken + "$\n"), read + "? 7: neither a key nor a row\n");
+    // One line alone may be an accident.
+    EXPECT_EQ(read_all(head + broken.substr(0, 64)), "cfg.x.a = damaged\n? 4: " + DAMAGED);
+    // Rows that are as long are whole ones, halves, or two; others can be but parts.
+    EXPECT_EQ(read_all(head + broken + "m:\n" + row + row + row + row),
+              read + "cfg.x.m = damaged\n? 8: " + doubt);
+    EXPECT_EQ(read_all(head + broken + "m:\n" + row + "18, \n" + row + "18, \n"),
+              read + "cfg.x.m = [[" + values + ",18],[" + values + ",18]]\n");
+    EXPECT_EQ(read_all(head + broken + "m[68]:\n" + row + row + row + row),
+              read + "cfg.x.m[68] = [" + values + "," + values + "," + values + "," + values +
+                  "]\n");
+    // Nothing but a map that is twice as high as wide says that these are halves.
+    EXPECT_EQ(read_all(head + "m:\n" + rows + rows), "cfg.x.m = damaged\n? 4: " + doubt);
+    EXPECT_EQ(read_all(head + "m:\n" + rows).find("damaged"), std::string::npos);
+    // Within a key; within a name, where a blank may be missing; what may be in a comment.
+    EXPECT_EQ(read_all(head + broken + std::string(60, 'k') + "\ney = 7\n"),
+              read + "cfg.x." + std::string(60, 'k') + "ey = 7\n");
+    EXPECT_EQ(read_all(head + broken + "path = " + std::string(53, '/') + "\nname\n"),
+              read + "cfg.x.path = damaged\n? 7: " + doubt);
+    EXPECT_EQ(read_all(head + broken + comment + "e = 6\n"),
+              read + "cfg.x.d = 5\ncfg.x.e = damaged\n? 8: " + doubt);
+    // A text with long lines and one that is no line of vorda stays as it is.
+    EXPECT_EQ(read_all(head + "m:\n" + row + row + row + comment + "oops\ne = 6\n"),
+              "cfg.x.m = [[" + values + "],[" + values + "],[" + values + "]]\ncfg.x.d = 5\n" +
+                  "cfg.x.e = 6\n? 8: neither a key nor a label\n");
 }
 
 // The texts of snapshots that nobody would print: the fuzzer's, and random ones.

@@ -14,8 +14,6 @@ namespace vordascope
 namespace
 {
 
-constexpr size_t WRAP_MIN = 40;         // characters of a line that somebody would wrap
-constexpr size_t WORD = 16;             // of a word that did not fit behind it
 constexpr uint32_t WRAPPED_COLUMNS = 6; // a vector's values a row
 
 const char *skip_blanks(const char *p)
@@ -61,43 +59,30 @@ void Grammar::parse(Snapshot &snapshot)
 
     last_ = touched_ = NONE;
     length_ = longest_ = wrapped_ = 0;
+    strange_ = high_ = false;
     for (const Part &part : s_->body)
         read_part(part);
     // Whether more rows or elements would follow nobody knows.
     if (s_->cut && last_ != NONE && (last_ == rows_ || last_ == elements_))
         damage(last_);
     close_rows();
-    if (wrapped_ + WORD >= longest_ && wrapped_ >= WRAP_MIN)
-        doubt_wrapped();
 }
 
-// Damages what may be half of something, in a text of which lines have been wrapped: a grid of long
-// rows, which fall into halves of equal count; what follows a long line; a name with a line end.
-void Grammar::doubt_wrapped()
+void Grammar::doubt(const std::vector<Doubt> &doubts)
 {
-    const size_t full = longest_ - WORD;
-    FieldIndex field = 0;
-    for (const Part &part : s_->body) {
-        size_t before = 0;
-        uint64_t number = part.line;
-        for (std::string_view rest = part.text; !rest.empty(); number++) {
-            const std::string_view line = rest.substr(0, rest.find('\n'));
-            rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-            const char *const end = line.data() + line.size();
-            for (; field < s_->fields.size(); field++) {
-                const Field &f = s_->fields[field];
-                const Value &first = *s_->begin(f);
-                if (first.begin < line.data() || first.begin > end)
-                    break;
-                const bool grid = s_->begin(f)[f.count - 1].begin > end && line.size() >= full;
-                const bool name = first.begin + first.size > end;
-                if (!s_->damaged(f) && (grid || name || before >= full)) {
-                    damage(field);
-                    s_->tell({number, line, "may have been wrapped, which damages it", field});
-                }
-            }
-            before = line.size();
-        }
+    auto line = doubts.begin();
+    for (FieldIndex field = 0; field < s_->fields.size(); field++) {
+        const Value &first = *s_->begin(s_->fields[field]);
+        while (line != doubts.end() && line->line.data() + line->line.size() <= first.begin)
+            ++line;
+        if (line == doubts.end())
+            return;
+        if (first.begin < line->line.data() || first.kind == Kind::damaged ||
+            (line->text_only && first.number()))
+            continue;
+        damage(field);
+        s_->tell({line->number, line->line.substr(0, line->line.find_first_of("\r\n")),
+                  "may have been wrapped, which damages it", field});
     }
 }
 
@@ -152,6 +137,7 @@ void Grammar::use(Line line, uint64_t number, std::string_view text)
             value.size = static_cast<uint32_t>(text.data() + text.size() - value.begin);
             return;
         }
+        strange_ = strange_ || before_ >= WRAP_MIN;
         // The rest of a line of numbers that was cut within one of them?
         if (last_ == NONE || text.find_first_of("0123456789,") != text.find_first_not_of(" \t-(")) {
             last_ = NONE;
@@ -285,7 +271,10 @@ Grammar::Line Grammar::read_keyed(const char *p, const char *end)
     const char *separator = p;
     while (is(*separator, KEY | BLANK))
         separator++;
-    if (separator >= end || (*separator != '=' && *separator != ':')) {
+    const bool keyed = separator < end &&
+                       (*separator == '=' ||
+                        (*separator == ':' && (separator + 1 == end || is(separator[1], BLANK))));
+    if (!keyed) {
         if (std::string_view(p, end) == "Unable to acquire corresponding window cfg.")
             return Line::layout;
         return shapeless("neither a key nor a label");
@@ -478,6 +467,9 @@ void Grammar::close_rows()
     field.shape = vector ? Shape::list : Shape::rows;
     if (vector)
         field.columns = field.count;
+    const Value *const row = s_->begin(field);
+    high_ = high_ || (!vector && field.count / field.columns / 2 >= field.columns &&
+                      row[field.columns].begin - row->begin >= ptrdiff_t{WRAP_MIN});
 }
 
 Grammar::Line Grammar::add_scalar_or_list(std::string_view key, const Run &run)

@@ -1,7 +1,7 @@
 // The grammar of vorda's text, as reader.h describes it: the lines of one snapshot to its fields.
 #pragma once
 
-#include "snapshot.h"
+#include "unwrap.h"
 
 namespace vordascope
 {
@@ -11,6 +11,13 @@ class Grammar
 public:
     // Reads the body of a snapshot, of which the head is given, and adds to its unread lines.
     void parse(Snapshot &snapshot);
+
+    // Whether lines of that snapshot may have been wrapped; and whether that has broken a field.
+    bool wrapped() const { return broken() || strange_ || high_; }
+    bool broken() const { return wrapped_ >= WRAP_MIN && wrapped_ + WRAP_WORD >= longest_; }
+
+    // Damages the fields of that snapshot that stand in such lines.
+    void doubt(const std::vector<Doubt> &doubts);
 
 private:
     // What a line turned out to be. `broken` goes on with a field as no line of vorda does.
@@ -30,7 +37,6 @@ private:
     void read_cut_line(std::string_view line, uint64_t number);
     bool open_key(std::string_view &key);
     void damage(FieldIndex field);
-    void doubt_wrapped();
     Line read_line(const char *p, const char *end);
     Line read_section(const char *p, const char *end);
     Line read_tag(const char *p, const char *end);
@@ -99,7 +105,9 @@ private:
     size_t length_ = 0; // of the line, and of the one before
     size_t before_ = 0;
     size_t longest_ = 0;
-    size_t wrapped_ = 0; // the longest that went on as no line of vorda does
+    size_t wrapped_ = 0;   // the longest that went on as no line of vorda does
+    bool strange_ = false; // a line may be the rest of one that long
+    bool high_ = false;    // a map of long rows is higher than any is
 };
 
 } // namespace vordascope

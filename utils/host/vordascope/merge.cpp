@@ -304,13 +304,10 @@ void Merge::write(Head &head)
     const char *const body_end = body + head.body.front().text.size();
     next_.append(body_end, old.data() + old.size());
 
-    head.body.clear();
-    head.move_text(next_, [&](const char *p) {
-        return p < body ? next_.data() + (p - old.data())
-                        : next_.data() + next_.size() - (old.data() + old.size() - p);
-    });
-    for (Unit &unit : units_)
-        head.body.push_back(unit.part);
+    std::vector<Part> parts;
+    for (const Unit &unit : units_)
+        parts.push_back(unit.part);
+    head.replace_body(next_, parts);
     text_.swap(next_); // an index line is too long to be moved by that
 }
 

@@ -87,10 +87,35 @@ bool Reader::decode_more()
 std::vector<std::string> Reader::notices() const
 {
     std::vector<std::string> notices = decode_.notices();
+    if (unwrap_.joined() != 0)
+        notices.push_back("its lines were wrapped at " + std::to_string(unwrap_.width()) +
+                          " columns, which was undone (" + std::to_string(unwrap_.joined()) +
+                          " lines joined)");
     if (left_out_ != 0)
         notices.push_back("lines around the captures were left out (" + std::to_string(left_out_) +
                           "), the first: " + left_out_first_);
     return notices;
+}
+
+// Reads the snapshot, and once more when its lines have been wrapped.
+void Reader::parse()
+{
+    const auto unread = static_cast<ptrdiff_t>(snapshot_.unread.size());
+    const uint64_t unread_count = snapshot_.unread_count;
+    const uint64_t left_out = snapshot_.left_out;
+    const bool cut = snapshot_.cut;
+    grammar_.parse(snapshot_);
+    if (!grammar_.wrapped())
+        return;
+    const bool broken = grammar_.broken();
+    snapshot_.unread.erase(snapshot_.unread.begin() + unread, snapshot_.unread.end());
+    snapshot_.unread_count = unread_count;
+    snapshot_.left_out = left_out;
+    snapshot_.cut = cut;
+    const bool undone = unwrap_.undo(snapshot_, broken);
+    grammar_.parse(snapshot_);
+    if (undone)
+        grammar_.doubt(unwrap_.doubts());
 }
 
 const Snapshot *Reader::next()
@@ -100,7 +125,7 @@ const Snapshot *Reader::next()
             return nullptr;
     if (const char *why = merge_.complete(snapshot_); why != nullptr)
         leave_out(snapshot_, why);
-    grammar_.parse(snapshot_);
+    parse();
     // A line in brackets alone makes no attribute text.
     if (!snapshot_.named && snapshot_.fields.empty())
         snapshot_.indexed = false;

@@ -49,6 +49,7 @@
 //   `cut`. So it is when the end line is missing that others of the recording have.
 // - An index line or a time behind another line, as captures have that were joined without a line
 //   end, begins a snapshot; the line before it is one without its end.
+// - Lines that were wrapped are joined where there is no doubt; what stays in doubt is damaged.
 // - CRLF is read as LF; a byte-order mark before an index or head line is layout.
 // - An added snapshot comes out whole: what it lacks is as in the one before. When that one is not
 //   there, or when either has not the sum that it says, it is left out, which is an Unread.
@@ -59,6 +60,7 @@
 #include "frames.h"
 #include "grammar.h"
 #include "merge.h"
+#include "unwrap.h"
 
 namespace vordascope
 {
@@ -116,6 +118,7 @@ public:
 
 private:
     bool decode_more();
+    void parse();
 
     Decode decode_;
     std::string raw_; // bytes that have not been decoded, from `raw_begin_` to `raw_end_`
@@ -127,6 +130,7 @@ private:
     Frames frames_;
     Merge merge_;
     Grammar grammar_;
+    Unwrap unwrap_;
     Snapshot snapshot_;
     uint64_t number_ = 0;
     uint64_t left_out_ = 0; // lines around the captures, of which that is the first

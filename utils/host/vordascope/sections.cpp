@@ -41,8 +41,11 @@ std::string_view key_of(std::string_view line)
     size_t size = 0;
     while (size < line.size() && is(line[size], KEY | BLANK))
         size++;
-    const bool keyed = size < line.size() && (line[size] == '=' || line[size] == ':') &&
-                       (is(line[0], LETTER) || line[0] == '_');
+    if (size == line.size() || !(is(line[0], LETTER) || line[0] == '_'))
+        return {};
+    const bool keyed =
+        line[size] == '=' ||
+        (line[size] == ':' && (size + 1 == line.size() || is(line[size + 1], BLANK)));
     return keyed ? line.substr(0, size) : "";
 }
 

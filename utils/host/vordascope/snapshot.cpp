@@ -88,6 +88,18 @@ Place find_in(const Snapshot &snapshot, NodeIndex node, std::string_view name)
 
 } // namespace
 
+void Head::replace_body(std::string_view to, const std::vector<Part> &parts)
+{
+    const std::string_view old = text;
+    const char *const begin = body.front().text.data();
+    body.clear();
+    move_text(to, [&](const char *p) {
+        return p < begin ? to.data() + (p - old.data())
+                         : to.data() + to.size() - (old.data() + old.size() - p);
+    });
+    body = parts;
+}
+
 Snapshot::Snapshot(const Snapshot &other)
     : Head(other), fields(other.fields), values(other.values),
       nodes_(other.nodes_.begin(),

@@ -139,6 +139,9 @@ struct Head {
         view(left_out_first);
         text = to;
     }
+
+    // Lets it have another text, which is the same before and behind the body.
+    void replace_body(std::string_view to, const std::vector<Part> &parts);
 };
 
 // A snapshot that has been read. It points into its text: that of a reader lasts until the reader
