@@ -37,7 +37,7 @@ void use(const Snapshot &snapshot, std::string &out)
     require(same.same() && same.compared == snapshot.fields.size());
     Gate gate("a");
     gate.add("b", same);
-    gate.put_junit("2026-01-02T03:04:05", "host", out);
+    gate.put_junit("2026-01-02T03:04:05", "host", {{"site", "roof"}}, out);
 
     // What is learned of a snapshot can be read, and holds for it.
     Learner learner;

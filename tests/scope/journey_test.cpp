@@ -160,7 +160,11 @@ TEST(ScopeJourney, HoldsCapturesAgainstRules)
     const Capture junk("nothing\n");
     const TempFile learned;
     const TempFile xml;
-    EXPECT_EQ(scope({"learn", "--margin", "50%", good.path()}, learned.path()).status, 0);
+    EXPECT_EQ(
+        scope({"learn", "--margin", "50%", "--label", "site=roof", good.path()}, learned.path())
+            .status,
+        0);
+    EXPECT_NE(read_file(learned.path()).find("\n#   label site = roof\n"), std::string::npos);
     EXPECT_EQ(scope({"learn", good.path(), "/nowhere"}).out, "");
     Result result = scope({"check", "--rules", learned.path(), "--junit", xml.path(), good.path()});
     EXPECT_EQ(result.status, 0) << result.out << result.err;
@@ -175,13 +179,14 @@ TEST(ScopeJourney, HoldsCapturesAgainstRules)
     EXPECT_EQ(result.status, 1);
 
     // Many against one: a line for each that differs, and what in.
-    result = scope({"diff", "--rules", learned.path(), "--junit", xml.path(), good.path(),
-                    good.path() + "#2", odd.path(), odd.path() + "#2", junk.path()});
+    result = scope({"diff", "--rules", learned.path(), "--junit", xml.path(), "--label", "fw=<7>",
+                    good.path(), good.path() + "#2", odd.path(), odd.path() + "#2", junk.path()});
     EXPECT_EQ(result.out, odd.path() + "#2: share.inttime\nshare\n  inttime  1 capture: " +
                               odd.path() + "#2\n1 of 3 captures differs\n");
     EXPECT_EQ(result.status, 2);
     const std::string report = read_file(xml.path());
     EXPECT_NE(report.find("tests=\"2\" failures=\"1\" errors=\"1\""), std::string::npos) << report;
+    EXPECT_NE(report.find("<property name=\"fw\" value=\"&lt;7&gt;\"/>"), std::string::npos);
 
     // A warning changes no status, and a rule of nothing can be one.
     const Capture warn("share warn\nstat ignore\n");
@@ -593,16 +598,17 @@ TEST(ScopeJourney, MeasuresAnswers)
     EXPECT_EQ(row(8), "is computed: log2(share.inttime x share.sys_gain)\n");
 
     // A selection that ends too early, what came before as a reference, and CSV.
-    result = scope({"response", "--csv", "--reference", slow.path() + "#1-9",
+    result = scope({"response", "--csv", "--label", "fw=7", "--reference", slow.path() + "#1-9",
                     fast.path() + "#30-45", "share.inttime", "share.sys_gain"});
     const std::string name = fast.path() + "#30-45";
     EXPECT_EQ(result.out.substr(result.out.find('\n') + 1),
               name +
                   ",share.inttime,moving,30,45,16,4000,,8000,13057,420.25,8405,30,2.9,,,,,,,"
-                  "13057,45,1.0775728732897085,,,,,,\n" +
+                  "13057,45,1.0775728732897085,,,,,,,7\n" +
                   name +
                   ",share.sys_gain,steady,30,45,16,1024,,1024,1024,51.2,1024,,,,,,,,,,,,,"
-                  ",,,,\n");
+                  ",,,,,7\n");
+    EXPECT_NE(result.out.find(",undershoot_part,label fw\n"), std::string::npos);
 
     // A clock that goes back begins another run; a second path is one of its own.
     const Capture mixed(step_recording(8000, 5) + step_recording(4000, 5) +

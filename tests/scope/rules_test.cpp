@@ -150,7 +150,7 @@ TEST(Gate, TellsCiServersWhichItemsDiffer)
     gate.add_trouble("nowhere", "No such file");
     EXPECT_EQ(gate.different(), 100U);
     std::string xml;
-    gate.put_junit("2026-01-02T03:04:05", "host", xml);
+    gate.put_junit("2026-01-02T03:04:05", "host", {{"site", "a <\"roof\"> \x1b"}}, xml);
     EXPECT_LT(xml.size(), Gate::JUNIT_MOST);
     EXPECT_GT(xml.size(), Gate::JUNIT_MOST / 4);
     const auto count = [&xml](const std::string &what) {

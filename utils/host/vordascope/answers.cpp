@@ -1,6 +1,7 @@
 // Rows of answers.
 #include "answers.h"
 
+#include "csv.h"
 #include "shown.h"
 
 #include <algorithm>
@@ -162,14 +163,13 @@ std::string exact_seconds(double seconds)
     return exact(std::nearbyint(seconds * 1e6) / 1e6);
 }
 
-std::string quoted(std::string_view text)
+// Of a label; empty where it is not given.
+std::string_view value_of(const std::vector<Label> &labels, std::string_view key)
 {
-    if (text.find_first_of("\",\r\n") == std::string_view::npos)
-        return std::string(text);
-    std::string result = "\"";
-    for (const char c : text)
-        result.append(c == '"' ? 2 : 1, c);
-    return result + '"';
+    for (const Label &label : labels)
+        if (label.key == key)
+            return label.value;
+    return {};
 }
 
 class CsvRow
@@ -178,6 +178,11 @@ public:
     explicit CsvRow(const Recorded &recorded) : recorded_(recorded) {}
 
     void add(const std::string &cell) { (cells_ += cell) += ','; }
+    void add_text(std::string_view text)
+    {
+        put_text_cell(text, cells_);
+        cells_ += ',';
+    }
     void add_place(size_t at)
     {
         add(at != NOWHERE ? std::to_string(recorded_.numbers[at]) : "");
@@ -239,17 +244,20 @@ void put_table(const std::vector<Answered> &answers, double band, bool caused, s
     }
 }
 
-void put_csv(const std::vector<Answered> &answers, std::string &out)
+void put_csv(const std::vector<Answered> &answers, const std::vector<Label> &keys, std::string &out)
 {
     out += "capture,field,answer,first,last,numbers,before,after,low,high,band,unit,departure,"
            "departure_s,delay,delay_s,rise,rise_s,settling,settling_s,peak,peak_at,peak_part,"
-           "overshoot,overshoot_at,overshoot_part,undershoot,undershoot_at,undershoot_part\n";
+           "overshoot,overshoot_at,overshoot_part,undershoot,undershoot_at,undershoot_part";
+    for (const Label &label : keys)
+        out += ",label " + label.key;
+    out += '\n';
     for (const Answered &answer : answers) {
         const Recorded &recorded = *answer.recorded;
         const Response &r = answer.response;
         CsvRow row(recorded);
-        row.add(quoted(recorded.name));
-        row.add(quoted(answer.quantity->name));
+        row.add_text(recorded.name);
+        row.add_text(answer.quantity->name);
         row.add(name_of(r.kind));
         row.add(std::to_string(recorded.numbers.front()));
         row.add(std::to_string(recorded.numbers.back()));
@@ -262,6 +270,8 @@ void put_csv(const std::vector<Answered> &answers, std::string &out)
         row.add_span(r.departure, r.settled);
         for (const Peak &peak : {r.peak, r.overshoot, r.undershoot})
             row.add_peak(peak);
+        for (const Label &label : keys)
+            row.add_text(value_of(recorded.labels, label.key));
         out += row.line();
     }
 }

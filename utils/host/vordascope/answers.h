@@ -13,6 +13,7 @@ struct Recorded {
     std::vector<uint64_t> numbers;            // of the snapshots, in their capture
     std::vector<double> times;                // since the run's first snapshot; empty without times
     std::vector<std::vector<double>> columns; // a quantity each: a value a snapshot
+    std::vector<Label> labels;                // of its first snapshot
 };
 
 // How one quantity of one of them answers.
@@ -34,7 +35,9 @@ void put_table(const std::vector<Answered> &answers, double band, bool caused, s
 //   departure (snapshot), departure_s, delay, delay_s (behind the cause)
 //   rise, rise_s, settling, settling_s: snapshots, and seconds where there is time
 //   peak, peak_at, peak_part; overshoot..., undershoot...: value, snapshot, part of the unit
+//   label KEY: of each of the labels in `keys`
 // A cell is empty where the answer has none.
-void put_csv(const std::vector<Answered> &answers, std::string &out);
+void put_csv(const std::vector<Answered> &answers, const std::vector<Label> &keys,
+             std::string &out);
 
 } // namespace vordascope

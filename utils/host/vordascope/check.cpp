@@ -92,7 +92,8 @@ public:
         int status = output_.close() ? YES : TROUBLE;
         if (rules_ && gate_.captures() > 0 && !all_used(*rules_, first_, options_.unused_warn))
             status = TROUBLE;
-        if (!options_.junit.empty() && !write_junit(gate_, options_.junit))
+        if (!options_.junit.empty() &&
+            !write_junit(gate_, read_labels(options_.labels), options_.junit))
             status = TROUBLE;
         return status;
     }

@@ -166,7 +166,7 @@ int diff(const DiffOptions &options)
     int status = compare_all(options, a, *rules, gate);
     if (gate.captures() > 0 && !all_used(*rules, a.snapshot(), options.unused_warn))
         status = TROUBLE;
-    if (!options.junit.empty() && !write_junit(gate, options.junit))
+    if (!options.junit.empty() && !write_junit(gate, read_labels(options.labels), options.junit))
         status = TROUBLE;
     return status;
 }

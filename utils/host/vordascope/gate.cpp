@@ -161,7 +161,8 @@ void Gate::put_summary(std::string &out) const
     }
 }
 
-void Gate::put_junit(std::string_view timestamp, std::string_view host, std::string &out) const
+void Gate::put_junit(std::string_view timestamp, std::string_view host,
+                     const std::vector<Label> &labels, std::string &out) const
 {
     auto ordered = in_order();
     if (ordered.size() > ITEMS_IN_JUNIT) // no camera has so many; what fails goes first
@@ -181,7 +182,14 @@ void Gate::put_junit(std::string_view timestamp, std::string_view host, std::str
     put_attribute("failures", failures, out);
     put_attribute("errors", troubles_.size(), out);
     put_attribute("time", "0", out);
-    out += ">\n<properties/>\n";
+    out += ">\n<properties>";
+    for (const Label &label : labels) {
+        out += "<property";
+        put_attribute("name", label.key, out);
+        put_attribute("value", label.value, out);
+        out += "/>";
+    }
+    out += "</properties>\n";
     std::string warnings;
     std::string text;
     size_t room = JUNIT_MOST - CASE_MOST * (ordered.size() + troubles_.size() + 1) - 6 * TEXT_MOST;

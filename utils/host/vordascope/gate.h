@@ -26,10 +26,12 @@ public:
     // Appends which fields differ, in how many captures, and in which ones.
     void put_summary(std::string &out) const;
 
-    // Appends the form that CI servers read: a test case an item, at most JUNIT_MOST bytes.
-    // `timestamp` is as in RFC 3339 without a zone, `host` where this ran.
+    // Appends the form that CI servers read: a test case an item, at most JUNIT_MOST bytes besides
+    // the labels, which are its properties. `timestamp` is as in RFC 3339 without a zone, `host`
+    // where this ran.
     static constexpr size_t JUNIT_MOST = 1000000;
-    void put_junit(std::string_view timestamp, std::string_view host, std::string &out) const;
+    void put_junit(std::string_view timestamp, std::string_view host,
+                   const std::vector<Label> &labels, std::string &out) const;
 
 private:
     // The captures that something is true of: how many, and the first ones.

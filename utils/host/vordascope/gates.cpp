@@ -42,7 +42,7 @@ bool all_used(const Rules &rules, const Snapshot &near, bool warn)
     return unused.empty() || warn;
 }
 
-bool write_junit(const Gate &gate, const std::string &file)
+bool write_junit(const Gate &gate, const std::vector<Label> &labels, const std::string &file)
 {
     const time_t now = time(nullptr);
     struct tm utc = {};
@@ -54,7 +54,7 @@ bool write_junit(const Gate &gate, const std::string &file)
         snprintf(host, sizeof(host), "localhost");
 
     std::string text;
-    gate.put_junit(timestamp, host, text);
+    gate.put_junit(timestamp, host, labels, text);
     Output output(file);
     output.write(text);
     return output.close();

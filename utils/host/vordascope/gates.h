@@ -21,6 +21,6 @@ bool all_used(const Rules &rules, const Snapshot &near, bool warn);
 
 // Writes the file for CI servers. Returns whether that could be done; if not, a message has been
 // printed.
-bool write_junit(const Gate &gate, const std::string &file);
+bool write_junit(const Gate &gate, const std::vector<Label> &labels, const std::string &file);
 
 } // namespace vordascope

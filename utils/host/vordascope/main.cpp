@@ -126,6 +126,7 @@ void add_check(CommandLine &line)
              "FILE");
     add_unused(verb, options.unused_warn);
     add_junit(verb, options.junit);
+    add_labels(verb, options.labels);
     verb->add_option("FILE", options.files, "Captures")->required();
 }
 
@@ -157,6 +158,7 @@ void add_diff(CommandLine &line)
         ->type_name("N%")
         ->check(checked(read_part, "it is a percentage, 5%, or less than 1"));
     add_junit(verb, options.junit);
+    add_labels(verb, options.labels);
     verb->add_option("A", options.a, "The first snapshot")->required();
     verb->add_option("B", options.b, "Those that are held against it")->required();
 }
@@ -171,6 +173,7 @@ void add_learn(CommandLine &line)
     verb->add_option("--margin", options.margin, "How much farther than seen values may be apart")
         ->type_name("N%")
         ->check(checked(read_percentage, "it is a percentage, 20%"));
+    add_labels(verb, options.labels);
     verb->add_option("FILE", options.files, "Captures that are known to be good")->required();
 }
 
@@ -201,6 +204,7 @@ void add_response(CommandLine &line)
                      "Take the value before from this capture, or from some of its snapshots")
         ->type_name("FILE[#I-J]");
     verb->add_flag("--csv", options.csv, "Print CSV, with every number as it was measured");
+    add_labels(verb, options.labels);
     verb->add_option("FILE FIELD", options.words, "Captures, and then fields")
         ->type_name("")
         ->required();

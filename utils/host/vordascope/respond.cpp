@@ -58,15 +58,15 @@ class Reading
 public:
     // The cause, unless it is empty, is the last of the quantities.
     Reading(const Selection &selection, const std::vector<std::string> &fields,
-            const std::string &cause)
-        : selection_(selection), fields_(fields), cause_(cause)
+            const std::string &cause, const std::vector<Label> &labels)
+        : selection_(selection), fields_(fields), cause_(cause), labels_(labels)
     {
     }
 
     // Returns whether there is anything to measure; if not, a message has been printed.
     bool read()
     {
-        Input input(selection_.file);
+        Input input(selection_.file, labels_);
         name_ = input.name();
         std::string error;
         uint64_t unread = 0;
@@ -147,6 +147,7 @@ private:
         if (number > 1)
             run.name += ", run " + std::to_string(number);
         run.columns.resize(quantities_.size());
+        run.labels = snapshot.labels;
         return run;
     }
 
@@ -163,6 +164,7 @@ private:
     const Selection selection_;
     const std::vector<std::string> &fields_;
     const std::string cause_;
+    const std::vector<Label> &labels_;
     std::string name_;
     std::vector<Quantity> quantities_;
     std::deque<Recorded> runs_; // which stay where they are
@@ -239,6 +241,7 @@ int response(const ResponseOptions &options)
     std::vector<std::string> fields;
     if (!part_words(options, captures, fields))
         return TROUBLE;
+    const std::vector<Label> labels = read_labels(options.labels);
     std::optional<Reading> reference;
     if (!options.reference.empty()) {
         const std::optional<Selection> selection = read_selection(options.reference);
@@ -246,14 +249,14 @@ int response(const ResponseOptions &options)
             complain(options.reference + ": of a reference, I-J are snapshots: FILE#1-20");
             return TROUBLE;
         }
-        if (!reference.emplace(*selection, fields, options.cause).read())
+        if (!reference.emplace(*selection, fields, options.cause, labels).read())
             return TROUBLE;
     }
     int status = YES;
     std::deque<Reading> readings;
     std::vector<Answered> answers;
     for (const Selection &capture : captures) {
-        if (readings.emplace_back(capture, fields, options.cause).read())
+        if (readings.emplace_back(capture, fields, options.cause, labels).read())
             add_answers(readings.back(), options, reference ? &*reference : nullptr, answers);
         else
             status = TROUBLE;
@@ -271,7 +274,7 @@ int response(const ResponseOptions &options)
     });
     std::string text;
     if (options.csv)
-        put_csv(answers, text);
+        put_csv(answers, labels, text);
     else
         put_table(answers, options.band / 100, !options.cause.empty(), text);
     Output output;

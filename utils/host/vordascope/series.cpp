@@ -1,6 +1,7 @@
 // Columns, and rows of CSV.
 #include "series.h"
 
+#include "csv.h"
 #include "select.h"
 
 #include <algorithm>
@@ -20,30 +21,6 @@ bool is_own_name(std::string_view name)
 {
     return name.starts_with(LABEL) ||
            std::find(std::begin(OWN_NAMES), std::end(OWN_NAMES), name) != std::end(OWN_NAMES);
-}
-
-void put_cell(std::string_view text, std::string &out)
-{
-    if (text.find_first_of("\",\r\n") == std::string_view::npos) {
-        out += text;
-        return;
-    }
-    out += '"';
-    for (const char c : text) {
-        if (c == '"')
-            out += '"';
-        out += c;
-    }
-    out += '"';
-}
-
-// A cell of what is no number.
-void put_text_cell(std::string_view text, std::string &out)
-{
-    if (!text.empty() && std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos)
-        put_cell('\'' + std::string(text), out);
-    else
-        put_cell(text, out);
 }
 
 void put_own_value(const Snapshot &snapshot, std::string_view file, std::string_view name,

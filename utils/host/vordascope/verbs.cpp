@@ -6,6 +6,7 @@
 #include "plain.h"
 #include "report.h"
 #include "series.h"
+#include "shown.h"
 
 #include <algorithm>
 #include <optional>
@@ -179,6 +180,11 @@ int learn(const LearnOptions &options)
     Output output;
     std::string text =
         "# Learned by vordascope from " + plural(learner.snapshots(), "snapshot") + ":\n" + files;
+    for (const auto &[key, value] : read_labels(options.labels)) {
+        text += "#   label " + key + " = ";
+        put_shown(value, text);
+        text += '\n';
+    }
     learner.put_rules(margin.exact, text);
     output.write(text);
     return output.close() ? YES : TROUBLE;

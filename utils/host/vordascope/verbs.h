@@ -11,10 +11,11 @@ namespace vordascope
 
 struct CheckOptions {
     std::vector<std::string> files;
-    bool all = false;               // show every line that is not understood
-    std::vector<std::string> rules; // files of rules whose ranges the captures are held against
-    bool unused_warn = false;       // a rule that matches no field is no error
-    std::string junit;              // the file for CI servers; empty for none
+    bool all = false;                // show every line that is not understood
+    std::vector<std::string> rules;  // files of rules whose ranges the captures are held against
+    bool unused_warn = false;        // a rule that matches no field is no error
+    std::string junit;               // the file for CI servers; empty for none
+    std::vector<std::string> labels; // "KEY=VALUE", which go into that file
 };
 
 // Says of each capture whether every line is understood, and whether it is what was agreed on.
@@ -37,7 +38,8 @@ struct DiffOptions {
     bool unused_warn = false;       // a rule that matches no field is no error
     std::string absolute;           // tolerances, as given; empty for none
     std::string relative;
-    std::string junit; // the file for CI servers; empty for none
+    std::string junit;               // the file for CI servers; empty for none
+    std::vector<std::string> labels; // "KEY=VALUE", which go into that file
     bool quiet = false;
     bool every = false; // tell each value of an array that differs
 };
@@ -47,7 +49,8 @@ int diff(const DiffOptions &options);
 
 struct LearnOptions {
     std::vector<std::string> files;
-    std::string margin; // as given; empty for none
+    std::string margin;              // as given; empty for none
+    std::vector<std::string> labels; // "KEY=VALUE", which stand above the rules
 };
 
 // Prints rules that captures which are known to be good keep to.
@@ -69,6 +72,7 @@ struct ResponseOptions {
     std::string reference;          // FILE or FILE#I-J, or empty
     double band = 5;                // percent
     bool csv = false;
+    std::vector<std::string> labels; // "KEY=VALUE", of which CSV has a column each
 };
 
 // Measures how fields answer to a change: a row a field and capture.
