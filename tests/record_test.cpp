@@ -168,7 +168,7 @@ private:
 
 TEST(Recorder, EveryFrameExpandsToWhatVordaPrintsOfIt)
 {
-    Stepped camera({"all"});
+    Stepped camera({"--whole", "3600", "all"});
     std::vector<uint32_t> frames = {0};
     ASSERT_TRUE(camera.holds(0));
     const auto step = [&](uint32_t frame) {
