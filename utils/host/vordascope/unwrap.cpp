@@ -227,7 +227,7 @@ void Unwrap::write(Part part)
     while (take_line(part, line)) {
         if (!rows_.empty()) {
             const Line &row = rows_.back().line;
-            if (line.form == Form::row ||
+            if (line.form == Form::row || line.form == Form::blank ||
                 (undoing_ && goes_on(Form::row, is_plain(row.text), row.text, line) &&
                  near(row.text, line.text))) {
                 add_row(line);
@@ -315,7 +315,10 @@ void Unwrap::add_row(const Line &line)
         Row &before = rows_.back();
         const bool open = undoing_ || !broken_ ? full(before.line.text, line.text)
                                                : near(before.line.text, line.text);
-        before.seam = line.form != Form::row ? Seam::none : open ? Seam::open : Seam::end;
+        before.seam = before.line.form == Form::blank || line.form == Form::blank ? Seam::end
+                      : line.form != Form::row                                    ? Seam::none
+                      : open                                                      ? Seam::open
+                                                                                  : Seam::end;
     }
     rows_.push_back({line, count_numbers(line.text), Seam::end});
 }
@@ -345,6 +348,13 @@ void Unwrap::close_rows()
 {
     if (rows_.empty())
         return;
+    // Blank lines within them may be what is left of a row.
+    const auto blank = [](const Row &row) { return row.line.form == Form::blank; };
+    std::vector<Row> blanks;
+    for (; blank(rows_.back()); rows_.pop_back())
+        blanks.push_back(rows_.back());
+    const bool gap = rows_.front().line.text.size() >= WRAP_MIN &&
+                     std::any_of(rows_.begin(), rows_.end(), blank);
     const bool tuples = rows_.front().line.text.find_first_of("(<") != std::string_view::npos;
     const bool open = settle_seams(tuples);
     uint32_t all = 0;
@@ -362,6 +372,7 @@ void Unwrap::close_rows()
     const bool high = !tuples && !vector && is_high(length, all);
     bool doubted = undoing_ ? length == 0 || high : open && (broken_ || (high && halves(length)));
 
+    doubted = doubted || (gap && !tuples && (undoing_ || broken_ || high));
     bool joins = false;
     const bool joining = undoing_ && !doubted;
     uint32_t count = 0;
@@ -374,6 +385,8 @@ void Unwrap::close_rows()
         count = joins ? count + row.count : row.count;
         joins = joining && (row.seam == Seam::none || (row.seam == Seam::open && count != length));
     }
+    for (; !blanks.empty(); blanks.pop_back())
+        begin_line(blanks.back().line);
     rows_.clear();
 }
 
