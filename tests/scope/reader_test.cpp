@@ -680,6 +680,10 @@ TEST(Reader, UndoesWrapsWhereThereIsNoDoubt)
     // Within a key; within a name, where a blank may be missing; what may be in a comment.
     EXPECT_EQ(read_all(head + broken + std::string(60, 'k') + "\ney = 7\n"),
               read + "cfg.x." + std::string(60, 'k') + "ey = 7\n");
+    EXPECT_EQ(read_all(head + "a = " + number.substr(1) + ",\n1\n" + "b = " + number + ",\n2\n" +
+                       std::string(60, 'k') + "\ney = 7\n"),
+              "cfg.x.a = [" + number.substr(1) + " (inexact),1]\ncfg.x.b" + list + "2]\ncfg.x." +
+                  std::string(60, 'k') + "ey = 7\n");
     EXPECT_EQ(read_all(head + broken + "path = " + std::string(53, '/') + "\nname\n"),
               read + "cfg.x.path = damaged\n? 7: " + doubt);
     EXPECT_EQ(read_all(head + broken + comment + "e = 6\n"),

@@ -291,7 +291,7 @@ void Unwrap::finish_line()
 void Unwrap::join(const Line &next)
 {
     const bool blank =
-        !ends_blank(last_.text) && !is(next.text[0], BLANK) &&
+        !within_key() && !ends_blank(last_.text) && !is(next.text[0], BLANK) &&
         (breaks_ >= Breaks::between_words || !beyond(last_.text, next.text.substr(0, 1)));
     text_.resize(text_.size() - (last_.whole.size() - last_.text.size()));
     if (blank)
