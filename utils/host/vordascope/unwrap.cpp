@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr size_t WRAPS_MIN = 2;        // lines that go on in the next one: one may be an accident
-constexpr size_t LINE_MAX = 1000;      // of what is looked at as a whole more than once
+constexpr size_t WHOLE_MAX = 1000;     // of what is looked at as a whole more than once
 constexpr size_t PARTS_MAX = 4;        // of a row
 constexpr uint32_t VECTOR_COLUMNS = 6; // a row that vorda's vectors have
 constexpr std::string_view NUMBERS = "0123456789 \t,.-()naif";
@@ -298,7 +298,7 @@ void Unwrap::join(const Line &next)
         text_ += ' ';
     text_ += next.whole;
     const std::string_view line = std::string_view(text_).substr(begin_);
-    if (form_ == Form::none && line.size() < LINE_MAX)
+    if (form_ == Form::none && line.size() < WHOLE_MAX)
         form_ = form_of(line.substr(0, line.find_first_of("\r\n")));
     plain_ = plain_ && is_plain(next.text);
     text_doubted_ = true;
