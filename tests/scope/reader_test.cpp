@@ -549,18 +549,18 @@ TEST(Reader, EverythingThatVordaPrints)
 // are as they were once that is undone.
 struct Wrap {
     const char *name;
-    bool at_blanks;
-    size_t tab;
-    bool keeps_blank;
     const char *before; // each line
     const char *end;
+    size_t tab;
     size_t undone;
+    bool at_blanks;
+    bool keeps_blank;
 };
 constexpr Wrap WRAPS[] = {
-    {"fold", false, 8, true, "", "\n", 999},      {"fold -s", true, 8, true, "", "\n", 999},
-    {"fold -b", false, 1, true, "", "\r\n", 999}, {"fold -bs", true, 1, true, "", "\n", 999},
-    {"a mail", true, 1, false, "", "\n", 987},    {"an answer", true, 1, false, "> ", "\n", 987},
-    {"an editor", true, 8, false, "", "\n", 987},
+    {"fold", "", "\n", 8, 999, false, true},      {"fold -s", "", "\n", 8, 999, true, true},
+    {"fold -b", "", "\r\n", 1, 999, false, true}, {"fold -bs", "", "\n", 1, 999, true, true},
+    {"a mail", "", "\n", 1, 987, true, false},    {"an answer", "> ", "\n", 1, 987, true, false},
+    {"an editor", "", "\n", 8, 987, true, false},
 };
 
 std::string wrapped(const std::string &text, const Wrap &wrap, size_t width)

@@ -267,7 +267,7 @@ void Unwrap::begin_line(const Line &line)
     finish_line();
     doubted_ = rest;
     if (std::exchange(renumber_, false))
-        parts_.push_back({{text_.data() + text_.size(), 0}, line.number});
+        parts_.push_back({std::string_view(text_).substr(text_.size()), line.number});
     begin_ = text_.size();
     text_ += line.whole;
     number_ = line.number;
