@@ -226,6 +226,21 @@ test('white balance: gains among the regions, points told apart, a region throug
     assert.deepEqual(await texts(card, '.legend .entry'), ['r/g0.9', 'b/g0.7']);
     await page.mouse.move(box.x + 1, box.y + 10);
     assert.deepEqual(await texts(card, '.legend .entry'), ['r/g0.4', 'b/g0.7']);
+    // Keys go from point to point, and pick what the pointer does.
+    await canvas.focus();
+    const said = async (...keys) => {
+        for (const key of keys) await canvas.press(key);
+        return canvas.getAttribute('aria-valuetext');
+    };
+    assert.match(await said('End'), /^\[0\]\[2\] r\/g 1, b\/g 0\.5/);
+    assert.match(await said('ArrowLeft', 'ArrowLeft'), /^\[1\]\[1\] r\/g 0\.9, b\/g 0\.5/);
+    assert.match(await said('Home', 'ArrowLeft'), /^\[1\]\[0\] r\/g 0\.6/);
+    // Upwards to the higher b/g.
+    assert.match(await said('ArrowUp'), /^gain\[0\]: /);
+    await said('Home', 'Enter');
+    assert.equal(await card.getByLabel('region', { exact: true }).inputValue(), '[1][0]');
+    await said('End', 'ArrowLeft', 'Enter');
+    assert.equal(await card.getByLabel('region', { exact: true }).inputValue(), '[1][2]');
     // Its way lies in the cloud, in the colour that the chosen region has.
     const [download] = await Promise.all([
         page.waitForEvent('download'),

@@ -258,7 +258,7 @@ test('each drawing has its numbers as a table', async (t) => {
     await page.waitForSelector('.bar');
     const without = await page.$$eval('article.card', (all) =>
         all
-            .filter((card) => card.querySelector('[role=img]') && !card.querySelector('.save'))
+            .filter((card) => card.querySelector('canvas') && !card.querySelector('.save'))
             .map((card) => card.dataset.title),
     );
     assert.deepEqual(without, []);
@@ -269,4 +269,62 @@ test('each drawing has its numbers as a table', async (t) => {
     assert.match(await table.locator('tr').nth(1).textContent(), /^0\d+/);
     await page.keyboard.press('Escape');
     assert.equal(await page.locator('dialog[open]').count(), 0);
+});
+
+/** Focuses a drawing as Tab does; returns what presses keys there and tells what is read then. */
+async function keysOn(drawing) {
+    await drawing.scrollIntoViewIfNeeded();
+    await drawing.focus();
+    return async (...keys) => {
+        for (const key of keys) await drawing.press(key);
+        return drawing.getAttribute('aria-valuetext');
+    };
+}
+
+test('keys read, measure and pick in drawings what the mouse does there', async (t) => {
+    const page = await open(t, emptyPage());
+    let time = 8000;
+    const lit = many.replace(/^share\.inttime = .*$/gm, () => `share.inttime = ${time++}`);
+    await drop(page, { name: 'a.txt', content: lit });
+    await page.waitForSelector('.bar');
+    const part = (pattern) => page.waitForFunction((p) => location.hash.match(p), pattern);
+
+    // A course: readings, a measured span, the snapshot that shows.
+    const exposure = page.locator('#time [data-title="Exposure time"]');
+    const course = exposure.locator('.chart');
+    const onCourse = await keysOn(course);
+    const ring = await course.evaluate((one) => getComputedStyle(one).outlineStyle);
+    assert.equal(ring, 'solid');
+    assert.match(await onCourse('ArrowRight', 'PageDown'), /^11 s: inttime \d+$/);
+    assert.match(await exposure.locator('.where').textContent(), /^#12 /);
+    assert.match(await onCourse('End', 'ArrowLeft'), /^38 s/);
+    await onCourse('Enter');
+    await part('n=39');
+    assert.match(await onCourse('Home', 'Shift+PageDown', 'Shift+ArrowRight'), /^11 s/);
+    await part('step=1-12');
+    // Escape gives the keys back to the page; the span stays until it is pressed again.
+    await page.keyboard.press('Escape');
+    await page.keyboard.press('ArrowLeft');
+    await part('n=38');
+    await part('step=1-12');
+    // After a click arrows step as ever.
+    await course.click({ position: { x: 200, y: 60 } });
+    await page.keyboard.press('Home');
+    await part('n=1(&|$)');
+
+    // A curve: along it, with its values beside it; nothing is read any more behind it.
+    const gamma = page.locator('.card[data-title="Luminance histogram"]');
+    const onCurve = await keysOn(gamma.locator('.chart'));
+    assert.match(await onCurve('ArrowRight', 'PageDown', 'ArrowUp'), /^11: bins \d+$/);
+    assert.match(await gamma.locator('.legend').textContent(), /^11: \d+$/);
+    await page.keyboard.press('Tab');
+    assert.equal(await gamma.locator('.legend').textContent(), '');
+
+    // A map: by cells, rows and columns; one that is picked is cut there.
+    const shading = page.locator('.card[data-title="Lens shading"]');
+    const onMap = await keysOn(shading.locator('.map canvas').first());
+    assert.match(await onMap('ArrowDown', 'ArrowDown', 'ArrowRight'), /^\[2\]\[1\] \d/);
+    assert.match(await onMap('PageDown', 'End', 'ArrowRight'), /^\[12\]\[31\] \d/);
+    await onMap('ArrowUp', 'Enter');
+    assert.match(await shading.locator('.reading-line').textContent(), /^row 11:/);
 });

@@ -14,6 +14,10 @@ const KEYS = [
         '/',
         'find: words of names, titles and legends, =8000 a value, share.*gain, -stat, lut[3] as on the command line; abs=16 rel=5% for what is the same',
     ],
+    [
+        'Tab',
+        'the next drawing: there arrows, Home, End, Page ↑ and ↓ read its places, Enter does what a click does, Shift with arrows measures a part; Esc gives the keys back',
+    ],
     ['P', 'the next run, where there are several'],
     ['T', 'light or dark'],
     ['?', 'this help'],

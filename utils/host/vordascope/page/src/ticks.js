@@ -2,12 +2,19 @@
 
 const STEPS = [1, 2, 2.5, 5, 10];
 
-/** About `count` round numbers within [low, high]. */
-export function ticks(low, high, count) {
+/** Whether a list has nothing but whole numbers; null stands for none. */
+export const areWhole = (list) => list.every((value) => value === null || Number.isInteger(value));
+
+/** Whether lists have no number but 0, which makes no scale. */
+export const areZero = (lists) => lists.every((list) => list.every((value) => !value));
+
+/** About `count` round numbers within [low, high], `whole` ones where that is asked for. */
+export function ticks(low, high, count, whole = false) {
     if (!(high > low)) return Number.isFinite(low) ? [low] : [];
-    const rough = (high - low) / count;
+    const rough = Math.max((high - low) / count, whole ? 1 : 0);
     const power = 10 ** Math.floor(Math.log10(rough));
-    const step = STEPS.find((multiple) => multiple * power >= rough) * power;
+    const fits = (step) => step >= rough && (!whole || Number.isInteger(step));
+    const step = STEPS.map((multiple) => multiple * power).find(fits);
     const first = Math.ceil(low / step);
     const last = Math.floor(high / step);
     // Multiples, not sums: 0.1 + 0.2 is not a round number.

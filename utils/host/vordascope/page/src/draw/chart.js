@@ -2,19 +2,19 @@
 import uPlot from 'uplot';
 import { currentLayout } from '../canvas.js';
 import { lineDash } from '../colours.js';
+import { placeOf } from '../course.js';
+import { cursor } from '../cursor.js';
 import { colourOf, el, setText, sizeObserver, svg } from '../dom.js';
 import { hold } from '../lifetime.js';
-import { short } from '../ticks.js';
+import { areWhole, areZero, short, shortNumber } from '../ticks.js';
+import { FONT } from './axes.js';
 import { paintChart } from './paint.js';
-
-const FONT = '11px system-ui, sans-serif';
 
 const axis = (more) => ({
     stroke: () => colourOf('--muted'),
     font: FONT,
     grid: { stroke: () => colourOf('--grid'), width: 1 },
     ticks: { show: false },
-    values: (_, splits) => splits.map(short),
     ...more,
 });
 
@@ -23,8 +23,13 @@ const STEPS = Array.from({ length: 32 }, (_, i) => i - 12).flatMap((exponent) =>
     ['1', '2', '2.5', '5'].map((step) => Number(`${step}e${exponent}`)),
 );
 const WHOLE = STEPS.filter(Number.isInteger);
-const whole = (list) => list.every((value) => value === null || Number.isInteger(value));
-const stepsOf = (lists) => (lists.every(whole) ? WHOLE : STEPS);
+const stepsOf = (lists) => (lists.every(areWhole) ? WHOLE : STEPS);
+
+/** The numbers beside y; where all is 0 no other one. */
+function heights({ data }, splits) {
+    const zero = areZero(data.slice(1));
+    return splits.map((split) => (zero && split !== 0 ? '' : short(split)));
+}
 
 /** A range with some air around it; from 0 where that is near. */
 export function padded([low, high]) {
@@ -62,14 +67,39 @@ export function chart(options) {
         missing = () => [],
         xText = short,
     } = options;
-    const element = el('div', { class: 'chart', role: 'img', 'aria-label': options.label });
+    let plot = null;
+    const element = el('div', { class: 'chart', 'aria-label': options.label });
     element.style.height = `${height}px`;
+    const keys = cursor(element, {
+        /** The points that the scale shows; none before anything is. */
+        ends() {
+            if (!plot) return [0, -1];
+            const { min, max } = plot.scales.x;
+            const [places] = plot.data;
+            const first = placeOf(places, min);
+            return [first + (places[first] === min ? 0 : 1), placeOf(places, max)];
+        },
+        read(i) {
+            const left = i === null ? -10 : plot.valToPos(plot.data[0][i], 'x');
+            plot?.setCursor({ left, top: i === null ? -10 : plot.over.clientHeight / 2 });
+            return i === null ? '' : reading(i);
+        },
+        pick: onPick,
+        span: onSelect,
+    });
     element.paint = (context) =>
         plot && paintChart(context, plot, { lines, points, missing, under, xText });
-    let plot = null;
     let measuredIn = currentLayout();
     let pressedAt = 0;
     const observer = sizeObserver(fit);
+
+    /** Point i in words. */
+    function reading(i) {
+        const shown = lines.map(({ name }, line) => [name, line + 1]);
+        const known = shown.filter(([, at]) => plot.series[at].show && plot.data[at][i] !== null);
+        const values = known.map(([name, at]) => `${name} ${shortNumber(plot.data[at][i])}`);
+        return `${xText(plot.data[0][i])}: ${values.join(', ') || '–'}`;
+    }
     const end = hold(() => {
         observer.disconnect();
         plot?.destroy();
@@ -90,7 +120,12 @@ export function chart(options) {
                     values: (_, splits) => splits.map(xText),
                     incrs: (u) => stepsOf([u.data[0]]),
                 }),
-                axis({ size: 46, space: 32, incrs: (u) => stepsOf(u.data.slice(1)) }),
+                axis({
+                    size: 46,
+                    space: 32,
+                    values: heights,
+                    incrs: (u) => stepsOf(u.data.slice(1)),
+                }),
             ],
             series: [{}, ...lines.map(lineOptions)],
             cursor: {
@@ -218,6 +253,7 @@ export function chart(options) {
                 });
                 plot.setData(data);
             });
+            keys.refresh();
         },
         /** Marks points i to j as selected. */
         select(i, j) {

@@ -5,7 +5,7 @@ import { extent, flat, Moment, number } from '../model.js';
 import { samples, shownIn, steadyRange } from '../sources.js';
 import { short } from '../ticks.js';
 import { chart, legend, padded } from './chart.js';
-import { aired, plane } from './plane.js';
+import { plane } from './plane.js';
 
 /** The radius of the brightest region. */
 const BRIGHTEST = 6;
@@ -73,11 +73,9 @@ export function chromaticity([r, g, b], { beside = [] } = {}) {
         );
         const now = extentsOf(points);
         return [0, 1].map((axis) =>
-            aired(
-                steadyRange(
-                    extents.map((both) => both[axis]),
-                    [now[axis]],
-                ),
+            steadyRange(
+                extents.map((both) => both[axis]),
+                [now[axis]],
             ),
         );
     }

@@ -48,7 +48,12 @@ export function lines(curves, { stepped = false, height = 150, used = null } = {
         stepped,
         filled: stepped,
     }));
-    const before = entries.map((entry) => ({ ...entry, dashed: true, filled: false, stepped }));
+    const before = entries.map((entry) => ({
+        ...entry,
+        name: `A ${entry.name}`,
+        dashed: true,
+        filled: false,
+    }));
     const ys = curves.map(({ y }) => y);
     const names = legend(entries);
     const note = el('p', { class: 'plain' });

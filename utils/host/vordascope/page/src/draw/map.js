@@ -1,7 +1,8 @@
 // Maps: the values of a grid as colours, several grids on one scale; in a comparison also how the
 // second snapshot differs from the first.
-import { canvas, pointerAt } from '../canvas.js';
+import { canvas } from '../canvas.js';
 import { cssOf, diverging, inkOn, sequential } from '../colours.js';
+import { cursor, inGrid } from '../cursor.js';
 import { el, setText } from '../dom.js';
 import { extent } from '../model.js';
 import { differ, rangeOf, shownIn, wholeRange } from '../sources.js';
@@ -57,45 +58,67 @@ function paintTexts(context, width, height, rows, colour) {
     });
 }
 
+/** A frame around a cell that shows on every colour. */
+function paintFrame(context, x, y, width, height) {
+    for (const [colour, line] of [
+        ['#fff', 3],
+        ['#000', 1],
+    ]) {
+        context.strokeStyle = colour;
+        context.lineWidth = line;
+        context.strokeRect(x, y, width, height);
+    }
+}
+
 /**
  * One map.
  * @param {string} name its caption
  * @param {object} options `text` writes the numbers into the cells; `pick(row, column)` is called
- *     for a cell that is clicked; `tall`, height for a width
+ *     for a cell that is chosen; `tall`, height for a width
  * @returns {{element, show(rows, colour, caption)}} the rows and the colour of a value
  */
 function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
     let rows = [];
     let colour = () => [0, 0, 0];
+    let marked = null;
     const caption = el('span', { class: 'caption-name' }, name);
     const reading = el('span', { class: 'reading' });
     const view = canvas(
         (context, width, height) => {
             paintCells(context, width, height, rows, colour);
             if (text) paintTexts(context, width, height, rows, colour);
+            if (marked === null) return;
+            const [row, column] = cellOf(marked);
+            const [w, h] = [width / widthOf(rows), height / rows.length];
+            paintFrame(context, column * w, row * h, w, h);
         },
         { ratio: tall, label: name },
     );
-    const cellAt = (event) => {
-        const [x, y, width, height] = pointerAt(event);
-        const row = Math.min(Math.floor((y / height) * rows.length), rows.length - 1);
-        const columns = widthOf(rows);
-        return [row, Math.min(Math.floor((x / width) * columns), columns - 1)];
-    };
-    view.element.addEventListener('pointermove', (event) => {
-        const [row, column] = cellAt(event);
-        const value = rows[row]?.[column];
-        if (value !== undefined)
-            setText(
-                reading,
-                `[${row}][${column}] ${text || Number.isInteger(value) ? value : short(value)}`,
-            );
+    const cellOf = (place) => [Math.floor(place / widthOf(rows)), place % widthOf(rows)];
+    const cells = cursor(view.element, {
+        ends: () => [0, rows.length * widthOf(rows) - 1],
+        move: (...step) => inGrid(widthOf(rows))(...step),
+        at(x, y, width, height) {
+            const row = Math.floor((y / height) * rows.length);
+            const columns = widthOf(rows);
+            const column = Math.min(Math.floor((x / width) * columns), columns - 1);
+            return Math.min(row, rows.length - 1) * columns + column;
+        },
+        read(place, keys) {
+            if (keys) {
+                marked = place;
+                view.repaint();
+            }
+            if (place === null) return setText(reading, '');
+            const [row, column] = cellOf(place);
+            const value = rows[row]?.[column];
+            const whole = text || Number.isInteger(value);
+            if (value !== undefined)
+                setText(reading, `[${row}][${column}] ${whole ? value : short(value)}`);
+            return reading.textContent;
+        },
+        pick: pick && ((place) => pick(...cellOf(place))),
     });
-    view.element.addEventListener('pointerleave', () => setText(reading, ''));
-    if (pick) {
-        view.element.classList.add('pick');
-        view.element.addEventListener('click', (event) => pick(...cellAt(event)));
-    }
     return {
         element: el(
             'figure',
@@ -109,6 +132,7 @@ function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
             colour = newColour;
             view.element.setAttribute('aria-label', label);
             view.repaint();
+            cells.refresh();
         },
     };
 }

@@ -2,34 +2,9 @@
 import { lineDash } from '../colours.js';
 import { placeOf } from '../course.js';
 import { colourOf } from '../dom.js';
-import { short, ticks } from '../ticks.js';
+import { areWhole, areZero } from '../ticks.js';
+import { paintAxes } from './axes.js';
 import { shown } from './pale.js';
-
-const FONT = '11px system-ui, sans-serif';
-
-/** The grid with its numbers; `toX` and `toY` give the places of values in the box. */
-function paintAxes(context, { left, top, width, height }, { x, y }, toX, toY, xText) {
-    context.font = FONT;
-    context.strokeStyle = colourOf('--grid');
-    context.fillStyle = colourOf('--muted');
-    context.lineWidth = 1;
-    context.beginPath();
-    context.textAlign = 'center';
-    context.textBaseline = 'top';
-    for (const tick of ticks(x.min, x.max, width / 60)) {
-        context.moveTo(toX(tick), top);
-        context.lineTo(toX(tick), top + height);
-        context.fillText(xText(tick), toX(tick), top + height + 5);
-    }
-    context.textAlign = 'right';
-    context.textBaseline = 'middle';
-    for (const tick of ticks(y.min, y.max, height / 32)) {
-        context.moveTo(left, toY(tick));
-        context.lineTo(left + width, toY(tick));
-        context.fillText(short(tick), left - 5, toY(tick));
-    }
-    context.stroke();
-}
 
 /** The points of a line in pieces, [x, y] each: it breaks where there is no number. */
 function piecesOf(axis, values, [from, to], columns, breaks) {
@@ -57,7 +32,10 @@ export function paintChart(context, plot, { lines, points, missing, under, xText
     const box = { left, top, width, height };
     const toX = (value) => left + plot.valToPos(value, 'x');
     const toY = (value) => top + plot.valToPos(value, 'y');
-    paintAxes(context, box, scales, toX, toY, xText);
+    const [places, ...values] = data;
+    const x = { ...scales.x, toPlace: toX, text: xText, whole: areWhole(places) };
+    const only = areZero(values) ? 0 : null;
+    paintAxes(context, box, x, { ...scales.y, toPlace: toY, whole: values.every(areWhole), only });
     context.save();
     context.beginPath();
     context.rect(left, top, width, height);

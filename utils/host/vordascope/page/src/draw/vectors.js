@@ -1,18 +1,23 @@
 // Motion vectors in a plane.
 import { extent, Moment } from '../model.js';
 import { samples, shownIn } from '../sources.js';
-import { aired, plane } from './plane.js';
+import { plane } from './plane.js';
 
 /** The histogram of motion vectors: a disc a bin, its area the count. */
 export function vectors([bins]) {
-    const picture = plane({ xName: 'mv_x →', yName: 'mv_y ↑', label: 'motion vectors' });
+    const picture = plane({
+        xName: 'mv_x →',
+        yName: 'mv_y ↑',
+        label: 'motion vectors',
+        whole: true,
+    });
     const varies = bins.varies;
     let ranges = null;
     let most = 1;
 
     function fix(run) {
         const rows = samples(varies ? run.length : 1).flatMap((n) => bins.rows(new Moment(run, n)));
-        ranges = [0, 1].map((axis) => aired(extent(rows.map((row) => row[axis]))));
+        ranges = [0, 1].map((axis) => extent(rows.map((row) => row[axis])));
         most = Math.max(1, extent(rows.map((row) => row[2]))[1]);
     }
 
