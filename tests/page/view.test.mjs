@@ -634,7 +634,7 @@ test('light and dark follow the system until one is chosen', async (t) => {
 test('every control has a name, and the keyboard reaches it', async (t) => {
     const page = await show(t, { 'series.txt': many() });
     const nameless = await page.$$eval(
-        'button, input, select, summary, [role=img], canvas:not([role=img] *)',
+        'button, input, select, summary, [role=img], [role=slider], canvas:not([role] *)',
         (all) =>
             all
                 .filter((one) => !(one.getAttribute('aria-label') || one.textContent.trim()))
