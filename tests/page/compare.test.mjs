@@ -102,3 +102,65 @@ test('figures, tables, curves and maps show A, B and how they differ', async (t)
         'average [1][1] 60',
     );
 });
+
+/** The shading tables of two sensors, of which the second one's falls off by 5 in a corner. */
+const sensors = [0, 1]
+    .flatMap((sensor) => [
+        `LSC${sensor}:`,
+        'table.enable = 1',
+        'curve.enable = 0',
+        ...['ee', 'eo', 'oe', 'oo'].flatMap((name, i) => [
+            `table.coeff.${name} :`,
+            ...[0, 1, 2].map((y) => ` ${100 + i}, ${100 + i}, ${100 + i + (y ? 0 : 5 * sensor)},`),
+        ]),
+    ])
+    .join('\n');
+
+test('the two sensors of a snapshot are held against each other', async (t) => {
+    const page = await open(t, emptyPage());
+    const text = `dev_idx = 0, path_idx = 0\n=== cfg.cal ===\n${sensors}\nshare.inttime = 1\n`;
+    await drop(page, { name: 'a.txt', content: text });
+    const choice = page.getByRole('button', { name: 'Sensor 0 as A, sensor 1 as B' });
+    await choice.click();
+    const card = page.locator('.card:visible[data-title^="Lens shading"]');
+    await page.waitForSelector('#differences:not([hidden])');
+    assert.equal(await card.count(), 1);
+    assert.match(await page.locator('#differences .summary').innerText(), /^4 of 6 fields differ/);
+    assert.equal(await page.locator('.differences tr').count(), 4);
+    assert.equal(await page.locator('.reference-line').isVisible(), false);
+    const figures = () =>
+        card
+            .locator('.figures-table tr')
+            .evaluateAll((rows) => rows.map((row) => [...row.cells].map((c) => c.textContent)))
+            .then((rows) => rows.filter(([name]) => /ee|B − A/.test(name)).slice(0, 3))
+            .then((rows) => rows.map((row) => [row[0], row[3]]));
+    assert.deepEqual(await figures(), [
+        ['A ee', '100'],
+        ['B ee', '105'],
+        ['B − A', '5'],
+    ]);
+    const corner = async (i) => {
+        const map = card.locator('.map:visible').nth(i);
+        const box = await map.locator('canvas').boundingBox();
+        await map.locator('canvas').hover({ position: { x: box.width * 0.9, y: 4 } });
+        return (await map.locator('figcaption').innerText()).replace(/\s+/g, ' ');
+    };
+    const maps = ['B ee [0][2] 105', 'A ee [0][2] 100', 'B − A [0][2] 5', 'B ÷ A [0][2] 1.05'];
+    for (const [i, said] of maps.entries()) assert.equal(await corner(i), said);
+
+    // Exchanged, and so by its link; then no more.
+    await page.keyboard.press('x');
+    await page.waitForFunction(() => location.hash === '#sensors=1-0');
+    assert.deepEqual((await figures()).at(-1), ['B − A', '-5']);
+    assert.equal(await page.getByRole('button', { name: 'Sensor 1 as A' }).isVisible(), true);
+    await page.keyboard.press('c');
+    await page.waitForSelector('#differences', { state: 'hidden' });
+    assert.equal(await card.count(), 2);
+    await page.evaluate(() => window.location.replace('#sensors=0-1'));
+    await page.waitForSelector('#differences:not([hidden])');
+    // Without a second sensor there is nothing to choose.
+    const one = await open(t, emptyPage());
+    await drop(one, { name: 'a.txt', content: text.replace(/LSC1:.*?(?=\nshare)/s, '') });
+    await one.waitForSelector('.bar');
+    assert.equal(await one.getByRole('button', { name: /^Sensor/ }).count(), 0);
+});

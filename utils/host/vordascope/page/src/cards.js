@@ -85,7 +85,8 @@ class Card {
     update(view, changed) {
         const { now, before } = view;
         const compared = differ(view, this.all);
-        const referred = changed.has('a') || changed.has('against');
+        const sided = before && before.sensor !== now.sensor;
+        const referred = ['a', 'against', 'sensors'].some((key) => changed.has(key));
         const stepped =
             (changed.has('n') && this.varies) || (referred && (compared || this.#compared));
         const told = changed.has('query') && compared;
@@ -96,7 +97,10 @@ class Card {
             : this.all.some((field) => view.find.varies(field));
         this.changed.hidden = !before || !differs;
         const { title, fields } = this.entry;
-        this.element.hidden = (view.only && !differs) || !view.find.titled(title, fields, now);
+        // Of two sensors one card shows both.
+        const other = sided && fields[0].paired && fields[0].sensor !== now.sensor;
+        this.element.hidden =
+            other || (view.only && !differs) || !view.find.titled(title, fields, now);
         this.view = view;
         if (this.#visible) this.draw();
     }

@@ -13,9 +13,15 @@ export function difference(a, b) {
     return `only in ${a === null ? 'B' : 'A'}${what}`;
 }
 
+/** The fields of the sensor of a moment that another one has too. */
+export const ofSensor = ({ run, sensor }) =>
+    run.fields.filter((field) => field.paired && field.sensor === sensor);
+
 /** The fields that `find` tells apart in two moments: those of the first in their order, then the others. */
 export function differing(before, now, find) {
     const within = before.run === now.run;
+    if (before.sensor !== now.sensor)
+        return ofSensor(now).filter((field) => find.differs(field, before, now));
     const fields = within ? now.run.fields : before.run.fields;
     const others = within ? [] : now.run.fields.filter(({ name }) => !before.run.field(name));
     return [...fields, ...others].filter(

@@ -1,10 +1,11 @@
 // What differs between the two compared snapshots, field by field.
-import { difference, differing } from './compare.js';
+import { difference, differing, ofSensor } from './compare.js';
 import { placeOf } from './course.js';
 import { el, setText } from './dom.js';
 import { hold } from './lifetime.js';
 import { grouped, placeText } from './model.js';
 import { everyText } from './tools.js';
+import { shownAnew } from './view.js';
 
 /** What changed so shortly before, after a rest of as long, has just moved. */
 const JUST = { seconds: 2, snapshots: 50 };
@@ -56,7 +57,9 @@ function paragraphs(fields, before, now) {
 
 /** How many fields there are in either run. */
 const fieldsOf = (before, now) =>
-    new Set([before, now].flatMap(({ run }) => run.fields.map(({ name }) => name))).size;
+    before.sensor === now.sensor
+        ? new Set([before, now].flatMap(({ run }) => run.fields.map(({ name }) => name))).size
+        : ofSensor(now).length;
 
 /**
  * Fields in three lists: what has just moved, what rests, what moves all the time. Of a run that is
@@ -125,10 +128,12 @@ export function differencesSection() {
         update(latest, changed) {
             view = latest;
             const { now, before } = view;
-            hidden = !before || (before.run === now.run && before.n === now.n);
+            hidden =
+                !before ||
+                (before.run === now.run && before.n === now.n && before.sensor === now.sensor);
             if (view.live && changed.size === 1 && changed.has('n'))
                 due ??= setTimeout(draw, PAUSE);
-            else if (['n', 'a', 'against', 'query'].some((key) => changed.has(key))) draw();
+            else if (shownAnew(changed) || changed.has('query')) draw();
         },
         empty: () => hidden,
     };

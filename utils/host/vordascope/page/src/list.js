@@ -4,6 +4,7 @@ import { el, setText } from './dom.js';
 import { patch, spark } from './draw/spark.js';
 import { flat, grouped, number, placeText, printed } from './model.js';
 import { differ } from './sources.js';
+import { shownAnew } from './view.js';
 
 /** As many fields open by themselves when they are found; more are a list to choose from. */
 const MANY = 250;
@@ -124,7 +125,7 @@ class Item {
 
     update(view, changed) {
         this.view = view;
-        this.#stale ||= ['n', 'a', 'against', 'theme'].some((key) => changed.has(key));
+        this.#stale ||= shownAnew(changed) || changed.has('theme');
         this.#sought ||= changed.has('query');
         const { now, before, only, find } = view;
         const differs = (field) => (before ? find.differs(field, before, now) : find.varies(field));

@@ -109,6 +109,11 @@ class Field {
         /** From one picture of a thinned list or grid to the next, in snapshots. */
         this.step = step ?? 1;
         this.label = block ? `${block} / ${key}` : key;
+        const [, kin, sensor] = /^([A-Z]+)(\d)(?= \/ |$)/.exec(block) ?? [];
+        /** Where the blocks of several sensors are printed, "LSC0" and "LSC1", its own; else null. */
+        this.sensor = sensor ? Number(sensor) : null;
+        /** What the fields of all sensors that stand for the same have in common. */
+        this.kin = sensor ? [item, block.replace(kin + sensor, kin), key].join('\n') : null;
         /** The name by which vordascope's command line knows it. */
         this.name = [item, block, key].filter(Boolean).join('.');
         const first = this.at(form?.find(([, shape]) => shape)?.[0] ?? 0);
@@ -121,6 +126,11 @@ class Field {
         /** The columns of its rows; 0 for a list, -1 for a scalar. And how many values it has. */
         this.columns = !Array.isArray(first) ? -1 : Array.isArray(first[0]) ? first[0].length : 0;
         this.count = flat(first).length;
+    }
+
+    /** Whether another sensor has the same. */
+    get paired() {
+        return this.sensor !== null && this.run.kinOf(this).length > 1;
     }
 
     /** Its value in snapshot n; null where the snapshot does not have it. */
@@ -265,6 +275,7 @@ const sinceFirst = (times) => times.map((time) => Math.round((time - times[0]) *
 /** The snapshots of one path that one capture recorded, in order. */
 export class Run {
     #byName = new Map();
+    #kin = null;
     #numbers;
     #times;
 
@@ -366,6 +377,21 @@ export class Run {
         return this.#byName.get(name);
     }
 
+    /** The fields of all sensors that stand for the same as one of a sensor. */
+    kinOf({ kin }) {
+        if (this.#kin?.count !== this.fields.length) {
+            const own = this.fields.filter(({ sensor }) => sensor !== null);
+            this.#kin = { count: this.fields.length, groups: grouped(own, (one) => one.kin) };
+        }
+        return this.#kin.groups.get(kin) ?? [];
+    }
+
+    /** The numbers of the sensors of which one can be held against another. */
+    get sensors() {
+        const paired = this.fields.filter((field) => field.paired);
+        return [...new Set(paired.map(({ sensor }) => sensor))].sort();
+    }
+
     /** What a label says; '' where it is not given. */
     label(key) {
         return this.labels.find(([name]) => name === key)?.[1] ?? '';
@@ -383,15 +409,21 @@ export class Run {
     }
 }
 
-/** A snapshot of a run, by which the fields of any run find their value. */
+/**
+ * A snapshot of a run, by which the fields of any run find their value; those of any sensor that of
+ * one sensor, where that is chosen.
+ */
 export class Moment {
-    constructor(run, n) {
+    constructor(run, n, sensor = null) {
         this.run = run;
         this.n = n;
+        this.sensor = sensor;
     }
 
     #own(field) {
-        return field.run === this.run ? field : this.run.field(field.name);
+        const own = field.run === this.run ? field : this.run.field(field.name);
+        if (this.sensor === null || !own?.paired) return own;
+        return this.run.kinOf(own).find(({ sensor }) => sensor === this.sensor);
     }
 
     /** The value of a field; null where the snapshot does not have it. */

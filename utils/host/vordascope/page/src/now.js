@@ -5,6 +5,7 @@ import { spark } from './draw/spark.js';
 import { FIGURES } from './known.js';
 import { printed } from './model.js';
 import { invalidText, validityOf } from './valid.js';
+import { shownAnew } from './view.js';
 
 function figure(title, field) {
     const before = el('span', { class: 'before' });
@@ -54,7 +55,7 @@ export function nowSection(run) {
             figures.map(({ element }) => element),
         ),
         update(view, changed) {
-            if (!['n', 'a', 'against', 'query'].some((key) => changed.has(key))) return;
+            if (!shownAnew(changed) && !changed.has('query')) return;
             for (const shown of figures) shown.update(view);
         },
         grow() {

@@ -80,6 +80,12 @@ const failure = (error) =>
         `This section could not be drawn (${error.message}).`,
     );
 
+/** What a view compares, null where nothing, and what it shows. */
+function momentsOf({ run, n, against, a, sensors }, all) {
+    if (sensors) return sensors.map((sensor) => new Moment(all[run], n, sensor));
+    return [a === null ? null : new Moment(all[against], a), new Moment(all[run], n)];
+}
+
 /** Stands in the place of a section that could not be built; the others stand. */
 const failedSection = (id, title, error) => ({
     id,
@@ -98,6 +104,9 @@ function updateSection(section, view, changed) {
         section.element.replaceChildren(failure(error));
     }
 }
+
+/** Of a view: nothing is compared. */
+const ALONE = { a: null, against: null, sensors: null };
 
 /** What buttons and keys do; see listenToKeys() and toolbar(). */
 function actionsOn(store, all, { play, theme, help, open, find, remove, time }) {
@@ -119,23 +128,29 @@ function actionsOn(store, all, { play, theme, help, open, find, remove, time }) 
         play: play.toggle,
         player: play,
         compare() {
-            const { run, n, a } = store.view;
-            if (a !== null) set({ a: null, against: null });
+            const { run, n, a, sensors } = store.view;
+            if (a !== null || sensors) set(ALONE);
             // Of two, the other one.
             else if (last() > 0 || all.length > 1)
                 set({ a: last() === 1 ? 1 - n : n, against: run });
         },
         swap() {
-            const { run, n, against, a } = store.view;
+            const { run, n, against, a, sensors } = store.view;
+            if (sensors) set({ sensors: sensors.toReversed() });
             const other = against !== run && { step: null, zoom: null };
             if (a !== null) set({ run: against, n: a, against: run, a: n, ...other });
+        },
+        /** Holds two sensors of a snapshot against each other. */
+        sensors: () => {
+            const { sensors, run } = store.view;
+            set({ ...ALONE, sensors: sensors ? null : all[run].sensors.slice(0, 2) });
         },
         only: () => set({ only: !store.view.only }),
         query: (query) => set({ query }),
         /** Shows a run, at its end or where it has been. */
         show: (run) => set({ run, n: all[run].length - 1, step: null, zoom: null }),
         /** Holds what shows against a snapshot of a run. */
-        hold: (against) => set({ against, a: all[against].length - 1 }),
+        hold: (against) => set({ against, a: all[against].length - 1, sensors: null }),
         nextRun() {
             const run = (store.view.run + 1) % all.length;
             if (run !== store.view.run) this.show(run);
@@ -149,7 +164,7 @@ function actionsOn(store, all, { play, theme, help, open, find, remove, time }) 
             if (help.open) return;
             if (store.view.query) set({ query: '' });
             else if (store.view.step) set({ step: null });
-            else if (store.view.a !== null) set({ a: null, against: null });
+            else set(ALONE);
             document.activeElement?.blur?.();
         },
     };
@@ -193,13 +208,12 @@ function showRun(root, runs, options) {
 
     function update(view, changed) {
         if (all[view.run] !== run) return onRun(view);
-        const before = view.a === null ? null : new Moment(all[view.against], view.a);
-        const now = new Moment(run, view.n);
+        const [before, now] = momentsOf(view, all);
         if (changed.has('query')) find = finder(view.query);
         const shown = { ...view, now, before, find, live: Boolean(live) };
         bar.update(shown);
         for (const section of sections) updateSection(section, shown, changed);
-        if (['a', 'only', 'query'].some((key) => changed.has(key)))
+        if (['a', 'sensors', 'only', 'query'].some((key) => changed.has(key)))
             bar.sections(sections.filter(({ place }) => !place.hidden));
         address.follow(view);
     }

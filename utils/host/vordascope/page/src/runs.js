@@ -124,6 +124,10 @@ export function continuedView({ view, run, against, count }, all, usual) {
     };
 }
 
+/** Whether a run has what two different sensors have both. */
+const paired = (run, sensors) =>
+    new Set(sensors).size === 2 && sensors.every((sensor) => run?.sensors.includes(sensor));
+
 /** A view with everything within the bounds of the runs. */
 export function boundedView(view, all) {
     const run = Math.min(view.run, Math.max(all.length - 1, 0));
@@ -137,6 +141,7 @@ export function boundedView(view, all) {
         n: Math.min(view.n, last),
         against: compared ? (view.against ?? run) : null,
         a: compared ? view.a : null,
+        sensors: !compared && paired(all[run], view.sensors) ? view.sensors : null,
         step: view.step?.every((n) => n <= last) ? view.step : null,
     };
 }

@@ -13,6 +13,7 @@ export class Source {
         this.name = name;
         this.fields = fields;
         this.varies = fields.some((field) => field.varies);
+        this.paired = fields.some((field) => field.paired);
     }
 
     /** All its numbers at a moment in one list; NaN for what is no number. */
@@ -90,7 +91,9 @@ export const shownIn = ({ now, before }) => (before ? [before, now] : [now]);
 
 /** Whether a reference shows beside these sources: they have other values there, or may have. */
 export const differ = ({ now, before }, sources) =>
-    before !== null && (before.run !== now.run || sources.some((source) => source.varies));
+    before !== null &&
+    (before.run !== now.run ||
+        sources.some((source) => source[before.sensor === now.sensor ? 'varies' : 'paired']));
 
 const hits = (pattern, text) =>
     pattern instanceof RegExp ? pattern.exec(text) : pattern === text && [text];

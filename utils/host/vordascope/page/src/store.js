@@ -5,6 +5,7 @@
  * The view, whose parts are those of view.js:
  *     run, n       the snapshot that shows (B): its run's place in the list, and which one of it
  *     against, a   the same of the snapshot that it is compared with (A); null: none
+ *     sensors      [a, b], two sensors of the snapshot that are compared instead, or null
  *     only         whether only what changed shows
  *     query        what is looked for
  *     step         [i, j], the measured selection of the time charts, or null

@@ -127,6 +127,20 @@ function runsLine(all, actions) {
     };
 }
 
+/** The sensors of a snapshot, one to be held against the other; null where that is not. */
+function sensorsLine({ sensors }, actions) {
+    if (sensors.length < 2) return null;
+    const pair = button('', 'the sensors of this snapshot, one against the other', actions.sensors);
+    return {
+        element: el('div', { class: 'runs' }, pair),
+        update(view) {
+            const [a, b] = view.sensors ?? sensors;
+            pair.setAttribute('aria-pressed', String(Boolean(view.sensors)));
+            setText(pair, `Sensor ${a} as A, sensor ${b} as B`);
+        },
+    };
+}
+
 /** A slider over the snapshots of a run: `key` is the part of the view that it moves. */
 function slider(store, key, label) {
     const input = el('input', {
@@ -214,8 +228,9 @@ function snapshotLines(all, run, store, actions) {
         update({ now: shown, before }) {
             const text = nameOf(shown, before ? '' : ` of ${run.length}`);
             now.show(shown, before ? `B ${text}` : text);
-            referenceLine.hidden = !before;
-            if (before) reference.show(before, nameOf(before, ''));
+            const held = before && before.sensor === shown.sensor;
+            referenceLine.hidden = !held;
+            if (held) reference.show(before, nameOf(before, ''));
             setText(compare, before ? 'End comparison' : 'Compare');
         },
     };
@@ -230,9 +245,10 @@ function snapshotLines(all, run, store, actions) {
 export function toolbar(runs, run, store, actions) {
     const title = titleLine(runs, run, actions);
     const strip = runsLine(runs.all, actions);
+    const sensors = sensorsLine(run, actions);
     const snapshots = snapshotLines(runs.all, run, store, actions);
     const nav = el('nav', { 'aria-label': 'sections' });
-    const parts = [title.element, strip?.element, snapshots?.element, nav];
+    const parts = [title.element, strip?.element, sensors?.element, snapshots?.element, nav];
     return {
         element: el('header', { class: 'bar' }, parts),
         search: title.search,
@@ -241,6 +257,7 @@ export function toolbar(runs, run, store, actions) {
             title.update(view);
             title.only.setAttribute('aria-pressed', String(view.only));
             strip?.update(view);
+            sensors?.update(view);
             snapshots?.update(view);
         },
         /** Names the sections that show: [{title, place}]. */

@@ -27,6 +27,7 @@ const PARTS = {
     n: { usual: 0, as: 'n', write: (n) => n + 1, read: count },
     against: { usual: null },
     a: { usual: null, as: 'a', write: (a, { against }) => (a === null ? 'none' : `${against + 1}.${a + 1}`), read: reference },
+    sensors: { usual: null, as: 'sensors', write: (pair) => pair.join('-'), read: (text) => (/^\d-\d$/.test(text) ? text.split('-').map(Number) : undefined) },
     only: { usual: false, goesOn: true, as: 'only', write: () => 'changed', read: (text) => text === 'changed' || undefined },
     query: { usual: '', goesOn: true, as: 'find', write: String, read: String },
     step: { usual: null, as: 'step', write: (step) => step.map((n) => n + 1).join('-'), read: (text) => ordered(counts(text)) },
@@ -41,6 +42,10 @@ const entries = Object.entries(PARTS);
 
 /** What shows when nothing was chosen, of any runs. */
 export const USUAL = Object.fromEntries(entries.map(([key, { usual }]) => [key, usual]));
+
+/** Whether another moment shows, or is compared, than before: of what changed in a view. */
+export const shownAnew = (changed) =>
+    ['n', 'a', 'against', 'sensors'].some((key) => changed.has(key));
 
 /** The parts of a view that go on when runs come or go. */
 export const goingOn = (view) =>
