@@ -62,27 +62,38 @@ export function exchange(address, bytes) {
     });
 }
 
-/** The events of a page, as they come: next() resolves to { name, data }, and leave() ends them. */
+async function* events(stream) {
+    let pieces = [];
+    let last = '';
+    for await (const piece of stream) {
+        pieces.push(piece);
+        const ends = (last + piece).includes('\n\n');
+        last = piece.at(-1);
+        if (!ends) continue; // a state comes in hundreds of pieces, which are not joined for each
+        const texts = pieces.join('').split('\n\n');
+        pieces = [texts.pop()];
+        for (const text of texts) {
+            const found = /^event: (\w+)\ndata: (.*)$/.exec(text);
+            if (found) yield { name: found[1], data: JSON.parse(found[2]) };
+        }
+    }
+}
+
+/**
+ * The events of a page, as they come: next() resolves to { name, data }, and leave() ends them.
+ * Nothing more than a piece is read from the connection before next() is called.
+ */
 export async function follow(address) {
     const leaving = new AbortController();
     const reply = await fetch(new URL('events', address), { signal: leaving.signal });
-    const reader = reply.body.pipeThrough(new TextDecoderStream()).getReader();
-    let text = '';
+    // Taken at once: a body that nobody holds is cancelled when its reply is collected.
+    const coming = events(reply.body.pipeThrough(new TextDecoderStream()));
     return {
         leave: () => leaving.abort(),
         async next() {
-            for (;;) {
-                const end = text.indexOf('\n\n');
-                if (end >= 0) {
-                    const found = /^event: (\w+)\ndata: (.*)$/.exec(text.slice(0, end));
-                    text = text.slice(end + 2);
-                    if (found) return { name: found[1], data: JSON.parse(found[2]) };
-                    continue;
-                }
-                const { value, done } = await reader.read();
-                if (done) throw new Error('the events have ended');
-                text += value;
-            }
+            const { value, done } = await coming.next();
+            if (done) throw new Error('the events have ended');
+            return value;
         },
     };
 }
