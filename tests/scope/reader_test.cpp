@@ -208,7 +208,7 @@ TEST(Reader, SnapshotsBeginAndEnd)
             {INDEX + "share.a = 1\n; end\ntime = 13.5\n" + INDEX + "share.a = 2\n; end\n\nmore\n",
              "share.a = 1\n-- 0 1\ntime 13.5\nshare.a = 2\n-- 0 0\n"},
             {INDEX + "share.a = 1\n; end\nmore\n" + INDEX + "share.a = 2\n; end\nb = 3\n# ",
-             "share.a = 1\n-- 0 1\nshare.a = 2\n? 4: outside of any snapshot\n"
+             "share.a = 1\n-- 0 1\nshare.a = 2\n"
              "-- 0 0\n? 8: outside of any snapshot\n? 9: " +
                  CUT},
             {"user@host:~$ vorda\n" + INDEX + "share.m:\n1, 2\n3, 4\nuser@host:~$ ",
@@ -340,7 +340,7 @@ TEST(Reader, AddedSnapshotsComeOutWhole)
                  "-- 0 1\ntime 5\nframe 3\nmark m\nstat.x.a = 9\nstat.y.g = 7\nintl.nr.c = 3\n"
                  "share.d = 4\nshare.l.l.e = 5\nvinfo.f = 6\n"},
             // Lines keep their numbers, wherever they come from.
-            {"oops\n" + head(2, 1) + "[NR]\n$\n" + end + head(3, 2) + "[LSC]\n%\n" + end,
+            {"1, 2\n" + head(2, 1) + "[NR]\n$\n" + end + head(3, 2) + "[LSC]\n%\n" + end,
              first +
                  "-- 0 1\nframe 2\nstat.x.a = 1\nstat.x.Two.b = 2\nshare.d = 4\nshare.l.l.e = 5\n"
                  "vinfo.f = 6\n? 14: outside of any snapshot\n? 19: neither a key nor a row\n"
@@ -374,6 +374,72 @@ TEST(Reader, AddedSnapshotsComeOutWhole)
           "=== stat.x ===\n@ 1x\na = 1\n", "=== stat.z ===\n@ 1\na = 1\n"})
         expect_rows(whole + head(2, 1), {{runs + end, first + "? 15: left out: it does not fit the "
                                                               "snapshot that it is added to\n"}});
+}
+
+std::string printed(const DipPathCtx &ctx, const std::string &entry);
+
+// Prompts and mails around captures are left out; nothing that vorda has printed is, in whatever
+// state.
+TEST(Reader, LeavesOutWhatStandsAroundCaptures)
+{
+    const std::string text =
+        INDEX + "=== stat.x ===\nm:\n1, 2, \n3, 4, \nshare.l = 5, 6, 7, \nshare.a = 8\n";
+    const std::string fields = "stat.x.m = [[1,2],[3,4]]\nshare.l = [5,6,7]\nshare.a = 8\n";
+    const std::pair<const char *, uint64_t> around[] = {
+        {"root@cam:~# ", 1},
+        {"root@cam:~# logout\nConnection to 10.0.0.1 closed.\n", 2},
+        {"/ # exit\n", 1},
+        {"[root@cam ~]# uptime\n 21:42:52 up  3:24,  load average: 0.34, 0.39, 1.08\n", 2},
+        {"logout\n", 1},
+        {"\nBest regards\nJohn", 2},
+        {"Best regards,\n\nJohn\n", 2},
+        {"\r\n-- \r\nJohn\r\nPhone: 12345\r\n12, Some Street\r\n", 4},
+        {"\nOn Monday, 2 March, Jane wrote:\n> share.a = 5\n>\n> Jane\n", 4},
+        {"\n________\nFrom: Jane\nSubject: captures\n\nHi John,\nthere they are\n", 5},
+    };
+    for (const auto &[mail, lines] : around) {
+        for (const std::string &end : {""s, "; end\n"s}) {
+            const std::string first = text + end + mail;
+            EXPECT_EQ(read_all(first), fields) << mail;
+            const bool ended = first.ends_with('\n');
+            const std::string two = first + (ended ? "" : "\n") + text + end + mail;
+            EXPECT_EQ(read_all(two), fields + "-- 0 1\n" + fields + (end.empty() ? "" : "-- 0 0\n"))
+                << mail;
+            Reader both{std::string_view(two)};
+            while (both.next() != nullptr)
+                ;
+            ASSERT_EQ(both.notices().size(), 1U) << mail;
+            EXPECT_TRUE(both.notices()[0].starts_with("lines around the captures were left out (" +
+                                                      std::to_string(2 * lines) + ")"))
+                << both.notices()[0];
+        }
+    }
+
+    const auto ctx = std::make_unique<DipPathCtx>();
+    fill_frame(ctx.get(), 0, 3);
+    size_t texts = 0;
+    const auto expect_none_left_out = [&texts](const std::string &damaged) {
+        Reader reader{std::string_view(damaged)};
+        while (const Snapshot *snapshot = reader.next())
+            ASSERT_EQ(snapshot->left_out, 0U) << damaged;
+        texts++;
+    };
+    for (const char *entry : {"share", "vinfo", "stat.awb", "stat.mv", "stat.ae", "intl.lsc",
+                              "intl.nr", "cfg.csm", "cfg.te", "cfg.cal"}) {
+        const std::string whole = printed(*ctx, entry);
+        const size_t begin = whole.size() - std::min(whole.size() - INDEX.size(), size_t{200});
+        for (size_t at = begin; at < whole.size(); at++) {
+            expect_none_left_out(whole.substr(0, at));
+            expect_none_left_out(whole.substr(0, at) + "\n");
+            expect_none_left_out(whole.substr(0, at) + whole.substr(at + 1));
+            std::string other = whole;
+            for (const char c : {'$', '\x81', ' ', '.', '1', '\n'}) {
+                other[at] = c;
+                expect_none_left_out(other);
+            }
+        }
+    }
+    EXPECT_GT(texts, 10000U);
 }
 
 // A recording as the recorder makes it of these texts, all but the first added.
@@ -663,7 +729,7 @@ TEST(Reader, UndoesWrapsWhereThereIsNoDoubt)
 
     EXPECT_EQ(read_all(head + broken), read);
     // Lines keep their numbers.
-    EXPECT_EQ(read_all(head + broken + "$\n"), read + "? 7: neither a key nor a row\n");
+    EXPECT_EQ(read_all(head + broken + "$x\n"), read + "? 7: neither a key nor a row\n");
     // One line alone may be an accident.
     EXPECT_EQ(read_all(head + broken.substr(0, 64)), "cfg.x.a = damaged\n? 4: " + DAMAGED);
     // Rows that are as long are whole ones, halves, or two; others can be but parts.

@@ -1,6 +1,7 @@
 // Index lines, head lines, ends.
 #include "frames.h"
 
+#include "around.h"
 #include "sections.h"
 
 #include <algorithm>
@@ -178,7 +179,6 @@ bool Frames::next(Head &head)
     head.at = gone_ + (begun_ ? own_head_.at : begin_.at);
     head.indexed = begun_;
     head.timed = head.cut = false;
-    head.last = ended_ && end == size_ && !ended_by_line_;
     head.named = begun_ && !unnamed_;
     head.dev_idx = head.path_idx = 0;
     head.intact = false;
@@ -195,8 +195,11 @@ bool Frames::next(Head &head)
         read_outside(head, begin_, own_head_.at);
         read_head(head);
         const size_t body_end = ended_by_line_ ? end_line_ : left_head(end) ? head_.at : end;
-        head.body.push_back({{text_ + body_.at, body_end - body_.at}, body_.line});
-        tell_of_end(head, body_end);
+        std::string_view body(text_ + body_.at, body_end - body_.at);
+        if (!ended_by_line_)
+            body = body.substr(0, leave_out_mail(head, body));
+        head.body.push_back({body, body_.line});
+        tell_of_end(head, body_.at + body.size());
         if (!ended_by_line_)
             read_outside(head, {body_end, head_.line}, end);
     } else {
@@ -356,26 +359,42 @@ void Frames::read_head(Head &head)
     });
 }
 
-// Tells of text that belongs to no snapshot. Before the first one and behind the last one it is left
-// out when none of it can be what has become of a snapshot.
+// Leaves out the prompt or the mail behind a body. Returns where it begins.
+size_t Frames::leave_out_mail(Head &head, std::string_view body)
+{
+    const size_t mail = find_mail(body);
+    for_each_line(body.substr(mail), 0, [&head](std::string_view line, uint64_t, bool) {
+        if (!all_of(line, BLANK))
+            head.leave_out(line);
+    });
+    return mail;
+}
+
+// Tells of text that belongs to no snapshot. It is left out when none of it can be what has become
+// of one.
 void Frames::read_outside(Head &head, Mark begin, size_t end) const
 {
     const std::string_view lines(text_ + begin.at, end - begin.at);
     const bool last = ended_ && end == size_;
-    bool around = begun_ ? begin.line == 1 : last && named_;
-    for_each_line(lines, begin.line, [&around](std::string_view line, uint64_t, bool) {
-        around = around && !is_head_line(line) && !is_of_vorda(line);
+    const std::string_view before_mail = lines.substr(0, find_mail(lines));
+    const bool mail =
+        before_mail.find_first_not_of(" \t\r\n") == std::string_view::npos && !lines.empty();
+    bool around = begun_ || (last && named_);
+    for_each_line(lines, begin.line, [&](std::string_view line, uint64_t, bool ends) {
+        around = around && !(ends && is_head_line(line)) && (mail || !may_be_of_vorda(line));
     });
+    const uint64_t left_out = head.left_out;
     for_each_line(lines, begin.line, [&](std::string_view line, uint64_t number, bool ends) {
-        if (!ends && last && !(around && is_prompt(line))) {
+        const bool whole = ends || !last || head.left_out != left_out || is_prompt(line);
+        if (!ends && last && !(around && whole)) {
             head.cut = true;
             head.tell({number, line, "cut off: the line does not end"});
         } else if (!all_of(line, BLANK) && line[0] != ';') {
             if (around)
                 head.leave_out(line);
             else
-                head.tell(
-                    {number, line, is_head_line(line) ? NO_SNAPSHOT : "outside of any snapshot"});
+                head.tell({number, line,
+                           ends && is_head_line(line) ? NO_SNAPSHOT : "outside of any snapshot"});
         }
     });
 }

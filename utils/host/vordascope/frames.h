@@ -51,6 +51,7 @@ private:
     bool left_head(size_t end) const;
     size_t begin_next();
     void tell_of_end(Head &head, size_t end);
+    static size_t leave_out_mail(Head &head, std::string_view body);
     void read_outside(Head &head, Mark begin, size_t end) const;
 
     std::vector<char> buffer_;

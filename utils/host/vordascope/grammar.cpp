@@ -169,13 +169,9 @@ void Grammar::damage(FieldIndex field)
         s_->values[damaged.first + i].kind = Kind::damaged;
 }
 
-// A last line without its end may have lost digits, unless a shell asks there what is next.
+// A last line without its end may have lost digits.
 void Grammar::read_cut_line(std::string_view line, uint64_t number)
 {
-    if (s_->last && !s_->cut && open_text_ == NONE && is_prompt(line)) {
-        s_->leave_out(line);
-        return;
-    }
     s_->cut = true;
     FieldIndex field = NONE;
     std::string_view key = key_of(line);

@@ -102,7 +102,6 @@ void Reader::parse()
 {
     const auto unread = static_cast<ptrdiff_t>(snapshot_.unread.size());
     const uint64_t unread_count = snapshot_.unread_count;
-    const uint64_t left_out = snapshot_.left_out;
     const bool cut = snapshot_.cut;
     grammar_.parse(snapshot_);
     if (!grammar_.wrapped())
@@ -110,7 +109,6 @@ void Reader::parse()
     const bool broken = grammar_.broken();
     snapshot_.unread.erase(snapshot_.unread.begin() + unread, snapshot_.unread.end());
     snapshot_.unread_count = unread_count;
-    snapshot_.left_out = left_out;
     snapshot_.cut = cut;
     const bool undone = unwrap_.undo(snapshot_, broken);
     grammar_.parse(snapshot_);

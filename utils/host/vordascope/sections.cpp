@@ -49,26 +49,4 @@ std::string_view key_of(std::string_view line)
     return keyed ? line.substr(0, size) : "";
 }
 
-bool is_of_vorda(std::string_view line)
-{
-    const std::string_view key = key_of(line);
-    if (!section_of(line).empty() || !tag_of(line).empty() || !category_of(key).empty() ||
-        (!key.empty() && line[key.size()] == '='))
-        return true;
-    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-    if (line.starts_with('-'))
-        line.remove_prefix(1);
-    return !line.empty() && (is(line[0], DIGIT) || line[0] == '(' || line.starts_with("<#"));
-}
-
-bool is_prompt(std::string_view line)
-{
-    while (line.ends_with(' '))
-        line.remove_suffix(1);
-    constexpr std::string_view ENDS = "$#>%";
-    return !line.empty() && ENDS.find(line.back()) != std::string_view::npos &&
-           !line.starts_with('<') && line.find_first_of("=;") == std::string_view::npos &&
-           line.find(": ") == std::string_view::npos;
-}
-
 } // namespace vordascope

@@ -20,12 +20,4 @@ std::string_view category_of(std::string_view key);
 // nothing.
 std::string_view key_of(std::string_view line);
 
-// Whether a line is of a form that vorda prints and few others write: a section, a tag, a value, a
-// row of numbers. Words with a colon may be a mail's as well.
-bool is_of_vorda(std::string_view line);
-
-// Whether a line that does not end is what a shell asks with, "user@host:~# ", and no part of a
-// line of vorda.
-bool is_prompt(std::string_view line);
-
 } // namespace vordascope

@@ -92,7 +92,6 @@ struct Head {
     bool indexed = false;   // is a snapshot; false for text that belongs to none
     bool named = false;     // has an index line; an attribute text may be without
     bool timed = false;     // `time` is there
-    bool last = false;      // ends with the input
     bool cut = false;       // ends within a line, or without the end line that others have
     bool intact = false;    // ends with its end line, and has the sum that it says
     uint32_t dev_idx = 0;
