@@ -222,8 +222,7 @@ Region::~Region()
     unlink(file_.c_str());
 }
 
-Child::Child(const std::vector<std::string> &argv, const Environment &added, const std::string &out,
-             const std::set<int> &closed)
+Child::Child(const std::vector<std::string> &argv, const Environment &added, const std::string &out)
     : out_(out.empty() ? anonymous_file() : open(out.c_str(), O_WRONLY | O_CLOEXEC)),
       err_(anonymous_file())
 {
@@ -256,8 +255,6 @@ Child::Child(const std::vector<std::string> &argv, const Environment &added, con
     sigprocmask(SIG_SETMASK, &none, nullptr);
     dup2(out_, 1);
     dup2(err_, 2);
-    for (const int fd : closed)
-        close(fd);
     execvpe(arguments[0], arguments.data(), variables.data());
     fprintf(stderr, "%s: %s\n", arguments[0], strerror(errno));
     _exit(127);
@@ -273,13 +270,20 @@ Child::~Child()
     close(err_);
 }
 
-bool Child::ends_within(int ms)
+bool Child::ends()
 {
-    return eventually(ms, [this] {
+    return eventually([this] {
         if (!ended_)
             ended_ = waitpid(pid_, &wait_status_, WNOHANG) == pid_;
         return ended_;
     });
+}
+
+bool Child::looks_again() const
+{
+    const std::string proc = "/proc/" + std::to_string(pid_);
+    const long waits = waits_of(proc);
+    return eventually([&] { return waits_of(proc) > waits + 3; });
 }
 
 std::string Child::said() const
@@ -289,7 +293,7 @@ std::string Child::said() const
 
 Result Child::finish()
 {
-    if (!ends_within(60000)) {
+    if (!ends()) {
         kill(pid_, SIGKILL);
         ended_ = waitpid(pid_, &wait_status_, 0) == pid_;
     }
@@ -304,7 +308,7 @@ std::string built(const std::string &name)
 
 std::unique_ptr<Child> start_tool(const std::string &name, const std::vector<std::string> &args,
                                   const std::string &region, const Environment &added,
-                                  const std::string &out, const std::set<int> &closed)
+                                  const std::string &out)
 {
     static const std::string library = preloadable(built("sim/libsr_device.so"));
     Environment environment = added;
@@ -321,20 +325,19 @@ std::unique_ptr<Child> start_tool(const std::string &name, const std::vector<std
     }
     argv.push_back(built(name));
     argv.insert(argv.end(), args.begin(), args.end());
-    return std::make_unique<Child>(argv, environment, out, closed);
+    return std::make_unique<Child>(argv, environment, out);
 }
 
 std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const std::string &region,
-                                   const Environment &added, const std::string &out,
-                                   const std::set<int> &closed)
+                                   const Environment &added, const std::string &out)
 {
-    return start_tool("vorda", args, region, added, out, closed);
+    return start_tool("vorda", args, region, added, out);
 }
 
 Result run_vorda(const std::vector<std::string> &args, const std::string &region,
-                 const Environment &added, const std::string &out, const std::set<int> &closed)
+                 const Environment &added, const std::string &out)
 {
-    return start_vorda(args, region, added, out, closed)->finish();
+    return start_vorda(args, region, added, out)->finish();
 }
 
 long waits_of(const std::string &folder)
@@ -345,9 +348,9 @@ long waits_of(const std::string &folder)
     return at == std::string::npos ? 0 : strtol(&status[at + name.size()], nullptr, 10);
 }
 
-bool eventually(int ms, const std::function<bool()> &condition)
+bool eventually(const std::function<bool()> &condition)
 {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(2);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;

@@ -83,20 +83,22 @@ using Environment = std::map<std::string, std::string>;
 class Child
 {
 public:
-    // argv[0] is looked up in PATH; `out` is the file where standard output goes, "" to keep it;
-    // `closed` are the standard descriptors that it starts without. Signals are as by default.
+    // argv[0] is looked up in PATH; `out` is the file where standard output goes, "" to keep it.
+    // Signals are as by default.
     Child(const std::vector<std::string> &argv, const Environment &added,
-          const std::string &out = "", const std::set<int> &closed = {});
+          const std::string &out = "");
     ~Child();
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;
 
     pid_t pid() const { return pid_; }
-    // Whether it has ended within so many milliseconds.
-    bool ends_within(int ms);
+    // Waits for its end; returns whether that came.
+    bool ends();
+    // Waits until it has slept a few times more: what it looks for between two naps it has seen.
+    bool looks_again() const;
     // What it has written to standard error so far.
     std::string said() const;
-    // Waits for the end, at most 60 seconds, and takes what it wrote.
+    // Waits for the end, after which it is killed at last, and takes what it wrote.
     Result finish();
 
 private:
@@ -111,16 +113,14 @@ private:
 // is no region yet).
 std::unique_ptr<Child> start_tool(const std::string &name, const std::vector<std::string> &args,
                                   const std::string &region, const Environment &added = {},
-                                  const std::string &out = "", const std::set<int> &closed = {});
+                                  const std::string &out = "");
 // The same for vorda.
 std::unique_ptr<Child> start_vorda(const std::vector<std::string> &args, const std::string &region,
-                                   const Environment &added = {}, const std::string &out = "",
-                                   const std::set<int> &closed = {});
+                                   const Environment &added = {}, const std::string &out = "");
 
 // Runs vorda to its end.
 Result run_vorda(const std::vector<std::string> &args, const std::string &region,
-                 const Environment &added = {}, const std::string &out = "",
-                 const std::set<int> &closed = {});
+                 const Environment &added = {}, const std::string &out = "");
 
 // Path of a program or library of the build under test.
 std::string built(const std::string &name);
@@ -129,8 +129,9 @@ std::string built(const std::string &name);
 // counts. It is named by its folder, "/proc/PID" or "/proc/self/task/TID".
 long waits_of(const std::string &folder);
 
-// Waits until a condition holds, at most `ms` milliseconds; returns whether it does.
-bool eventually(int ms, const std::function<bool()> &condition);
+// Waits until a condition holds; returns whether it does. Only a fault makes the wait as long as it
+// may last, two minutes.
+bool eventually(const std::function<bool()> &condition);
 
 // Snapshots that reveal a wrong field, width or sign: "distinct" (every byte differs from the one
 // before it and has its top bit set, the bound window is in slot 5), "ones" (all bits set), "zero".

@@ -150,7 +150,7 @@ TEST(Journey, TheIndexLineIsOutWhileTheToolWaits)
     region->path[0].lock.word = 1; // taken
     const auto child = start_vorda({"share.inttime"}, region.file(), {}, out.path());
     const std::string index_line = "dev_idx = 0, path_idx = 0\n";
-    EXPECT_TRUE(eventually(10000, [&] { return read_file(out.path()) == index_line; }));
+    EXPECT_TRUE(eventually([&] { return read_file(out.path()) == index_line; }));
     region->path[0].lock.word = 0;
     EXPECT_EQ(child->finish().status, 0);
     EXPECT_TRUE(read_file(out.path()).starts_with(index_line + "share.inttime = "));

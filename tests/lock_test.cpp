@@ -32,14 +32,13 @@ std::unique_ptr<Child> start_waiting(const Region &region)
     // The emulator then prints the tool's system calls.
     auto child = start_vorda({"share.inttime"}, region.file(), {{"QEMU_STRACE", "1"}});
     const std::string proc = "/proc/" + std::to_string(child->pid());
-    EXPECT_TRUE(eventually(10000, [&] {
+    EXPECT_TRUE(eventually([&] {
         // Until it is the tool's process it has this one's mappings.
         return std::filesystem::read_symlink(proc + "/exe") !=
                    std::filesystem::read_symlink("/proc/self/exe") &&
                read_file(proc + "/maps").find(region.file()) != std::string::npos;
     }));
-    const long waits = waits_of(proc);
-    EXPECT_TRUE(eventually(10000, [&] { return waits_of(proc) > waits + 3; }));
+    EXPECT_TRUE(child->looks_again());
     return child;
 }
 
@@ -83,7 +82,7 @@ public:
     {
         // Until its first frame the region holds another one.
         const DipCtx &dip = region->path[0].dip.dip_ctx;
-        EXPECT_TRUE(eventually(10000, [&] { return dip.tid_run == uint32_t(dip.sys_state); }));
+        EXPECT_TRUE(eventually([&] { return dip.tid_run == uint32_t(dip.sys_state); }));
     }
 
 private:

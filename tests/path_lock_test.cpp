@@ -101,10 +101,10 @@ TEST(PathLock, ItsReleaseWakesACameraThatQueues)
         camera_lock(&lock);
         taken = true;
     }).detach();
-    EXPECT_TRUE(eventually(10000, [] { return words(lock)[0] == PATH_LOCK_QUEUED; }));
+    EXPECT_TRUE(eventually([] { return words(lock)[0] == PATH_LOCK_QUEUED; }));
     EXPECT_FALSE(taken);
     path_unlock(&lock);
-    EXPECT_TRUE(eventually(10000, [] { return taken.load(); }));
+    EXPECT_TRUE(eventually([] { return taken.load(); }));
     EXPECT_NE(words(lock)[0], 0U);
 }
 

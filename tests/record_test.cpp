@@ -4,12 +4,12 @@
 #include "scene.h"
 #include "vorda.h"
 
-#include <cmath>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <random>
 #include <sstream>
 #include <sys/resource.h>
@@ -134,7 +134,7 @@ public:
     bool holds(uint32_t frame)
     {
         const std::string line = "\nframe = " + std::to_string(frame) + "\n";
-        return eventually(20000, [&] {
+        return eventually([&] {
             const size_t at = text().rfind(line);
             return at != std::string::npos && text().find("\n; end\n", at) != std::string::npos;
         });
@@ -180,7 +180,7 @@ TEST(Recorder, EveryFrameExpandsToWhatVordaPrintsOfIt)
         ASSERT_TRUE(step(frame));
     ASSERT_TRUE(step(48)); // three frames that nobody could see
     kill(camera.child().pid(), SIGUSR1);
-    usleep(20000);
+    ASSERT_TRUE(camera.child().looks_again());
     ASSERT_TRUE(step(49));
     ASSERT_TRUE(step(7)); // the camera has begun anew
     ASSERT_TRUE(step(8));
@@ -216,7 +216,7 @@ TEST(Recorder, TenSecondsOfAChangingSceneTakeTwoMillionBytes)
     for (uint32_t frame = 1; frame < 250; frame++) {
         const size_t size = camera.size();
         camera.publish(frame, 0);
-        ASSERT_TRUE(eventually(20000, [&] { return camera.ends_beyond(size); })) << frame;
+        ASSERT_TRUE(eventually([&] { return camera.ends_beyond(size); })) << frame;
     }
     kill(camera.child().pid(), SIGTERM);
     EXPECT_EQ(camera.child().finish().status, -SIGTERM);
@@ -229,51 +229,43 @@ TEST(Recorder, TenSecondsOfAChangingSceneTakeTwoMillionBytes)
 TEST(Recorder, ARingIsWrittenWhenItIsAskedForAndWhenTheTriggerComes)
 {
     Stepped camera({"--ring", "600", "--trigger", "share.inttime>9000", "share", "stat.awb"});
-    ASSERT_TRUE(
-        eventually(10000, [&] { return camera.child().said().starts_with("Keeping the last "); }));
+    const auto says = [&](const std::string &words) {
+        return eventually([&] { return camera.child().said().find(words) != std::string::npos; });
+    };
+    ASSERT_TRUE(says("Keeping the last "));
     uint32_t frame = 1;
-    for (; frame < 10; frame++) {
-        camera.publish(frame, 0);
-        usleep(10000);
-    }
-    usleep(200000);
+    const auto go_on_to = [&](uint32_t end) {
+        for (; frame < end; frame++) {
+            camera.publish(frame, 0);
+            ASSERT_TRUE(camera.child().looks_again());
+        }
+    };
+    go_on_to(10);
     EXPECT_EQ(camera.text(), "");
-    const std::string last = "\nframe = " + std::to_string(frame - 1) + "\n";
-    ASSERT_TRUE(eventually(20000, [&] { // where the machine is busy it may not have seen that yet
-        kill(camera.child().pid(), SIGUSR1);
-        usleep(50000);
-        return camera.text().find(last) != std::string::npos;
-    })) << camera.child().said();
-    for (; frame < 60; frame++) { // the lights go down at 30
-        camera.publish(frame, 0);
-        usleep(10000);
-    }
+    kill(camera.child().pid(), SIGUSR1);
+    ASSERT_TRUE(says("Wrote 10 snapshots of "));
+    go_on_to(60); // the lights go down at 30
     const auto exposure = [](uint32_t number) { return frame_of(number)->dip_ctx.share.inttime; };
-    const auto wrote = [&] { return camera.child().said().find(" for the trigger.\n"); };
-    ASSERT_TRUE(eventually(20000, [&] { return wrote() != std::string::npos; }));
+    ASSERT_TRUE(says(" for the trigger.\n"));
     kill(camera.child().pid(), SIGTERM);
-    const Result result = camera.child().finish();
-    EXPECT_EQ(result.status, -SIGTERM);
+    EXPECT_EQ(camera.child().finish().status, -SIGTERM);
 
     // All that was kept, in one chain for each time that it was written; nothing behind the first
-    // frame seen of the fault.
+    // frame of the fault.
     const std::string text = camera.text();
     std::istringstream lines(text);
-    std::vector<uint32_t> frames;
+    uint32_t frames = 0;
     int chains = 0;
     for (std::string line, before; std::getline(lines, line); before = line) {
-        if (line.starts_with("frame = "))
-            frames.push_back(static_cast<uint32_t>(std::stoul(line.substr(8))));
+        if (line.starts_with("frame = ")) {
+            EXPECT_EQ(std::stoul(line.substr(8)), frames++);
+        }
         chains += line.starts_with("dev_idx") && !before.starts_with("added_to = ");
     }
-    ASSERT_GT(frames.size(), 2U);
-    for (size_t i = 0; i < frames.size(); i++)
-        EXPECT_EQ(exposure(frames[i]) > 9000, i == frames.size() - 1) << frames[i];
-    int writings = 0;
-    for (size_t at = 0; (at = result.err.find("Wrote ", at)) != std::string::npos; at += 6)
-        writings += result.err[at + 6] != '0';
-    EXPECT_EQ(chains, writings) << result.err;
-    EXPECT_GE(chains, 2);
+    ASSERT_GT(frames, 10U);
+    EXPECT_LE(exposure(frames - 2), 9000);
+    EXPECT_GT(exposure(frames - 1), 9000);
+    EXPECT_EQ(chains, 2);
 
     Region region;
     const Result unknown =
@@ -290,7 +282,7 @@ public:
     explicit AtWork(const Region &region, const std::string &fps)
         : camera_({VORDA_BUILD_DIR "/sim/sr-scene", "--live", "--fps", fps, region.file()}, {})
     {
-        EXPECT_TRUE(eventually(10000, [&] { return region->path[0].dip.dip_ctx.frame_cnt > 2; }));
+        EXPECT_TRUE(eventually([&] { return region->path[0].dip.dip_ctx.frame_cnt > 2; }));
     }
 
 private:
@@ -308,11 +300,10 @@ TEST(Recorder, StopsBetweenSnapshotsWhateverStopsIt)
             const auto child = start_tool("vorda-record", {"--whole", "0.01", "all"}, region.file(),
                                           {}, out.path());
             // Not by reading it, which may be slower than the recorder writes.
-            ASSERT_TRUE(
-                eventually(10000, [&] { return std::filesystem::file_size(out.path()) > 0; }));
-            usleep(static_cast<useconds_t>(random() % 50000));
+            const size_t size = random() % (1 << 20);
+            ASSERT_TRUE(eventually([&] { return std::filesystem::file_size(out.path()) > size; }));
             kill(child->pid(), number);
-            ASSERT_TRUE(child->ends_within(10000));
+            ASSERT_TRUE(child->ends());
             EXPECT_EQ(child->finish().status, -number);
             const std::vector<Recorded> recorded = expanded(read_file(out.path()));
             ASSERT_FALSE(recorded.empty());
@@ -341,9 +332,10 @@ TEST(Recorder, StopsBetweenSnapshotsWhateverStopsIt)
     ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
     const std::string writer = "/proc/self/fd/" + std::to_string(ends[1]);
     auto child = start_tool("vorda-record", {"--whole", "0.01"}, region.file(), {}, writer);
-    usleep(500000);
+    pollfd full_pipe = {.fd = ends[1], .events = POLLOUT, .revents = 0};
+    ASSERT_TRUE(eventually([&] { return poll(&full_pipe, 1, 0) == 0; }));
     kill(child->pid(), SIGTERM);
-    EXPECT_TRUE(child->ends_within(10000));
+    EXPECT_TRUE(child->ends());
     EXPECT_EQ(child->finish().err, "vorda-record: cannot write: the reader takes nothing.\n");
     child = start_tool("vorda-record", {"--whole", "0.01"}, region.file(), {}, writer);
     close(ends[0]);
@@ -359,9 +351,9 @@ TEST(Recorder, ASignalEndsTheWaitForALockThatStaysTaken)
     camera_lock(&lock);
     const std::string held(reinterpret_cast<const char *>(&lock), sizeof(lock));
     camera.region()->path[0].dip.dip_ctx.frame_cnt = 1;
-    usleep(100000);
+    ASSERT_TRUE(camera.child().looks_again());
     kill(camera.child().pid(), SIGHUP);
-    ASSERT_TRUE(camera.child().ends_within(10000));
+    ASSERT_TRUE(camera.child().ends());
     EXPECT_EQ(camera.child().finish().status, -SIGHUP);
     EXPECT_EQ(std::string(reinterpret_cast<const char *>(&lock), sizeof(lock)), held);
     path_unlock(&lock);
@@ -386,7 +378,7 @@ TEST(Recorder, KeepsAPeriodOnTheClockAndRecordsWhatIsAskedFor)
     };
     // A still camera: only the times differ.
     const Result result = record(
-        {"-n", "51", "-i", "0.02", "share.fps", "stat.dhz", "SHARE.inttime", "-p1", "share.fps"});
+        {"-n", "41", "-i", "0.05", "share.fps", "stat.dhz", "SHARE.inttime", "-p1", "share.fps"});
     EXPECT_EQ(result.status, 0) << result.err;
     const size_t first = result.out.find("dev_idx");
     EXPECT_EQ(result.out.substr(first, result.out.find("; end") - first),
@@ -396,11 +388,12 @@ TEST(Recorder, KeepsAPeriodOnTheClockAndRecordsWhatIsAskedFor)
     for (size_t at = 0; (at = result.out.find("time = ", at)) != std::string::npos; at += 7)
         if (at == 0 || result.out[at - 1] == '\n')
             times.push_back(std::stod(result.out.substr(at + 7)));
-    ASSERT_EQ(times.size(), 51U);
-    // Most are on time; a pause after the work would drift through the whole period.
-    EXPECT_GT(std::ranges::count_if(
-                  times, [&](double time) { return std::fmod(time - times[0], 0.02) < 0.006; }),
-              30);
+    ASSERT_EQ(times.size(), 41U);
+    // One that is late is followed sooner; behind a pause after the work none would be.
+    int sooner = 0;
+    for (size_t i = 1; i < times.size(); i++)
+        sooner += times[i] - times[i - 1] < 0.049999;
+    EXPECT_GT(sooner, 3);
     EXPECT_EQ(result.out.find("missed"), std::string::npos);
 
     for (const std::vector<std::string> &args : {std::vector<std::string>{"-n", "0"},

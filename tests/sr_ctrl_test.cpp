@@ -137,8 +137,7 @@ TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
         if (step != stop_at)
             return;
         stopped = true;
-        while (!resumed)
-            usleep(1000);
+        resumed.wait(false);
     };
     static const MPI_PATH path = {};
     struct Row {
@@ -154,7 +153,7 @@ TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
         stopped = resumed = false;
         opens = 0;
         std::thread first([] { SR_openShm(); });
-        EXPECT_TRUE(eventually(10000, [] { return stopped.load(); }));
+        EXPECT_TRUE(eventually([] { return stopped.load(); }));
         std::atomic<bool> done = false;
         std::atomic<long> waits = -1;
         const std::string self = "/proc/self/task/";
@@ -165,10 +164,11 @@ TEST_F(SrCtrl, ASecondThreadWaitsForTheFirst)
             row.second();
             done = true;
         });
-        EXPECT_TRUE(eventually(10000, [&] { return waits >= 0 && waits_of(task) > waits; }));
+        EXPECT_TRUE(eventually([&] { return waits >= 0 && waits_of(task) > waits; }));
         EXPECT_FALSE(done) << row.step;
         EXPECT_EQ(opens, 1);
         resumed = true;
+        resumed.notify_all();
         first.join();
         other.join();
         EXPECT_TRUE(done);

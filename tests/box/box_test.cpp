@@ -338,11 +338,12 @@ TEST(Box, TheRecorderSeesEveryFrameBesideABusyProcess)
 // Each frame that a recorder could not see, which is stopped for a second, is told.
 TEST(Box, TheRecorderSaysWhichFramesItMissed)
 {
+    const std::string a_second = "vorda-record -n 25 share.fps >/dev/null;"; // as frames tell it
     const Answer answer = one_core_box(
-        camera_at_work() + "vorda-record share.inttime >/tmp/gap & recorder=$!; sleep 1;"
-                           "kill -STOP $recorder; sleep 1; kill -CONT $recorder; sleep 1;"
-                           "kill $recorder; wait $recorder; echo status $? >&2;"
-                           "grep -e ^frame -e ^missed /tmp/gap; rm /tmp/gap");
+        camera_at_work() + "vorda-record share.inttime >/tmp/gap & recorder=$!;" + a_second +
+        "kill -STOP $recorder;" + a_second + "kill -CONT $recorder;" + a_second +
+        "kill $recorder; wait $recorder; echo status $? >&2;"
+        "grep -e ^frame -e ^missed /tmp/gap; rm /tmp/gap");
     EXPECT_NE(answer.err.find("status 143\n"), std::string::npos) << answer;
     const auto frames = frames_of(answer.out);
     ASSERT_GT(frames.size(), 30U) << answer;

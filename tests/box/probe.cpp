@@ -146,12 +146,14 @@ int signal_waiters(PathLock *lock, char **command)
         }
         // Its first line comes before it waits.
         pollfd line = {.fd = out[0], .events = POLLIN, .revents = 0};
-        const bool begun = poll(&line, 1, 10000) == 1;
-        usleep(50000);
+        const bool begun = poll(&line, 1, -1) == 1;
+        const std::string proc = "/proc/" + std::to_string(child);
+        const long waits = waits_of(proc);
+        eventually([&] { return waits_of(proc) > waits + 3; });
         kill(child, signal);
         int status = 0;
         const bool ended =
-            eventually(5000, [&] { return waitpid(child, &status, WNOHANG | WUNTRACED) == child; });
+            eventually([&] { return waitpid(child, &status, WNOHANG | WUNTRACED) == child; });
         const std::string after(reinterpret_cast<const char *>(lock), sizeof(*lock));
         printf("%s: %s%s, %s\n", sigabbrev_np(signal), begun ? "" : "without a line, ",
                !ended                ? "still waits"

@@ -43,6 +43,7 @@ y = 5
 `;
 
 test('fields are samples, whatever labels hold', () => {
+    const began = Date.now() / 1000;
     const text = metrics(['-'], Buffer.from(odd, 'latin1'));
     const labels = 'dev_idx="1",path_idx="2",host="\\"a\\\\b\\"",fw_v="ÿ",fw_v_="2",field_="3"';
     const lines = text.split('\n').filter((line) => !/^# |timestamp/.test(line));
@@ -56,7 +57,7 @@ test('fields are samples, whatever labels hold', () => {
         '',
     ]);
     const when = Number(/^vorda_snapshot_timestamp_seconds\{.*\} (.*)$/m.exec(text)[1]);
-    assert.ok(Math.abs(Date.now() / 1000 - when) < 60);
+    assert.ok(began - 1 < when && when < Date.now() / 1000 + 1);
     assert.match(text, /\n# EOF\n$/);
     assert.match(metrics(['--only', 'intl', '-'], odd), /field="intl.x.y"\} 5\n/);
     assert.equal(metrics(['--max', '2', '-'], odd).match(/^vorda_field/gm).length, 2);
@@ -79,7 +80,7 @@ test('what comes through a pipe renews the file at each snapshot', async () => {
                 return false;
             }
         };
-        for (let i = 0; !there() && i < 500; i++) await pause(10);
+        for (let i = 0; !there() && i < 12000; i++) await pause(10);
         assert.ok(there());
     }
     child.stdin.end();
@@ -133,7 +134,7 @@ scrape_configs: [{job_name: cameras, static_configs: [{targets: ['127.0.0.1:${ex
     );
     const query = encodeURIComponent('vorda_field{field="share.fps"}');
     let found = [];
-    for (let i = 0; found.length < 2 && i < 300; i++) {
+    for (let i = 0; found.length < 2 && i < 1200; i++) {
         await pause(100);
         const answer = await fetch(`http://127.0.0.1:${server}/api/v1/query?query=${query}`)
             .then((response) => response.json())

@@ -58,7 +58,7 @@ export function exchange(address, bytes) {
         });
         socket.on('error', () => resolve(reply));
         socket.on('close', () => resolve(reply));
-        socket.setTimeout(20000, () => reject(new Error('no answer')));
+        socket.setTimeout(120_000, () => reject(new Error('no answer')));
     });
 }
 

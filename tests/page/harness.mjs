@@ -91,6 +91,7 @@ export async function open(test, file, options = {}) {
         colorScheme: 'light',
         ...more,
     });
+    context.setDefaultTimeout(120_000); // only a fault reaches it
     const page = await context.newPage();
     const url = file.startsWith('http:') ? file : pathToFileURL(file).href;
     const heard = [];

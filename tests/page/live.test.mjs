@@ -282,7 +282,7 @@ test("the desktop's opener gets the address, and is not waited for", { skip }, a
     };
 
     // It goes on longer than the program, whose port is free then.
-    opener(`exec 3> ${opened}; echo "$$ $# $1" >&3; exec 3>&-; exec sleep 60`);
+    opener(`exec 3> ${opened}; echo "$$ $# $1" >&3; exec 3>&-; exec sleep 600`);
     const program = await start(test, desktop, '-');
     const [pid, ...given] = readFileSync(opened, 'latin1').trim().split(' ');
     test.after(() => process.kill(Number(pid)));

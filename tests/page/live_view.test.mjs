@@ -13,6 +13,7 @@ after(() => browser?.close());
 async function visit(test, address) {
     browser ??= await launch();
     const context = await browser.newContext({ acceptDownloads: true });
+    context.setDefaultTimeout(120_000);
     const page = await context.newPage();
     const heard = [];
     page.on('console', (message) => heard.push(message.text()));
