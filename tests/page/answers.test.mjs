@@ -353,3 +353,30 @@ test('elements of grids and histograms go over time, and gains are named and col
     await gains.last().scrollIntoViewIfNeeded();
     assert.deepEqual(await texts(gains.last(), 'thead th'), ['', ...entries.map(([name]) => name)]);
 });
+
+test('planes of whole numbers have whole ticks, zeros make no scale, cells are squares', async (t) => {
+    const numbers = async (capture, title) => {
+        const page = await show(t, { 'a.txt': `dev_idx = 0, path_idx = 0\n${capture}` });
+        const card = page.locator(`[data-title="${title}"]`);
+        await card.locator('canvas').first().waitFor();
+        const [download] = await Promise.all([
+            page.waitForEvent('download'),
+            card.locator('select.save').selectOption({ label: 'SVG' }),
+        ]);
+        const svg = readFileSync(await download.path(), 'utf8');
+        return [...svg.matchAll(/>(-?[\d.]+[kM]?)<\/text>/g)].map(([, text]) => text).sort();
+    };
+    const motion = (...bins) =>
+        `=== stat.mv ===\nmv histogram:\n${bins.map((bin, i) => `<# ${i}> (${bin.join(', ')})`).join('\n')}\n`;
+    assert.deepEqual(await numbers(motion([0, 0, 5], [1, -1, 7]), 'Motion vectors'), [
+        '-1',
+        '0',
+        '0',
+        '1',
+    ]);
+    assert.deepEqual(await numbers(motion([0, 0, 5], [0, 0, 7]), 'Motion vectors'), ['0', '0']);
+    const lum = '=== stat.lum ===\nRegional Luminance average:\n1, 2, 3, 4\n5, 6, 7, 8\n';
+    const map = await show(t, { 'a.txt': `dev_idx = 0, path_idx = 0\n${lum}` });
+    const box = await map.locator('.map canvas').first().boundingBox();
+    assert.ok(Math.abs(box.width / box.height - 2) < 0.02, `${box.width} ${box.height}`);
+});

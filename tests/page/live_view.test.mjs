@@ -4,7 +4,7 @@ import { once } from 'node:events';
 import { after, test } from 'node:test';
 import { launch } from './browser.mjs';
 import { feed, live, skip, snapshot } from './following.mjs';
-import { open, scratch, write } from './harness.mjs';
+import { open, read, report, scratch, write } from './harness.mjs';
 
 let browser;
 after(() => browser?.close());
@@ -121,6 +121,53 @@ test('it goes along, holds while somebody looks, and goes on', { skip }, async (
     await showing(saved, (await place(page)).slice(0, 8));
     assert.equal(await saved.locator('.figure .value').first().textContent(), '1599');
     assert.equal(await saved.locator('.live').count(), 0);
+});
+
+/** A page without scripts: its table rows and texts. */
+async function plainly(test, file) {
+    const page = await open(test, file, { javaScriptEnabled: false });
+    const rows = await page.$$eval('main tr', (all) =>
+        all.map((row) => [...row.children].map((cell) => cell.textContent.trim())),
+    );
+    return { rows, said: await page.locator('main > :not(table)').allTextContents() };
+}
+
+test('saved, it shows without scripts what a report does', { skip }, async (test) => {
+    const hostile = 'share.color_temp = <b>&amp;\nshare.grid:\n1, 2\n3, 4\n';
+    const one = snapshot(1, 800) + snapshot(2, 900, 'share.fps = 25.00\n');
+    const texts = [
+        one + snapshot(3, 1200, hostile),
+        one.replaceAll('path_idx = 1', 'path_idx = 0') + snapshot(5, 700, hostile),
+        snapshot(1, 800, hostile),
+    ];
+    for (const [i, text] of texts.entries()) {
+        const program = await live(test, '-');
+        const page = await visit(test, program.address);
+        await feed(program, text);
+        program.child.stdin.end();
+        await page.waitForFunction(
+            () => document.querySelector('.live')?.dataset.state === 'the input has ended',
+        );
+        // A tolerance that is typed holds for the page alone.
+        await page.locator('input[type=search]').fill('abs=1000');
+        const [download] = await Promise.all([
+            page.waitForEvent('download'),
+            page.getByRole('button', { name: 'Save' }).click(),
+        ]);
+        const file = `${scratch}/saved.html`;
+        await download.saveAs(file);
+        const saved = await plainly(test, file);
+        const whole = await plainly(test, report('r.html', write('standard input', text)));
+        const named = (rows) => rows.map((row) => row.map((cell) => cell.replace(/^.*\//, '')));
+        assert.deepEqual(named(saved.rows), named(whole.rows));
+        assert.deepEqual(saved.said, whole.said);
+        assert.equal(saved.rows.length, [6, 8, 3][i], JSON.stringify(saved.rows));
+        assert.doesNotMatch(read(file).toString(), /<b>&/);
+        // With scripts the page itself is in that place.
+        const shown = await open(test, file);
+        await shown.waitForSelector('.bar');
+        assert.equal(await shown.locator('main h1').count(), 0);
+    }
 });
 
 test('everything is held against a reference; no other page gets in', { skip }, async (test) => {

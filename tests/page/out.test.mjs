@@ -109,6 +109,7 @@ async function serve(t, file, policy) {
         server.closeAllConnections();
     });
     await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+    server.unref(); // a test that fails does not wait for it
     return `http://127.0.0.1:${server.address().port}/`;
 }
 

@@ -16,7 +16,7 @@ export const currentLayout = () => layout;
  *     everything, in units of the page
  * @param {object} options `ratio`, the height for a width, or `height` itself; `width` where it is
  *     not that of its place; `label`, what it shows, for those who cannot see it; `className`
- * @returns {{element: HTMLCanvasElement, repaint: () => void}}
+ * @returns {{element: HTMLCanvasElement, repaint: () => void, reshape: (ratio: number) => void}}
  */
 export function canvas(paint, { ratio, height, width, label, className = '' }) {
     const element = el('canvas', { role: 'img', 'aria-label': label, class: className });
@@ -55,7 +55,14 @@ export function canvas(paint, { ratio, height, width, label, className = '' }) {
             if (before && (before[0] !== size[0] || before[1] !== size[1])) repaint();
         }).observe(element);
     }
-    return { element, repaint };
+    /** Gives it another height for its width. */
+    function reshape(ratio) {
+        const shape = String(1 / ratio);
+        if (element.style.aspectRatio === shape) return;
+        element.style.aspectRatio = shape;
+        size = null;
+    }
+    return { element, repaint, reshape };
 }
 
 /** Where the pointer is on a canvas, in units of the page. */

@@ -45,7 +45,7 @@ export function differenceIn(tag, a, b) {
 }
 
 /** The fields by item; where one side has none of an item, a text instead of its fields. */
-function paragraphs(fields, before, now) {
+export function paragraphs(fields, before, now) {
     const present = (item, moment) =>
         moment.run.fields.some((field) => field.item === item && moment.of(field) !== null);
     return [...grouped(fields, ({ item }) => item)].map(([item, members]) => {

@@ -96,7 +96,7 @@ const section = (id, title, cards) => ({ id, title, cards: cards.map(card) });
 export const SECTIONS = [
     section('statistics', 'Statistics', [
         ['lines', 'Luminance histogram', 'stat.lum', { bins: 'Luminance histogram' }, { state: ['Overflow'], stepped: true }],
-        ['maps', 'Luminance by region', 'stat.lum', { average: 'Regional Luminance average' }, { text: true, tall: 0.62 }],
+        ['maps', 'Luminance by region', 'stat.lum', { average: 'Regional Luminance average' }, { text: true }],
         ['chromaticity', 'Chromaticity by region', 'stat.awb', averages, { block: 'Gwd RGL', beside: GAINS.map((name) => `cfg.awb.${name}.gain.val`) }],
         ['maps', 'White balance averages', 'stat.awb', averages, { block: 'Gwd RGL' }],
         ['table', 'White balance energies', 'stat.awb', each(ROIS, (roi) => `${roi} energy`), { block: 'Gwd ROI' }],

@@ -4,6 +4,7 @@
 
 import { contentOf, inflated } from './inflate.js';
 import { textOf, VERSION } from './model.js';
+import { plainOf } from './plain.js';
 import { readModel } from './reader.js';
 import { startTools } from './tools.js';
 
@@ -37,7 +38,9 @@ export const isLive = () => contentOf('captures') === LIVE;
 /** A page that follows a camera as `vordascope report` would make it of a model, see model.h. */
 export async function pageWith(model) {
     const captures = await deflated(JSON.stringify(model));
+    const place = '<div id="page">';
     return source
+        .replace(place, () => place + plainOf(named(model)))
         .replace("; connect-src 'self'", '')
         .replace(`id="captures">${LIVE}<`, () => `id="captures">${captures}<`);
 }

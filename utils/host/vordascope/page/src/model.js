@@ -402,6 +402,13 @@ export class Run {
         return this.timed ? `#${n + 1} · ${this.axis[n]} s` : `#${n + 1}`;
     }
 
+    /** A snapshot behind the name of its file: "#63: dev_idx = 0, path_idx = 1, time = 3.04". */
+    namedAt(n) {
+        const index = this.path.replaceAll('_idx ', '_idx = ');
+        const time = this.timed ? `, time = ${this.#times.at(n)}` : '';
+        return `#${this.#numbers.at(n)}: ${index}${time}`;
+    }
+
     /** All that is known of where a snapshot comes from. */
     originOf(n) {
         const time = this.timed ? `, time ${this.#times.at(n)}` : '';

@@ -65,6 +65,9 @@ const joined = (pieces) => {
 const encoded = (text) => new TextEncoder().encode(text);
 const read = (at) => new TextDecoder().decode(taken(at));
 
+/** What is looked for. */
+let sought = '';
+
 /** What is looked for where there is no code that decides: all its words. */
 let wordsOnly = [];
 
@@ -73,11 +76,23 @@ let wordsOnly = [];
  * @returns {string} why a tolerance in it cannot be read, '' where it can
  */
 export function lookFor(query) {
+    sought = query;
     wordsOnly = query.toLowerCase().split(/\s+/).filter(Boolean);
     if (!tools) return '';
     const bytes = encoded(query);
     put(bytes);
     return read(tools.filter(bytes.length));
+}
+
+/** What a function returns while nothing is looked for. */
+export function unfiltered(of) {
+    const query = sought;
+    lookFor('');
+    try {
+        return of();
+    } finally {
+        lookFor(query);
+    }
 }
 
 /**

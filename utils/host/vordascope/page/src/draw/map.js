@@ -13,6 +13,9 @@ const place = (value, [low, high]) => (high > low ? (value - low) / (high - low)
 /** The most columns of the rows, which may be ragged. */
 const widthOf = (rows) => rows.reduce((most, row) => Math.max(most, row.length), 1);
 
+/** The height for a width that makes cells squares; a single row is no hair, nor a column a pillar. */
+const shapeOf = (rows) => Math.min(Math.max(rows.length / widthOf(rows), 1 / 8), 2);
+
 const easel = new OffscreenCanvas(1, 1);
 const brush = easel.getContext('2d', { willReadFrequently: true });
 
@@ -74,10 +77,10 @@ function paintFrame(context, x, y, width, height) {
  * One map.
  * @param {string} name its caption
  * @param {object} options `text` writes the numbers into the cells; `pick(row, column)` is called
- *     for a cell that is chosen; `tall`, height for a width
+ *     for a cell that is chosen
  * @returns {{element, show(rows, colour, caption)}} the rows and the colour of a value
  */
-function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
+function mapView(name, { text = false, pick = null } = {}) {
     let rows = [];
     let colour = () => [0, 0, 0];
     let marked = null;
@@ -92,7 +95,7 @@ function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
             const [w, h] = [width / widthOf(rows), height / rows.length];
             paintFrame(context, column * w, row * h, w, h);
         },
-        { ratio: tall, label: name },
+        { ratio: 1, label: name },
     );
     const cellOf = (place) => [Math.floor(place / widthOf(rows)), place % widthOf(rows)];
     const cells = cursor(view.element, {
@@ -131,6 +134,7 @@ function mapView(name, { text = false, pick = null, tall = 1 } = {}) {
             rows = newRows;
             colour = newColour;
             view.element.setAttribute('aria-label', label);
+            view.reshape(shapeOf(rows));
             view.repaint();
             cells.refresh();
         },
