@@ -80,8 +80,8 @@ test('figures, tables, curves and maps show A, B and how they differ', async (t)
         return all;
     };
     assert.deepEqual(await readings('Luminance by region'), [
-        'B average [1][1] 60',
         'A average [1][1] 40',
+        'B average [1][1] 60',
         'B − A [1][1] 20',
         'B ÷ A [1][1] 1.5',
     ]);
@@ -145,7 +145,7 @@ test('the two sensors of a snapshot are held against each other', async (t) => {
         await map.locator('canvas').hover({ position: { x: box.width * 0.9, y: 4 } });
         return (await map.locator('figcaption').innerText()).replace(/\s+/g, ' ');
     };
-    const maps = ['B ee [0][2] 105', 'A ee [0][2] 100', 'B − A [0][2] 5', 'B ÷ A [0][2] 1.05'];
+    const maps = ['A ee [0][2] 100', 'B ee [0][2] 105', 'B − A [0][2] 5', 'B ÷ A [0][2] 1.05'];
     for (const [i, said] of maps.entries()) assert.equal(await corner(i), said);
 
     // Exchanged, and so by its link; then no more.

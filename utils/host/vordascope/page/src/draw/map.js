@@ -46,17 +46,23 @@ export function paintCells(context, width, height, rows, colour) {
     context.drawImage(easel, 0, 0, width, height);
 }
 
+/** How wide a digit is for its height. */
+const DIGIT = 0.6;
+
 function paintTexts(context, width, height, rows, colour) {
     const w = width / widthOf(rows);
     const h = height / rows.length;
-    context.font = `${Math.min(12, Math.floor(w / 2.4))}px system-ui, sans-serif`;
+    const size = Math.max(8, Math.min(12, Math.floor(w / 2.4)));
+    context.font = `${size}px system-ui, sans-serif`;
     context.textAlign = 'center';
     context.textBaseline = 'middle';
     rows.forEach((row, y) => {
         row.forEach((value, x) => {
-            if (Number.isNaN(value)) return;
+            const number = Number.isInteger(value) ? String(value) : value.toFixed(2);
+            // One that has no room would be taken for another one.
+            if (Number.isNaN(value) || number.length * size * DIGIT > w) return;
             context.fillStyle = inkOn(colour(value));
-            context.fillText(String(value), (x + 0.5) * w, (y + 0.5) * h);
+            context.fillText(number, (x + 0.5) * w, (y + 0.5) * h);
         });
     });
 }
@@ -224,7 +230,8 @@ function block(source, options) {
         if (!changes) {
             views.before = mapView('A', options);
             changes = CHANGES.map((change) => changeMap(change, source, options));
-            places.append(views.before.element, ...changes.map((change) => change.element));
+            places.prepend(views.before.element);
+            places.append(...changes.map((change) => change.element));
         }
         paint(views.before, `A ${source.name}`, before, range);
         for (const change of changes) change.draw(after, before);
