@@ -1,5 +1,6 @@
 // A measured response in words and numbers. Every span has its unit: snapshots, and seconds where
 // there is time.
+import { el } from './dom.js';
 import { respond } from './tools.js';
 
 const number = (value) => String(Number(value.toPrecision(6)));
@@ -7,7 +8,7 @@ const percent = (part) => `${Number((100 * part).toPrecision(3))} %`;
 const signed = (text) => (text.startsWith('-') ? text : `+${text}`);
 
 /** What a table of answers has in its columns. */
-export const COLUMNS = [
+const COLUMNS = [
     'what',
     'before → after',
     'leaves at',
@@ -59,7 +60,7 @@ export function answerText(of) {
 }
 
 /** The same as the cells of COLUMNS; '–' for what an answer of its kind does not have. */
-export function answerCells(of) {
+function answerCells(of) {
     if (!of || of.kind === 'none') return [answerText(of), ...Array(COLUMNS.length - 1).fill('–')];
     const arrived = of.kind === 'step' || of.kind === 'recovery';
     const from = of.beforeCount ? `median of ${of.beforeCount}` : 'reference';
@@ -78,7 +79,7 @@ const placeOf = ({ from, axis, timed }, i) =>
     timed ? `#${from + i + 1} · ${Number(axis[from + i].toFixed(3))} s` : `#${from + i + 1}`;
 
 /** How the answer b differs from the answer a, as cells. */
-export function differenceCells(a, b) {
+function differenceCells(a, b) {
     const cells = Array(COLUMNS.length).fill('–');
     if (!a || !b) return cells;
     cells[0] = a.kind === b.kind ? 'B − A' : `${a.kind} → ${b.kind}`;
@@ -102,4 +103,45 @@ export function differenceCells(a, b) {
     cells[5] = signed(percent(b.overshootPart - a.overshootPart));
     cells[6] = signed(percent(b.undershootPart - a.undershootPart));
     return cells;
+}
+
+/** The table of all answers. */
+export function answersTable() {
+    const body = el('tbody');
+    const head = COLUMNS.map((name) => el('th', { scope: 'col' }, name));
+    const row = (name, side, cells) =>
+        el(
+            'tr',
+            {},
+            el('th', { scope: 'row' }, name),
+            el('td', {}, side),
+            cells.map((cell) => el('td', {}, cell)),
+        );
+    const element = el(
+        'div',
+        { class: 'card answers', hidden: true },
+        el('h3', {}, 'Response'),
+        el(
+            'div',
+            { class: 'wide' },
+            el('table', {}, el('thead', {}, el('tr', {}, el('th'), el('th'), head)), body),
+        ),
+    );
+    return {
+        element,
+        show(answers) {
+            element.hidden = answers.length === 0;
+            body.replaceChildren(
+                ...answers.flatMap(({ line, now, before }) =>
+                    before
+                        ? [
+                              row(line.path, 'A', answerCells(before)),
+                              row(line.name, 'B', answerCells(now)),
+                              row('', '', differenceCells(before, now)),
+                          ]
+                        : [row(line.path, '', answerCells(now))],
+                ),
+            );
+        },
+    };
 }

@@ -5,8 +5,8 @@ import { sequential } from './colours.js';
 import { colourOf, el, setText } from './dom.js';
 import { paintCells, scaleBar } from './draw/map.js';
 import { extent, flat, Moment, number, printed } from './model.js';
-import { saver } from './out.js';
 import { short, ticks } from './ticks.js';
+import { TimeCard } from './timecard.js';
 import { invalidText, validityOf } from './valid.js';
 
 // As the charts beside it have them.
@@ -19,16 +19,21 @@ const FONT = '11px system-ui, sans-serif';
 /** The most columns: more than a screen shows of a part. */
 const COLUMNS = 600;
 
-/** One map, beside the charts of a section: see Card in time.js, whose operations it has. */
-export class History {
-    chart = { end() {} };
+/** So many values are looked at to make a scale. */
+const LOOKED_AT = 10_000;
+
+/** One map. */
+export class History extends TimeCard {
+    columns = [];
     lines = [];
-    hovered = null;
+    width = 0; // as it was painted
+    #known = new Map(); // the numbers of a snapshot, by how many there were before it
+    #drawn = { key: '', at: Number.NaN };
 
     /** @param {Field} field of more values than a chart has lines for */
     constructor(section, title, field, remove = null) {
-        Object.assign(this, { section, title, field });
-        this.columns = [];
+        super(section, title);
+        this.field = field;
         this.reading = el('span', { class: 'reading' });
         this.map = canvas((context, width, height) => this.paint(context, width, height), {
             height: HEIGHT,
@@ -36,9 +41,6 @@ export class History {
             className: 'pick',
         });
         this.scale = scaleBar(() => sequential);
-        this.markers = ['marker marker-a', 'marker marker-b'].map((name) =>
-            el('div', { class: name }),
-        );
         const { element } = this.map;
         element.addEventListener('pointermove', (event) => this.hover(pointerAt(event)));
         element.addEventListener('pointerleave', () => this.hover(null));
@@ -46,28 +48,17 @@ export class History {
             const n = this.at(pointerAt(event))?.n ?? -1;
             if (n >= 0) section.pick(n, event);
         });
-        const removal = remove && {
-            type: 'button',
-            class: 'quiet',
-            'aria-label': `remove ${title}`,
-            on: { click: remove },
-        };
-        this.element = el(
-            'article',
-            { class: 'card', data: { title } },
-            el(
-                'header',
-                {},
-                el('h3', {}, title),
-                el('code', {}, field.step > 1 ? `${field.name}, one of ${field.step}` : field.name),
-                saver(title, this, () => this.numbers()),
-                removal && el('button', removal, '×'),
-            ),
+        this.assemble(
+            field.step > 1 ? `${field.name}, one of ${field.step}` : field.name,
+            remove,
             el('div', { class: 'legend' }, this.reading),
             el('div', { class: 'chart' }, element, this.markers),
             this.scale.element,
         );
     }
+
+    /** Its drawing is freed with its element. */
+    end() {}
 
     /** Where x of the axis lies between the margins of a width. */
     placeOf(x, width) {
@@ -75,28 +66,44 @@ export class History {
         return MARGIN.left + ((x - from) / (to - from)) * (width - MARGIN.left - MARGIN.right);
     }
 
-    draw() {
-        const { axes, run } = this.section;
+    /** Draws what is other than before, unless no column would be: `anew` even then. */
+    draw(anew) {
+        const { axes, run, key } = this.section;
         const [from, to] = this.section.part();
         const step = (to - from) / COLUMNS;
-        const moments = Array.from({ length: COLUMNS }, (_, i) => {
-            const x = from + (i + 0.5) * step;
-            return Math.min(Math.max(nearest(axes.now, x), -1), run.length - 1);
-        });
+        if (!anew && key === this.#drawn.key && Math.abs(to - this.#drawn.at) < step) return;
+        this.#drawn = { key, at: to };
         const known = new Map();
-        this.columns = moments.map((n) => {
-            if (!known.has(n)) known.set(n, n < 0 ? [] : flat(this.field.at(n)).map(number));
-            return known.get(n);
+        this.columns = Array.from({ length: COLUMNS }, (_, i) => {
+            const n = Math.min(nearest(axes.now, from + (i + 0.5) * step), run.length - 1);
+            if (n < 0) return [];
+            const place = run.first + n;
+            if (!known.has(place)) known.set(place, this.#known.get(place) ?? this.numbersAt(n));
+            return known.get(place);
         });
-        this.count = extent(this.columns.map(({ length }) => length))[1] || 1;
-        const values = Float64Array.from([...known.values()].flat().filter(Number.isFinite)).sort();
-        const most = values.at(-1);
-        this.range = extent([values[0], values[Math.floor((1 - RARE) * (values.length - 1))]]);
-        this.scale.show(this.range, most > this.range[1] ? `brightest up to ${short(most)}` : '');
+        this.#known = known;
+        this.#scaleOf([...known.values()]);
         this.map.repaint();
     }
 
+    /** All numbers of a snapshot. */
+    numbersAt(n) {
+        return flat(this.field.at(n)).map(number);
+    }
+
+    /** Makes the scale of lists. */
+    #scaleOf(lists) {
+        this.count = extent(this.columns.map(({ length }) => length))[1] || 1;
+        const every = Math.ceil((lists.length * this.count) / LOOKED_AT);
+        const looked = lists.flatMap((list, i) => list.filter((_, k) => (i + k) % every === 0));
+        const values = Float64Array.from(looked.filter(Number.isFinite)).sort();
+        const [least, most] = extent(lists.flatMap((list) => extent(list)));
+        this.range = extent([least, values[Math.floor((1 - RARE) * (values.length - 1))]]);
+        this.scale.show(this.range, most > this.range[1] ? `brightest up to ${short(most)}` : '');
+    }
+
     paint(context, width, height) {
+        this.width = width;
         const [low, high] = this.range ?? [0, 0];
         const colour = (value) => sequential(high > low ? (value - low) / (high - low) : 0.5);
         const inner = [width - MARGIN.left - MARGIN.right, height - MARGIN.top - MARGIN.bottom];
@@ -107,6 +114,11 @@ export class History {
         context.translate(MARGIN.left, MARGIN.top);
         paintCells(context, ...inner, rows, colour);
         context.restore();
+        this.paintNotes(context, (x) => this.leftOf(x), MARGIN.top, inner[1]);
+        this.#paintTicks(context, width, inner);
+    }
+
+    #paintTicks(context, width, inner) {
         context.font = FONT;
         context.fillStyle = colourOf('--muted');
         context.textAlign = 'center';
@@ -155,17 +167,15 @@ export class History {
         setText(this.reading, [text, invalid].filter(Boolean).join(' · '));
     }
 
+    /** Where a place on the axis is on the map; null beside it. */
+    leftOf(x) {
+        const left = this.placeOf(x, this.width);
+        const within = left >= MARGIN.left && left <= this.width - MARGIN.right + 1;
+        return within ? Math.min(left, this.width - MARGIN.right) : null;
+    }
+
     mark() {
-        const { axes, view } = this.section;
-        const { n, against, a, run } = view;
-        const reference = a === null ? null : (against === run ? axes.now : axes.before)[a];
-        const width = this.map.element.clientWidth;
-        [reference, axes.now[n]].forEach((x, i) => {
-            const left = x === null ? -1 : this.placeOf(x, width);
-            const within = left >= MARGIN.left && left <= width - MARGIN.right;
-            this.markers[i].hidden = !within;
-            this.markers[i].style.left = `${left}px`;
-        });
+        this.placeMarkers((x) => this.leftOf(x));
     }
 
     /** What shows as numbers: a row a snapshot. */
@@ -188,16 +198,10 @@ export class History {
         return [];
     }
     tell() {}
-    grow() {}
     moves() {
         return true;
     }
     sought({ find, now }) {
         return find.field(this.field, now);
-    }
-
-    get visible() {
-        const { top, bottom } = this.element.getBoundingClientRect();
-        return bottom > 0 && top < window.innerHeight;
     }
 }

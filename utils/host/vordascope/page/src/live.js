@@ -9,10 +9,6 @@ import { save } from './out.js';
 /** So much may wait while the view holds, in characters; more is fetched anew. */
 const WAITING = 1 << 25;
 
-/** The charts over time are drawn at most so often, and in so small a part of the time. */
-const CHARTS_PAUSE = 80;
-const CHARTS_PART = 3;
-
 /** From one look at whether new fields want charts of their own to the next. */
 const RESHAPE_PAUSE = 3000;
 
@@ -30,7 +26,7 @@ export class Live {
     #last = null; // the whole state when all has ended
     #lost = false;
     #held = false;
-    #charts = null;
+    #frame = null;
     #reshape = null;
 
     /**
@@ -185,27 +181,22 @@ export class Live {
             reshaped ||= !run || run.length === 0;
         }
         for (const [number, n, text] of marks) runOf(number)?.marks.push([n, text]);
-        const view = this.#newestView();
-        this.#page?.store.set(view);
-        this.#draw();
+        this.#showNewest();
         if (reshaped) this.#reshapeSoon();
         return true;
     }
 
-    /** Draws the charts over time, as often as there is time for. */
-    #draw() {
-        if (this.#charts !== null) return;
-        this.#charts = setTimeout(() => {
-            const began = performance.now();
-            if (!this.#held) for (const section of this.#page?.sections ?? []) section.grow?.();
-            const lasted = performance.now() - began;
-            this.#charts = setTimeout(
-                () => {
-                    this.#charts = null;
-                },
-                Math.max(CHARTS_PAUSE, CHARTS_PART * lasted),
-            );
-        }, 0);
+    /** Shows what is here in the next frame, however much comes until then. */
+    #showNewest() {
+        if (!this.#page) return;
+        const { store, sections } = this.#page;
+        if (this.#frame === null)
+            this.#frame = requestAnimationFrame(() => {
+                this.#frame = null;
+                if (!this.#held) for (const section of sections) section.grow?.();
+            });
+        store.set(this.#newestView());
+        store.touch('n'); // of a ring that is full, it is another one under the same number
     }
 
     /** Builds the page anew for fields that vary now. */

@@ -15,6 +15,7 @@ const EDGE = 6;
 export function overview(course, { whole, axis, least, set }) {
     let part = null;
     let values = course;
+    let shown = false;
     const view = canvas(paint, {
         height: HEIGHT,
         label: 'overview; drag for the part that shows, double click for all, or arrow keys, + and −',
@@ -90,7 +91,8 @@ export function overview(course, { whole, axis, least, set }) {
             view.repaint();
         },
         show(now) {
-            part = now;
+            if (now === part && shown) return;
+            [part, shown] = [now, true];
             view.repaint();
         },
     };

@@ -27,8 +27,13 @@ export class Store {
         const changed = Object.keys(patch).filter((key) => this.view[key] !== patch[key]);
         if (changed.length === 0) return;
         this.view = { ...this.view, ...patch };
+        this.touch(...changed);
+    }
+
+    /** The same, of parts whose value is the same but stands for something else. */
+    touch(...keys) {
         if (this.#changed.size === 0) requestAnimationFrame(() => this.flush());
-        for (const key of changed) this.#changed.add(key);
+        for (const key of keys) this.#changed.add(key);
     }
 
     /** Tells the listeners at once what is due. */
