@@ -47,6 +47,7 @@ class Card {
     #compared = false;
     #visible = false;
     #opened = false;
+    #drawnAt = null; // of which snapshot, as many as there were before it
 
     constructor(entry) {
         this.entry = entry;
@@ -88,7 +89,7 @@ class Card {
         const sided = before && before.sensor !== now.sensor;
         const referred = ['a', 'against', 'sensors'].some((key) => changed.has(key));
         const stepped =
-            (changed.has('n') && this.varies) || (referred && (compared || this.#compared));
+            (changed.has('n') && this.#steps(now)) || (referred && (compared || this.#compared));
         const told = changed.has('query') && compared;
         if (changed.has('theme') || stepped || told) this.#stale = true;
         this.#compared = compared;
@@ -105,6 +106,13 @@ class Card {
         if (this.#visible) this.draw();
     }
 
+    /** Whether it shows another value than that of the snapshot that it was drawn of. */
+    #steps({ run, n }) {
+        if (!this.varies || this.#drawnAt === null) return this.varies;
+        const [from, to] = [this.#drawnAt - run.first, n].toSorted((p, q) => p - q);
+        return from < 0 || this.all.some((field) => field.changes(from, to));
+    }
+
     set visible(visible) {
         this.#visible = visible;
         if (visible) this.draw();
@@ -114,6 +122,7 @@ class Card {
     draw() {
         if (!this.#stale || this.element.hidden) return;
         this.#stale = false;
+        this.#drawnAt = this.view.now.run.first + this.view.now.n;
         try {
             setText(
                 this.state,

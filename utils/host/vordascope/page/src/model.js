@@ -184,8 +184,12 @@ class Field {
                 v: places.map((i) => v[i]),
             };
         };
-        const last = this.#pictures.at.length - 1;
-        if (last > 0 && !sampled(this.#pictures.at[last])) keep((at) => sampled(at));
+        const { at, v } = this.#pictures;
+        const last = v.length - 1;
+        if (last > 0 && !sampled(at[last])) {
+            this.#pictures.at = at.subarray(0, last);
+            v.pop();
+        }
         this.#pictures.at = pushed(this.#pictures.at, n);
         this.#pictures.v.push(value);
         if (this.#pictures.v.length <= PICTURES) return;

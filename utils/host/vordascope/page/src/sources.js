@@ -65,6 +65,11 @@ const RARE = 0.1;
  * @param {number[][]} shown those of the snapshots that show
  */
 export function steadyRange(extents, shown) {
+    return extent([...usualRange(extents), ...shown.flat()]);
+}
+
+/** The scale of most snapshots. */
+function usualRange(extents) {
     const ordered = (end) =>
         extents
             .map((pair) => pair[end])
@@ -72,18 +77,31 @@ export function steadyRange(extents, shown) {
             .sort((p, q) => p - q);
     const [lows, highs] = [ordered(0), ordered(1)];
     const rare = Math.floor(lows.length * RARE);
-    return extent([lows[rare], highs[highs.length - 1 - rare], ...shown.flat()]);
+    return [lows[rare], highs[highs.length - 1 - rare]];
 }
 
-/** The scale that several sources share. */
-export function rangeOf(sources, moments) {
+/** What rangeOf() has found, by its first source: { all, usual }, the extents of all of them. */
+const known = new WeakMap();
+
+/** The scale of most snapshots that several sources share. */
+function sharedRange(sources) {
     const all = sources.map((source) => source.extents());
+    const before = known.get(sources[0]);
+    if (before?.all.length === all.length && all.every((one, i) => one === before.all[i]))
+        return before.usual;
     const length = all.reduce((most, extents) => Math.max(most, extents.length), 0);
     const extents = Array.from({ length }, (_, i) =>
         extent(all.flatMap((pairs) => pairs[pairs.length > 1 ? i : 0])),
     );
-    const shown = moments.map((moment) => extent(sources.flatMap((one) => one.numbers(moment))));
-    return steadyRange(extents, shown);
+    const usual = usualRange(extents);
+    known.set(sources[0], { all, usual });
+    return usual;
+}
+
+/** The scale that several sources share. */
+export function rangeOf(sources, moments) {
+    const shown = moments.flatMap((moment) => sources.map((one) => extent(one.numbers(moment))));
+    return extent([...sharedRange(sources), ...shown.flat()]);
 }
 
 /** The moments that a view shows. */

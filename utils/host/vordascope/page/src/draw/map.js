@@ -35,8 +35,13 @@ export function paintCells(context, width, height, rows, colour) {
     const pixels = new ImageData(columns, Math.max(1, rows.length));
     rows.forEach((row, y) => {
         row.forEach((value, x) => {
-            if (!Number.isNaN(value))
-                pixels.data.set([...colour(value), 255], (y * columns + x) * 4);
+            if (Number.isNaN(value)) return;
+            const at = (y * columns + x) * 4;
+            const [red, green, blue] = colour(value);
+            pixels.data[at] = red;
+            pixels.data[at + 1] = green;
+            pixels.data[at + 2] = blue;
+            pixels.data[at + 3] = 255;
         });
     });
     easel.width = pixels.width;

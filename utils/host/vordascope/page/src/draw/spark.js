@@ -35,6 +35,7 @@ function shownPoints(list) {
  */
 export function spark(lists, name = '') {
     let length = 0;
+    let range = [0, 0];
     const x = (i) => round(length > 1 ? 1 + (i / (length - 1)) * (WIDTH - 2) : WIDTH / 2);
     const paths = lists.map((_, line) => {
         const path = svg('path', { class: 'spark-line' });
@@ -45,9 +46,18 @@ export function spark(lists, name = '') {
     });
     const cursors = ['spark-b', 'spark-a'].map((name) => svg('path', { class: name }));
 
+    /** Whether so few are new that none of them shows. */
+    function shows(grown) {
+        const count = extent(grown.map((list) => list.length))[1];
+        const beyond = grown.some((list) => list.at(-1) < range[0] || list.at(-1) > range[1]);
+        return beyond || count < length || count - length >= length / (2 * WIDTH);
+    }
+
     function grow(grown) {
+        if (!shows(grown)) return;
         length = extent(grown.map((list) => list.length))[1];
-        const [low, high] = extent(grown.flatMap((list) => extent(list)));
+        range = extent(grown.flatMap((list) => extent(list)));
+        const [low, high] = range;
         const place = (value) => (high > low ? (value - low) / (high - low) : 0.5);
         const y = (value) => round(HEIGHT - 2 - place(value) * (HEIGHT - 4));
         paths.forEach((path, line) => {
