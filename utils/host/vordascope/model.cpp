@@ -623,21 +623,18 @@ void Model::append_origin(std::string &out, const Run &run)
             out += "null";
     }
     out += ",\"missed\":";
-    append_list(out, run.missed.size(), [&](size_t i) {
-        out += '[';
-        put_json(run.missed[i].first - run.first, out);
-        out += ',';
-        put_json(run.missed[i].second, out);
-        out += ']';
-    });
+    const auto append_by_snapshot = [&](const auto &list, auto put) {
+        append_list(out, list.size(), [&](size_t i) {
+            out += '[';
+            put_json(list[i].first - run.first, out);
+            out += ',';
+            put(list[i].second, out);
+            out += ']';
+        });
+    };
+    append_by_snapshot(run.missed, [](uint64_t number, std::string &to) { put_json(number, to); });
     out += ",\"marks\":";
-    append_list(out, run.marks.size(), [&](size_t i) {
-        out += '[';
-        put_json(run.marks[i].first - run.first, out);
-        out += ',';
-        put_json_string(run.marks[i].second, out);
-        out += ']';
-    });
+    append_by_snapshot(run.marks, put_json_string);
     out += ",\"labels\":";
     append_labels(out, run);
     out += ",\"cut\":";

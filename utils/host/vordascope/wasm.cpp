@@ -82,6 +82,19 @@ void add_ready()
         model.add(*snapshot);
 }
 
+// What `put` says of the two Handed that stand in room().
+template <typename Put>
+const char *hold_together(Put put)
+{
+    const char *p = text.data();
+    const Handed a(p);
+    const Handed b(p);
+    std::string said;
+    put(a.values.data(), a.field, b.values.data(), b.field, looked_for.tolerance(), said);
+    text = std::move(said);
+    return text.data();
+}
+
 void end_file()
 {
     if (!reader)
@@ -158,27 +171,13 @@ size_t size()
 // that is. Two Handed stand in room().
 const char *differ()
 {
-    const char *p = text.data();
-    const Handed a(p);
-    const Handed b(p);
-    std::string what;
-    vordascope::put_difference(a.values.data(), a.field, b.values.data(), b.field,
-                               looked_for.tolerance(), what);
-    text = std::move(what);
-    return text.data();
+    return hold_together(vordascope::put_difference);
 }
 
 // Each value of two lists or grids that differs, as put_every() has it, handed over as to differ().
 const char *every()
 {
-    const char *p = text.data();
-    const Handed a(p);
-    const Handed b(p);
-    std::string lines;
-    vordascope::put_every(a.values.data(), a.field, b.values.data(), b.field,
-                          looked_for.tolerance(), lines);
-    text = std::move(lines);
-    return text.data();
+    return hold_together(vordascope::put_every);
 }
 
 // Takes what is looked for, of `size` bytes in room(), which differ() and find() go by from now on.
