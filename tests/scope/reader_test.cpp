@@ -6,6 +6,7 @@
 #include "scene.h"
 #include "vorda.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
@@ -166,6 +167,10 @@ TEST(Reader, WhatCannotBeRead)
             {"l = 1, 2, 32\n00, 6400\n", "cfg.x.l = damaged\n? 4: " + DAMAGED},
             {"w = \n(1,2)\nl = 1, 2\n, 3\n",
              "cfg.x.w = damaged\ncfg.x.l = damaged\n? 4: " + DAMAGED + "? 6: " + DAMAGED},
+            {"l = 1, 2, x3, 4\nm: 1, 2^C\nn = 5, 6, -\npath = 1, 2, x\n",
+             "cfg.x.l = damaged\ncfg.x.m = damaged\ncfg.x.n = damaged\n"
+             "cfg.x.path = \"1, 2, x\"\n? 3: " +
+                 DAMAGED + "? 4: " + DAMAGED + "? 5: " + DAMAGED},
             // Only a file's name goes on.
             {"lens = f/1.8\ngain (dB) = 5\nn = 1\noops\n",
              "cfg.x.lens = \"f/1.8\"\ncfg.x.n = 1\n? 4: " + neither + "? 6: " + neither},
@@ -291,6 +296,8 @@ TEST(Reader, UndoesWhatBecameOfTexts)
     std::string blanks;
     for (const char c : text)
         blanks += c == ' ' ? "\xC2\xA0"s : std::string(1, c);
+    std::string tabs = text;
+    std::replace(tabs.begin(), tabs.end(), ' ', '\t');
     const std::string texts[] = {
         wide(1, ""),
         wide(0, ""),
@@ -300,7 +307,11 @@ TEST(Reader, UndoesWhatBecameOfTexts)
         lines("    ", "\r\n"),
         lines("", "\r"),
         lines("\33[1;32m", "\33[m\n"),
+        lines("\33]0;root@cam\a\33[?25h", "\r\n"),
+        lines("", "  \n"),
+        lines("", "\n\r"),
         blanks,
+        tabs,
     };
     for (const std::string &other : texts) {
         EXPECT_EQ(read_all(other), fields) << other;
@@ -308,6 +319,12 @@ TEST(Reader, UndoesWhatBecameOfTexts)
         EXPECT_EQ(reader.notices().size(), 1U) << other;
     }
     EXPECT_EQ(Reader(text).notices().size(), 0U);
+    // A capture may be quoted in an answer that holds another.
+    const std::string answer = text + "\nJane wrote:\n\n" + lines("> ", "\n") + "\nBye,\nJohn\n";
+    EXPECT_EQ(read_all(answer), fields + "-- 0 1\n" + fields.substr(fields.find("share")));
+    // A comma at the end of a line that blanks were added to makes no list.
+    EXPECT_EQ(read_all(INDEX.substr(0, INDEX.size() - 1) + " \n[A]  \na = 1,  \nb = 1, 2  \n"),
+              "intl.a.a = 1\nintl.a.b = [1,2]\n");
 }
 
 TEST(Reader, AddedSnapshotsComeOutWhole)
@@ -394,7 +411,7 @@ TEST(Reader, LeavesOutWhatStandsAroundCaptures)
         {"\nBest regards\nJohn", 2},
         {"Best regards,\n\nJohn\n", 2},
         {"\r\n-- \r\nJohn\r\nPhone: 12345\r\n12, Some Street\r\n", 4},
-        {"\nOn Monday, 2 March, Jane wrote:\n> share.a = 5\n>\n> Jane\n", 4},
+        {"\nOn Monday, 2 March, Jane wrote:\n> share.a = 5\n>\n> Jane\n", 3},
         {"\n________\nFrom: Jane\nSubject: captures\n\nHi John,\nthere they are\n", 5},
     };
     for (const auto &[mail, lines] : around) {

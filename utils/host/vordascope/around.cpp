@@ -18,7 +18,7 @@ constexpr std::string_view BLANKS = " \t";
 constexpr std::string_view PROMPT_ENDS = "$#>%";
 constexpr size_t RULE_MIN = 5;
 constexpr size_t SIGNATURE_LINES = 16; // at most, below its dashes
-constexpr std::string_view SAID_BY_SHELLS[] = {"logout", "exit", "^C"};
+constexpr std::string_view SAID_AROUND[] = {"logout", "exit", "^C", "```"};
 
 std::string_view trimmed(std::string_view text)
 {
@@ -126,10 +126,9 @@ bool asks(std::string_view line)
 // Whether nobody but a shell or a person writes such a line, wherever it stands.
 bool is_of_people(std::string_view line)
 {
-    if (is_quoted(line) || asks(line) ||
+    if (is_quoted(line) || line.starts_with('\33') || asks(line) ||
         (line.size() >= RULE_MIN && line.find_first_not_of("_=*~#") == std::string_view::npos) ||
-        std::find(std::begin(SAID_BY_SHELLS), std::end(SAID_BY_SHELLS), line) !=
-            std::end(SAID_BY_SHELLS))
+        std::find(std::begin(SAID_AROUND), std::end(SAID_AROUND), line) != std::end(SAID_AROUND))
         return true;
     line = trimmed(line);
     if (line.size() < 3 || !is(line[0], LETTER) || !is(line[line.size() - 2], LETTER))

@@ -1,6 +1,8 @@
 // Packed, wide, quoted and coloured texts.
 #include "decode.h"
 
+#include "number.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -28,7 +30,6 @@ namespace
 
 constexpr size_t SETTLED = size_t{64} << 10;
 constexpr std::string_view NON_BREAKING = "\xC2\xA0";
-constexpr std::string_view COLOUR = "\33[";
 
 struct Look {
     std::string_view begin;
@@ -49,6 +50,20 @@ constexpr Look LOOKS[] = {
     {"BZh", "a bzip2 archive"},
     {"\x28\xB5\x2F\xFD", "a zstd archive"},
 };
+
+// Takes what steers a terminal off the beginning of a text: "ESC [ 1 ; 32 m", "ESC ] title BEL".
+bool take_escape(std::string_view &text)
+{
+    const auto drop = [&text](size_t end) {
+        if (end >= text.size())
+            return false;
+        text.remove_prefix(end + 1);
+        return true;
+    };
+    if (text.starts_with("\33["))
+        return drop(text.find_first_not_of("0123456789;?", 2));
+    return text.starts_with("\33]") && drop(text.find('\a'));
+}
 
 // Appends a character in UTF-8.
 void put_character(uint32_t c, std::string &out)
@@ -221,12 +236,23 @@ void Decode::settle_lines()
         line_end_ = '\r';
         undo("its lines end in carriage returns alone, which were read as line ends");
     }
-    if (head.find(COLOUR) != std::string_view::npos)
-        undo("terminal colours were taken out");
+    if (end + 1 < text_.size() && text_[end] == '\n' && text_[end + 1] == '\r')
+        undo("carriage returns in front of its lines were taken off");
+    if (head.find('\33') != std::string_view::npos)
+        undo("what steers a terminal (colours, titles) was taken out");
     if (head.find(NON_BREAKING) != std::string_view::npos)
         undo("non-breaking blanks were read as blanks");
     if (index >= head.size())
         return;
+    if (end < text_.size() && (text_[end] == '\n' || text_[end] == '\r') &&
+        is(head.back(), BLANK)) {
+        trims_ = true;
+        undo("blanks at the ends of its lines were taken off");
+    }
+    if (head.substr(index).find('\t') < head.substr(index).find('0')) {
+        tabs_ = true;
+        undo("tabs were read as blanks");
+    }
     std::string line;
     const size_t begin = head.find_last_of("\r\n", index) + 1; // 0 where there is none
     put_line(head.substr(begin), line);
@@ -260,13 +286,17 @@ void Decode::put_lines(bool last, std::string &out)
 void Decode::put_line(std::string_view line, std::string &out) const
 {
     const size_t before = out.size();
+    if (line_end_ == '\n' && line.starts_with('\r'))
+        line.remove_prefix(1);
+    if (trims_)
+        line = line.substr(0, line.find_last_not_of(" \t\r") + 1);
     while (!line.empty()) {
-        if (line.starts_with(COLOUR)) {
-            const size_t end = line.find_first_not_of("0123456789;", COLOUR.size());
-            if (end < line.size() && (line[end] == 'm' || line[end] == 'K')) {
-                line.remove_prefix(end + 1);
-                continue;
-            }
+        if (line.front() == '\33' && take_escape(line))
+            continue;
+        if (tabs_ && line.front() == '\t') {
+            out += ' ';
+            line.remove_prefix(1);
+            continue;
         }
         if (line.starts_with(NON_BREAKING)) {
             out += ' ';

@@ -16,8 +16,9 @@ inline constexpr char UNPACKED[] = "it is packed with gzip, and was unpacked";
 inline constexpr char NOT_UNPACKED[] = "the rest of the archive cannot be unpacked";
 
 // Turns the bytes of an input into those that vorda printed: unpacks gzip, reads UTF-16 of either
-// order with or without a mark, takes off quotes ("> ") and indentation, terminal colours and
-// carriage returns that end lines alone, and makes non-breaking blanks blanks.
+// order with or without a mark, takes off quotes ("> "), indentation, what steers a terminal, and
+// blanks that were added to the ends of lines, reads carriage returns alone or behind a line feed as
+// line ends, and makes blanks of non-breaking ones and of tabs.
 //
 // What is to be done is settled by the text up to the first index line, or the first 64 KiB; before
 // that nothing is given out, since no snapshot is complete before its index line. A text as vorda
@@ -58,7 +59,9 @@ private:
     std::string text_;   // not given out
     std::string prefix_; // in front of each line
     char line_end_ = '\n';
-    uint32_t high_ = 0; // the first of two units
+    bool trims_ = false; // blanks at the end of each line
+    bool tabs_ = false;  // are blanks
+    uint32_t high_ = 0;  // the first of two units
     std::vector<std::string> notices_;
     std::unique_ptr<struct Gzip> gzip_;
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace vordascope
 {
@@ -15,6 +16,7 @@ namespace
 
 constexpr std::string_view END_LINE = "; end";
 constexpr std::string_view NOTED = "mark = ";
+constexpr std::string_view QUOTES = ">| \t";
 constexpr char NO_SNAPSHOT[] = "no snapshot follows it";
 
 // A line without its line end, which is at `newline`, and without a mark in front.
@@ -153,6 +155,16 @@ bool set_label(std::vector<Label> &labels, std::string_view key, std::string_vie
     return true;
 }
 
+size_t leave_out_mail(Head &head, std::string_view body)
+{
+    const size_t mail = find_mail(body);
+    for_each_line(body.substr(mail), 0, [&head](std::string_view line, uint64_t, bool) {
+        if (line.find_first_not_of(QUOTES) != std::string_view::npos)
+            head.leave_out(line);
+    });
+    return mail;
+}
+
 char *Frames::room(size_t size)
 {
     if (buffer_.size() - size_ < size && begin_.at != 0) {
@@ -196,13 +208,14 @@ bool Frames::next(Head &head)
         read_head(head);
         const size_t body_end = ended_by_line_ ? end_line_ : left_head(end) ? head_.at : end;
         std::string_view body(text_ + body_.at, body_end - body_.at);
-        if (!ended_by_line_)
+        if (!ended_by_line_ && quote_.empty())
             body = body.substr(0, leave_out_mail(head, body));
         head.body.push_back({body, body_.line});
         tell_of_end(head, body_.at + body.size());
         if (!ended_by_line_)
             read_outside(head, {body_end, head_.line}, end);
     } else {
+        quote_.clear();
         read_outside(head, begin_, end);
     }
     // What was looked at is the end of this one, or head lines and the line behind them.
@@ -239,15 +252,20 @@ size_t Frames::find_end()
             if (index != 0) {
                 last_ = scanned_;
                 head_ = {static_cast<size_t>(line.data() + index - text_), scanned_.line};
+                const std::string_view before = line.substr(0, index);
+                next_quote_ =
+                    before.find_first_not_of(QUOTES) == std::string_view::npos ? before : "";
             }
             if (begun_)
                 return begin_next();
             begun_ = true;
+            quote_ = std::exchange(next_quote_, {});
             own_head_ = head_;
             body_ = head_ = after;
             named_ = true;
         } else if (!begun_ && !named_ && !tag_of(line).empty()) {
             begun_ = unnamed_ = true;
+            quote_.clear();
             own_head_ = head_;
             body_ = {static_cast<size_t>(line.data() - text_), scanned_.line};
             head_ = after;
@@ -359,17 +377,6 @@ void Frames::read_head(Head &head)
     });
 }
 
-// Leaves out the prompt or the mail behind a body. Returns where it begins.
-size_t Frames::leave_out_mail(Head &head, std::string_view body)
-{
-    const size_t mail = find_mail(body);
-    for_each_line(body.substr(mail), 0, [&head](std::string_view line, uint64_t, bool) {
-        if (!all_of(line, BLANK))
-            head.leave_out(line);
-    });
-    return mail;
-}
-
 // Tells of text that belongs to no snapshot. It is left out when none of it can be what has become
 // of one.
 void Frames::read_outside(Head &head, Mark begin, size_t end) const
@@ -389,7 +396,7 @@ void Frames::read_outside(Head &head, Mark begin, size_t end) const
         if (!ends && last && !(around && whole)) {
             head.cut = true;
             head.tell({number, line, "cut off: the line does not end"});
-        } else if (!all_of(line, BLANK) && line[0] != ';') {
+        } else if (line.find_first_not_of(QUOTES) != std::string_view::npos && line[0] != ';') {
             if (around)
                 head.leave_out(line);
             else

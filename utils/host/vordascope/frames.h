@@ -13,6 +13,9 @@ constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // some editors beg
 // Gives a label its value, anew if it has one. Returns whether there is room for it.
 bool set_label(std::vector<Label> &labels, std::string_view key, std::string_view value);
 
+// Leaves out the prompt or the mail behind a body. Returns where it begins.
+size_t leave_out_mail(Head &head, std::string_view body);
+
 // Splits an input, as a Reader does; see there. Its buffer holds one snapshot and what was given
 // beyond it.
 class Frames
@@ -40,6 +43,9 @@ public:
     // more.
     bool next(Head &head);
 
+    // What stands in front of each line of that one, when it is quoted in a text that is not.
+    std::string_view quote() const { return quote_; }
+
 private:
     struct Mark {
         size_t at;     // place in the text
@@ -51,7 +57,6 @@ private:
     bool left_head(size_t end) const;
     size_t begin_next();
     void tell_of_end(Head &head, size_t end);
-    static size_t leave_out_mail(Head &head, std::string_view body);
     void read_outside(Head &head, Mark begin, size_t end) const;
 
     std::vector<char> buffer_;
@@ -75,6 +80,8 @@ private:
     size_t end_line_ = 0;
     bool others_end_ = false; // snapshots before it have had an end line
     bool others_timed_ = false;
+    std::string quote_;      // of the snapshot that has begun
+    std::string next_quote_; // of the next one, when that has been seen
 };
 
 } // namespace vordascope

@@ -296,9 +296,14 @@ Grammar::Line Grammar::read_keyed(const char *p, const char *end)
             s_->values.resize(before);
         return line;
     }
+    const bool broken_list =
+        s_->values.size() - before > 1 && run.columns == 0 && !key.ends_with("path");
     s_->values.resize(before);
     // A text begins behind one blank; others are its own.
-    return add_other(key, separator + 1 + (separator[1] == ' '), end);
+    const Line line = add_other(key, separator + 1 + (separator[1] == ' '), end);
+    return broken_list && line == Line::data
+               ? broken(static_cast<FieldIndex>(s_->fields.size() - 1))
+               : line;
 }
 
 // Gets ready for a field of that key, off which it takes the category. Returns false, with why_

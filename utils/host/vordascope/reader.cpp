@@ -91,6 +91,8 @@ std::vector<std::string> Reader::notices() const
         notices.push_back("its lines were wrapped at " + std::to_string(unwrap_.width()) +
                           " columns, which was undone (" + std::to_string(unwrap_.joined()) +
                           " lines joined)");
+    if (unquoted_any_)
+        notices.emplace_back("the quotation marks of a capture within it were taken off");
     if (left_out_ != 0)
         notices.push_back("lines around the captures were left out (" + std::to_string(left_out_) +
                           "), the first: " + left_out_first_);
@@ -116,11 +118,37 @@ void Reader::parse()
         grammar_.doubt(unwrap_.doubts());
 }
 
+// Takes the quotation marks off the lines of a snapshot.
+void Reader::unquote()
+{
+    const Part quoted = snapshot_.body.front();
+    const auto before = static_cast<size_t>(quoted.text.data() - snapshot_.text.data());
+    unquoted_.clear();
+    unquoted_.reserve(snapshot_.text.size()); // what points there stays valid
+    unquoted_.append(snapshot_.text, 0, before);
+    for (std::string_view rest = quoted.text; !rest.empty();) {
+        const std::string_view line =
+            rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
+        rest.remove_prefix(line.size());
+        const bool marked = line.starts_with(frames_.quote());
+        unquoted_ += marked ? line.substr(frames_.quote().size()) : line;
+    }
+    const size_t size = unquoted_.size() - before;
+    unquoted_.append(snapshot_.text, before + quoted.text.size());
+    snapshot_.replace_body(unquoted_,
+                           {{std::string_view(unquoted_).substr(before, size), quoted.line}});
+    std::string_view &body = snapshot_.body.front().text;
+    body = body.substr(0, leave_out_mail(snapshot_, body));
+    unquoted_any_ = true;
+}
+
 const Snapshot *Reader::next()
 {
     while (!frames_.next(snapshot_))
         if (!decode_more())
             return nullptr;
+    if (!frames_.quote().empty())
+        unquote();
     if (const char *why = merge_.complete(snapshot_); why != nullptr)
         leave_out(snapshot_, why);
     parse();

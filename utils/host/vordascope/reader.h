@@ -119,6 +119,7 @@ public:
 
 private:
     bool decode_more();
+    void unquote();
     void parse();
 
     Decode decode_;
@@ -133,6 +134,8 @@ private:
     Grammar grammar_;
     Unwrap unwrap_;
     Snapshot snapshot_;
+    std::string unquoted_; // the text of a snapshot that is quoted in a text that is not
+    bool unquoted_any_ = false;
     uint64_t number_ = 0;
     uint64_t left_out_ = 0; // lines around the captures, of which that is the first
     std::string left_out_first_;
