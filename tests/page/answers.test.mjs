@@ -305,6 +305,13 @@ test('elements of grids and histograms go over time, and gains are named and col
     assert.ok(found.get('#5 · 4 s · [24]: 500').x > found.get('#2 · 1 s · [21]: 500').x);
     await canvas.click({ position: found.get('#4 · 3 s · [23]: 500') });
     await page.waitForFunction(() => document.querySelector('.place').textContent.startsWith('#4'));
+    // Keys go there too: to the right by snapshots, up by values.
+    await canvas.focus();
+    for (const key of ['End', 'ArrowLeft', 'PageUp', 'ArrowRight', ...Array(21).fill('ArrowUp')])
+        await canvas.press(key);
+    assert.equal(await canvas.getAttribute('aria-valuetext'), '#2 · 1 s · [21]: 500');
+    await canvas.press('Enter');
+    await page.waitForFunction(() => document.querySelector('.place').textContent.startsWith('#2'));
 
     const gains = page.locator('[data-title="White balance gains"]');
     const entries = await gains

@@ -148,6 +148,17 @@ test('the two sensors of a snapshot are held against each other', async (t) => {
     const maps = ['A ee [0][2] 100', 'B ee [0][2] 105', 'B − A [0][2] 5', 'B ÷ A [0][2] 1.05'];
     for (const [i, said] of maps.entries()) assert.equal(await corner(i), said);
 
+    // The cut has a line of each.
+    const cut = card.locator('.chart').first();
+    await cut.focus();
+    await card
+        .locator('.map:visible canvas')
+        .first()
+        .click({ position: { x: 4, y: 4 } });
+    await cut.focus();
+    await cut.press('End');
+    assert.match(await cut.getAttribute('aria-valuetext'), /^2: A ee 100.*, ee 105/);
+
     // Exchanged, and so by its link; then no more.
     await page.keyboard.press('x');
     await page.waitForFunction(() => location.hash === '#sensors=1-0');

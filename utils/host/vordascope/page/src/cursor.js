@@ -13,7 +13,7 @@ const MOVES = {
     End: ['x', Number.POSITIVE_INFINITY],
 };
 
-const within = (place, [first, last]) => Math.min(Math.max(place, first), last);
+export const within = (place, [first, last]) => Math.min(Math.max(place, first), last);
 
 /** Moves along a row of places: up and down there is nothing. */
 const along = (place, axis, by) => (axis === 'y' ? place : place + by);
@@ -48,10 +48,9 @@ export function cursor(element, { ends, read, move = along, at, pick, span }) {
     element.tabIndex = 0;
     element.setAttribute('role', 'slider');
     element.setAttribute('aria-roledescription', 'drawing');
-    tell('');
+    tell('', [0, 0]);
 
-    function tell(text) {
-        const [first, last] = ends();
+    function tell(text, [first, last]) {
         const set = (name, value) => element.setAttribute(`aria-${name}`, String(value));
         set('valuemin', first);
         set('valuemax', Math.max(first, last));
@@ -62,7 +61,7 @@ export function cursor(element, { ends, read, move = along, at, pick, span }) {
         const [first, last] = ends();
         if (last < first) return;
         place = within(next, [first, last]);
-        tell(read(place, true));
+        tell(read(place, true), [first, last]);
     }
     function leave() {
         anchor = null;

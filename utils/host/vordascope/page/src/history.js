@@ -1,9 +1,11 @@
 // A list or grid of many values over a run as a map: time to the right, its values upwards.
-import { nearest, placeText, tickText } from './against.js';
-import { canvas, pointerAt } from './canvas.js';
+import { nearest, tickText } from './against.js';
+import { canvas } from './canvas.js';
 import { sequential } from './colours.js';
+import { placeOf } from './course.js';
+import { cursor, within } from './cursor.js';
 import { colourOf, el, setText } from './dom.js';
-import { paintCells, scaleBar } from './draw/map.js';
+import { paintCells, paintFrame, scaleBar } from './draw/map.js';
 import { extent, flat, Moment, number, printed } from './model.js';
 import { short, ticks } from './ticks.js';
 import { TimeCard } from './timecard.js';
@@ -27,6 +29,8 @@ export class History extends TimeCard {
     columns = [];
     lines = [];
     width = 0; // as it was painted
+    marked = null; // the place that keys are at
+    count = 1; // the most values of a snapshot that shows
     #known = new Map(); // the numbers of a snapshot, by how many there were before it
     #drawn = { key: '', at: Number.NaN };
 
@@ -38,15 +42,15 @@ export class History extends TimeCard {
         this.map = canvas((context, width, height) => this.paint(context, width, height), {
             height: HEIGHT,
             label: `${field.name} over time`,
-            className: 'pick',
         });
         this.scale = scaleBar(() => sequential);
         const { element } = this.map;
-        element.addEventListener('pointermove', (event) => this.hover(pointerAt(event)));
-        element.addEventListener('pointerleave', () => this.hover(null));
-        element.addEventListener('click', (event) => {
-            const n = this.at(pointerAt(event))?.n ?? -1;
-            if (n >= 0) section.pick(n, event);
+        this.cursor = cursor(element, {
+            ends: () => this.ends(),
+            move: (place, axis, by) => this.move(place, axis, by),
+            at: (...point) => this.at(point),
+            read: (place, keys) => this.hover(place, keys),
+            pick: (place, event) => section.pick(Math.floor(place / this.count), event),
         });
         this.assemble(
             field.step > 1 ? `${field.name}, one of ${field.step}` : field.name,
@@ -84,6 +88,7 @@ export class History extends TimeCard {
         this.#known = known;
         this.#scaleOf([...known.values()]);
         this.map.repaint();
+        this.cursor.refresh();
     }
 
     /** All numbers of a snapshot. */
@@ -107,7 +112,7 @@ export class History extends TimeCard {
         const [low, high] = this.range ?? [0, 0];
         const colour = (value) => sequential(high > low ? (value - low) / (high - low) : 0.5);
         const inner = [width - MARGIN.left - MARGIN.right, height - MARGIN.top - MARGIN.bottom];
-        const rows = Array.from({ length: this.count ?? 1 }, (_, i) =>
+        const rows = Array.from({ length: this.count }, (_, i) =>
             this.columns.map((column) => column[this.count - 1 - i] ?? Number.NaN),
         );
         context.save();
@@ -115,6 +120,7 @@ export class History extends TimeCard {
         paintCells(context, ...inner, rows, colour);
         context.restore();
         this.paintNotes(context, (x) => this.leftOf(x), MARGIN.top, inner[1]);
+        if (this.marked !== null) this.paintMark(context, width, inner[1]);
         this.#paintTicks(context, width, inner);
     }
 
@@ -132,32 +138,64 @@ export class History extends TimeCard {
             );
         context.textAlign = 'right';
         context.textBaseline = 'middle';
-        for (const tick of ticks(0, this.count ?? 1, inner[1] / 40)) {
+        for (const tick of ticks(0, this.count, inner[1] / 40)) {
             const up = (tick + 0.5) / this.count;
             if (up < 1) context.fillText(tick, MARGIN.left - 5, MARGIN.top + (1 - up) * inner[1]);
         }
     }
 
-    /** The snapshot and the value's place under a point of the canvas; null beside the map. */
+    /** The place, see cursor.js, under a point of the canvas; null beside the map and the snapshots. */
     at([x, y, width, height]) {
         const across = (x - MARGIN.left) / (width - MARGIN.left - MARGIN.right);
         const up = 1 - (y - MARGIN.top) / (height - MARGIN.top - MARGIN.bottom);
         if (!(across >= 0 && across < 1 && up >= 0 && up < 1)) return null;
         const [from, to] = this.section.part();
-        const place = from + across * (to - from);
-        return { n: nearest(this.section.axes.now, place), i: Math.floor(up * this.count) };
+        const n = nearest(this.section.axes.now, from + across * (to - from));
+        return n < 0 ? null : n * this.count + Math.floor(up * this.count);
     }
 
-    hover(point) {
-        this.hovered = point && this.at(point);
+    /** The first and the last place of the snapshots that show. */
+    ends() {
+        const [from, to] = this.section.part();
+        const axis = this.section.axes.now;
+        const before = placeOf(axis, from);
+        const first = before + (axis[before] === from ? 0 : 1);
+        return [first * this.count, (placeOf(axis, to) + 1) * this.count - 1];
+    }
+
+    move(place, axis, by) {
+        const i = place % this.count;
+        if (axis === 'y') return place - i + within(i - by, [0, this.count - 1]);
+        const [first, last] = this.ends();
+        return within(place + by * this.count, [first + i, last - this.count + 1 + i]);
+    }
+
+    hover(place, keys) {
+        this.hovered = place === null ? null : this.partsOf(place);
+        if (keys) {
+            this.marked = place;
+            this.map.repaint();
+        }
         this.read();
+        return this.reading.textContent;
+    }
+
+    /** The snapshot of a place and which of its values it is. */
+    partsOf(place) {
+        return { n: Math.floor(place / this.count), i: place % this.count };
+    }
+
+    paintMark(context, width, tall) {
+        const { n, i } = this.partsOf(this.marked);
+        const left = this.placeOf(this.section.axes.now[n], width);
+        const top = MARGIN.top + (1 - (i + 1) / this.count) * tall;
+        paintFrame(context, left - 3, top - 1, 6, tall / this.count + 2);
     }
 
     /** Reads the value under the pointer, else where the largest of the snapshot is. */
     read() {
-        const { run, view, axes } = this.section;
+        const { run, view } = this.section;
         const { n, i } = this.hovered ?? { n: view.n, i: null };
-        if (n < 0) return setText(this.reading, placeText(axes.now[view.n], axes.timed));
         const values = flat(this.field.at(n));
         const numbers = values.map(number);
         const at = i ?? numbers.indexOf(extent(numbers.filter(Number.isFinite))[1]);

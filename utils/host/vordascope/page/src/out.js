@@ -107,7 +107,7 @@ function cellText(value) {
 }
 
 /** Rows of cells as a spreadsheet takes them. */
-export const tsv = (rows) => rows.map((row) => `${row.map(cellText).join('\t')}\n`).join('');
+const tsv = (rows) => rows.map((row) => `${row.map(cellText).join('\t')}\n`).join('');
 
 /** Columns of any lengths, [title, ...cells] each, as rows. */
 export const inRows = (columns) =>

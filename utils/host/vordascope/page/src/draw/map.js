@@ -65,7 +65,7 @@ function paintTexts(context, width, height, rows, colour) {
         row.forEach((value, x) => {
             const number = Number.isInteger(value) ? String(value) : value.toFixed(2);
             // One that has no room would be taken for another one.
-            if (Number.isNaN(value) || number.length * size * DIGIT > w) return;
+            if (Number.isNaN(value) || number.length * size * DIGIT > w - 4) return;
             context.fillStyle = inkOn(colour(value));
             context.fillText(number, (x + 0.5) * w, (y + 0.5) * h);
         });
@@ -73,7 +73,7 @@ function paintTexts(context, width, height, rows, colour) {
 }
 
 /** A frame around a cell that shows on every colour. */
-function paintFrame(context, x, y, width, height) {
+export function paintFrame(context, x, y, width, height) {
     for (const [colour, line] of [
         ['#fff', 3],
         ['#000', 1],

@@ -62,6 +62,7 @@ class Cut {
     constructor(source) {
         this.source = source;
         this.varies = source.varies;
+        this.paired = source.paired;
         this.fields = source.fields;
     }
 
