@@ -6,30 +6,10 @@ import { placeOf } from '../course.js';
 import { cursor } from '../cursor.js';
 import { colourOf, el, setText, sizeObserver, svg } from '../dom.js';
 import { hold } from '../lifetime.js';
-import { areWhole, areZero, short, shortNumber } from '../ticks.js';
-import { FONT } from './axes.js';
+import { short, shortNumber } from '../ticks.js';
+import { listen } from './gestures.js';
 import { paintChart } from './paint.js';
-
-const axis = (more) => ({
-    stroke: () => colourOf('--muted'),
-    font: FONT,
-    grid: { stroke: () => colourOf('--grid'), width: 1 },
-    ticks: { show: false },
-    ...more,
-});
-
-/** From one tick to the next; between whole numbers nothing but whole numbers. */
-const STEPS = Array.from({ length: 32 }, (_, i) => i - 12).flatMap((exponent) =>
-    ['1', '2', '2.5', '5'].map((step) => Number(`${step}e${exponent}`)),
-);
-const WHOLE = STEPS.filter(Number.isInteger);
-const stepsOf = (lists) => (lists.every(areWhole) ? WHOLE : STEPS);
-
-/** The numbers beside y; where all is 0 no other one. */
-function heights({ data }, splits) {
-    const zero = areZero(data.slice(1));
-    return splits.map((split) => (zero && split !== 0 ? '' : short(split)));
-}
+import { plotOptions } from './plot.js';
 
 /** A range with some air around it; from 0 where that is near. */
 export function padded([low, high]) {
@@ -55,14 +35,9 @@ export function chart(options) {
     const {
         lines,
         height = 150,
-        range,
-        xRange,
         points = false,
-        sync,
         onSelect,
         onPick,
-        onHover,
-        onWheel,
         under,
         missing = () => [],
         xText = short,
@@ -90,7 +65,6 @@ export function chart(options) {
     element.paint = (context) =>
         plot && paintChart(context, plot, { lines, points, missing, under, xText });
     let measuredIn = currentLayout();
-    let pressedAt = 0;
     const observer = sizeObserver(fit);
 
     /** Point i in words. */
@@ -106,96 +80,14 @@ export function chart(options) {
     });
 
     function create(data) {
-        const scales = { x: { time: false, range: xRange }, y: { range } };
-        const plotOptions = {
-            width: element.clientWidth || 300,
-            height,
-            legend: { show: false },
-            padding: [8, 10, 0, 0],
-            scales,
-            axes: [
-                axis({
-                    size: 24,
-                    space: 52,
-                    values: (_, splits) => splits.map(xText),
-                    incrs: (u) => stepsOf([u.data[0]]),
-                }),
-                axis({
-                    size: 46,
-                    space: 32,
-                    values: heights,
-                    incrs: (u) => stepsOf(u.data.slice(1)),
-                }),
-            ],
-            series: [{}, ...lines.map(lineOptions)],
-            cursor: {
-                y: false,
-                drag: { x: Boolean(onSelect), y: false, setScale: false, dist: 3 },
-                points: { size: 6 },
-                bind: { dblclick: () => () => options.onDouble?.() },
-                sync: sync && {
-                    key: sync,
-                    setSeries: false,
-                    filters: { pub: (type) => type === 'mousemove' || type === 'mouseleave' },
-                },
-            },
-            hooks: {
-                setCursor: [(u) => onHover?.(u.cursor.idx ?? null, u.posToVal(u.cursor.left, 'x'))],
-                drawAxes: [(u) => under?.(u)],
-                setSelect: [
-                    (u) => {
-                        if (u.select.width < 3) return;
-                        const [i, j] = [u.select.left, u.select.left + u.select.width].map((x) =>
-                            u.posToIdx(x),
-                        );
-                        if (i < j) onSelect(i, j);
-                    },
-                ],
-            },
-        };
-        const created = new uPlot(plotOptions, data, element);
-        if (onPick) {
-            created.over.addEventListener('mousedown', (event) => {
-                pressedAt = event.clientX;
-            });
-            created.over.addEventListener('click', (event) => {
-                if (Math.abs(event.clientX - pressedAt) < 3 && created.cursor.idx !== null)
-                    onPick(created.cursor.idx, event);
-            });
-        }
-        if (onWheel) {
-            created.over.addEventListener(
-                'wheel',
-                (event) => onWheel(event, created.posToVal(event.offsetX, 'x')),
-                { passive: false },
-            );
-        }
-        if (options.onPinch) watchPinch(created);
+        const created = new uPlot(
+            plotOptions({ ...options, height, points, missing, xText }, element.clientWidth || 300),
+            data,
+            element,
+        );
+        listen(created, options);
         observer.observe(element);
         return created;
-    }
-
-    /** Two fingers: how much farther they are from each other, and the place between them. */
-    function watchPinch({ over }) {
-        const fingers = new Map();
-        const spread = () => {
-            const [p, q] = [...fingers.values()];
-            return [Math.max(Math.abs(p - q), 8), (p + q) / 2];
-        };
-        over.style.touchAction = 'pan-y';
-        over.addEventListener('pointerdown', (event) => {
-            if (event.pointerType === 'touch') fingers.set(event.pointerId, event.offsetX);
-        });
-        over.addEventListener('pointermove', (event) => {
-            if (!fingers.has(event.pointerId)) return;
-            const before = fingers.size === 2 && spread();
-            fingers.set(event.pointerId, event.offsetX);
-            if (!before) return;
-            const [wide, middle] = spread();
-            options.onPinch(before[0] / wide, plot.posToVal(middle, 'x'));
-        });
-        for (const name of ['pointerup', 'pointercancel'])
-            over.addEventListener(name, (event) => fingers.delete(event.pointerId));
     }
 
     function fit() {
@@ -204,37 +96,6 @@ export function chart(options) {
         if (width === 0 || width === plot.width) return;
         plot.setSize({ width, height });
         options.onResize?.();
-    }
-
-    const lineOptions = ({ colour, dashed, stepped, filled }) => ({
-        stroke: () => colourOf(colour),
-        width: dashed ? 1.25 : 1.75,
-        dash: dashed ? [4, 3] : lineDash(colour),
-        fill: filled ? () => `${colourOf(colour)}33` : undefined,
-        paths: stepped ? uPlot.paths.stepped({ align: 1 }) : undefined,
-        gaps: (u, _line, from, to, empty) =>
-            [...empty, ...holes(u, from, to)].sort((p, q) => p[0] - q[0]),
-        points:
-            points && !dashed
-                ? { show: true, size: 4, fill: () => colourOf(colour) }
-                : { show: () => false, filter: lonely, size: 4, fill: () => colourOf(colour) },
-    });
-
-    /** Where the line breaks, in pixels: between points some are missing. */
-    function holes(u, from, to) {
-        const place = (i) => u.valToPos(u.data[0][i], 'x', true);
-        return missing()
-            .filter((i) => i > from && i <= to)
-            .map((i) => [place(i - 1), place(i)]);
-    }
-
-    /** The points between two breaks, which no line would show; null where there are none. */
-    function lonely() {
-        const breaks = new Set(missing());
-        const alone = [...breaks].filter(
-            (i) => breaks.has(i + 1) || i + 1 === plot?.data[0].length,
-        );
-        return alone.length ? alone : null;
     }
 
     return {
