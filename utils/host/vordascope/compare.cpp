@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <map>
 
 namespace vordascope
@@ -38,6 +37,41 @@ void put_value(const Value &value, std::string &out)
         put_shown(value.text(), out);
 }
 
+// "8.7", "1000", "1.11e-14": three digits, or as many as stand before the point. (What the page loads
+// is smaller by a tenth without the library's printf.)
+void put_percent(double percent, std::string &out)
+{
+    constexpr int EXPONENT_MIN = -4; // smaller numbers are written with one
+    constexpr double WHOLE_MAX = 1e18;
+    int exponent = 0; // of ten, by which it has been divided
+    double rest = percent;
+    for (; rest >= WHOLE_MAX; exponent++)
+        rest /= 10;
+    if (rest >= 999.5) {
+        out += std::to_string(static_cast<uint64_t>(std::nearbyint(rest)));
+        out.append(static_cast<size_t>(exponent), '0');
+        return;
+    }
+    for (; rest != 0 && rest < 99.95; exponent--)
+        rest *= 10;
+    std::string digits = std::to_string(static_cast<uint64_t>(std::nearbyint(rest)));
+    exponent += static_cast<int>(digits.size()) - 1; // of the first digit
+    while (digits.size() > 1 && digits.back() == '0')
+        digits.pop_back();
+    const bool small = exponent < EXPONENT_MIN;
+    const int whole = small ? 1 : exponent + 1; // digits before the point
+    if (whole <= 0)
+        digits.insert(0, static_cast<size_t>(1 - whole), '0');
+    const auto point = static_cast<size_t>(std::max(whole, 1));
+    if (digits.size() < point)
+        digits.append(point - digits.size(), '0');
+    out.append(digits, 0, point);
+    if (digits.size() > point)
+        out.append(1, '.').append(digits, point);
+    if (small)
+        out += (exponent > -10 ? "e-0" : "e-") + std::to_string(-exponent);
+}
+
 // "8000 -> 40000  (+32000, +400 %)"
 void put_change(const Value &a, const Value &b, std::string &out)
 {
@@ -54,10 +88,9 @@ void put_change(const Value &a, const Value &b, std::string &out)
     const double before = std::fabs(to_double(*read_decimal(a.text())));
     const double percent = 100 * to_double(*apart) / before;
     if (before != 0 && std::isfinite(before) && std::isfinite(percent)) {
-        char text[400];
-        snprintf(text, sizeof(text), std::fabs(percent) < 999.5 ? ", %+.3g %%" : ", %+.0f %%",
-                 percent);
-        out += text;
+        out += percent < 0 ? ", -" : ", +";
+        put_percent(std::fabs(percent), out);
+        out += " %";
     }
     out += ')';
 }
