@@ -1,6 +1,7 @@
 // The real recorder beside a camera that the test steps frame by frame, or one at work.
 #include "camera_lock.h"
 #include "harness.h"
+#include "reader.h"
 #include "scene.h"
 #include "vorda.h"
 
@@ -14,7 +15,6 @@
 #include <sstream>
 #include <sys/resource.h>
 #include <unistd.h>
-#include <utility>
 
 namespace
 {
@@ -36,81 +36,24 @@ std::string printed(uint32_t frame, uint32_t changes = 0)
     return captured([&] { return parse_entry(ctx.get(), "all"); }).out;
 }
 
-// A snapshot of a recording: its head lines, and its text, to which those before have added.
-struct Recorded {
-    std::map<std::string, std::string> head;
-    std::string text;
-};
-
-// The section that begins with a line, "" if none does.
-std::string section_of(const std::string &line)
+// The snapshots of a recording, of which all is there and understood.
+std::vector<vordascope::Snapshot> expanded(const std::string &recording)
 {
-    if (line.starts_with("=== "))
-        return line;
-    if (line.size() > 2 && line[0] == '[' && line.back() == ']' &&
-        line.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_", 1) == line.size() - 1)
-        return line;
-    return line.starts_with("share.inttime =") || line.starts_with("vinfo.type =")
-               ? line.substr(0, 5)
-               : "";
+    std::vector<vordascope::Snapshot> result;
+    vordascope::Reader reader{std::string_view(recording)};
+    while (const vordascope::Snapshot *snapshot = reader.next()) {
+        EXPECT_EQ(snapshot->unread_count + snapshot->left_out, 0U) << result.size();
+        result.push_back(*snapshot);
+    }
+    EXPECT_TRUE(reader.notices().empty());
+    return result;
 }
 
-// A recording of all, expanded. What is not whole at its end counts as a failure.
-std::vector<Recorded> expanded(const std::string &recording)
+// Whether a snapshot is what `vorda all` prints of its frame.
+bool is_printed(const vordascope::Snapshot &snapshot, uint32_t changes = 0)
 {
-    using Lines = std::vector<std::string>;
-    std::vector<Recorded> result;
-    std::vector<std::pair<std::string, Lines>> sections;
-    Recorded now;
-    Lines before; // of the section, what runs of lines are exchanged in
-    auto section = sections.end();
-    bool head = true;
-    std::istringstream lines(recording);
-    for (std::string line; std::getline(lines, line);) {
-        if (head && line.starts_with("dev_idx = 0, path_idx = 0")) {
-            head = false;
-            if (!now.head.contains("added_to"))
-                sections.clear();
-            else if (result.empty() || now.head["added_to"] != result.back().head["frame"])
-                ADD_FAILURE() << "added to " << now.head["added_to"];
-        } else if (head) {
-            const size_t equals = line.find(" = ");
-            now.head[line.substr(0, equals)] = line.substr(equals + 3);
-        } else if (line == "; end") {
-            for (const auto &[name, of_section] : sections)
-                for (const std::string &one : of_section)
-                    now.text += one + "\n";
-            result.push_back(now);
-            now = {};
-            head = true;
-        } else if (line.starts_with("@ ")) {
-            if (section->second.size() < 2)
-                section->second = before;
-            const bool named = section_of(section->second[0]).starts_with("share");
-            size_t at = std::stoul(line.substr(2)) - (named ? 1 : 0);
-            const size_t dash = line.find_first_not_of("0123456789", 2);
-            const size_t last = dash != std::string::npos && line[dash] == '-'
-                                    ? std::stoul(line.substr(dash + 1)) - (named ? 1 : 0)
-                                    : at;
-            for (; at <= last && std::getline(lines, line); at++)
-                section->second.at(at) = line;
-        } else {
-            std::string name = section_of(line);
-            const bool title = line == "=== share ===";
-            if (title)
-                name = "share";
-            if (!name.empty()) {
-                section = std::ranges::find(sections, name, [](const auto &s) { return s.first; });
-                if (section == sections.end())
-                    section = sections.emplace(section, name, Lines());
-                before = std::exchange(section->second, {});
-            }
-            if (!title)
-                section->second.push_back(line);
-        }
-    }
-    EXPECT_TRUE(head && now.head.empty()) << "cut: " << recording.size() << " bytes";
-    return result;
+    const auto frame = static_cast<uint32_t>(*snapshot.frame);
+    return snapshot.text.ends_with("path_idx = 0\n" + printed(frame, changes) + "; end\n");
 }
 
 // A recorder of path 0, whose frames the test makes.
@@ -191,20 +134,20 @@ TEST(Recorder, EveryFrameExpandsToWhatVordaPrintsOfIt)
 
     const std::string text = camera.text();
     EXPECT_TRUE(text.starts_with("label host = "));
-    const std::vector<Recorded> recorded = expanded(text);
+    const auto recorded = expanded(text);
     ASSERT_EQ(recorded.size(), frames.size());
     double before = 0;
     for (size_t i = 0; i < frames.size(); i++) {
         SCOPED_TRACE(frames[i]);
-        auto head = recorded[i].head;
-        EXPECT_EQ(head["frame"], std::to_string(frames[i]));
-        EXPECT_TRUE(recorded[i].text == printed(frames[i], frames[i] / 20));
-        EXPECT_EQ(head["missed"], frames[i] == 48 ? "3" : "");
+        EXPECT_EQ(recorded[i].frame, frames[i]);
+        EXPECT_TRUE(is_printed(recorded[i], frames[i] / 20));
+        EXPECT_EQ(recorded[i].missed, frames[i] == 48 ? 3U : 0U);
         const bool whole = i == 0 || frames[i] == 49 || frames[i] < frames[i - 1];
-        EXPECT_EQ(head.contains("added_to"), !whole);
-        EXPECT_GT(std::stod(head["time"]), before);
-        EXPECT_EQ(head["time"].size() - head["time"].find('.'), 7U); // microseconds
-        before = std::stod(head["time"]);
+        EXPECT_EQ(recorded[i].added_to.has_value(), !whole);
+        const std::string time(recorded[i].time.text());
+        EXPECT_GT(std::stod(time), before);
+        EXPECT_EQ(time.size() - time.find('.'), 7U); // microseconds
+        before = std::stod(time);
     }
 }
 
@@ -305,11 +248,10 @@ TEST(Recorder, StopsBetweenSnapshotsWhateverStopsIt)
             kill(child->pid(), number);
             ASSERT_TRUE(child->ends());
             EXPECT_EQ(child->finish().status, -number);
-            const std::vector<Recorded> recorded = expanded(read_file(out.path()));
+            const auto recorded = expanded(read_file(out.path()));
             ASSERT_FALSE(recorded.empty());
-            for (Recorded snapshot : recorded) // of one frame, never of two
-                EXPECT_TRUE(snapshot.text ==
-                            printed(static_cast<uint32_t>(std::stoul(snapshot.head["frame"]))));
+            for (const auto &snapshot : recorded) // of one frame, never of two
+                EXPECT_TRUE(is_printed(snapshot)) << *snapshot.frame;
         }
 
     // A disk that is full within a snapshot.

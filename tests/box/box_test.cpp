@@ -1,7 +1,6 @@
 // vorda on an emulated camera: the ARM binary, a real kernel and a real driver.
 #include "harness.h"
 #include "machine.h"
-#include "sr_schema.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -150,32 +149,6 @@ TEST(Box, NoDeviceOrNoRightToOpenIt)
         EXPECT_EQ(answer.driver, "");
         EXPECT_EQ(answer.status, 1);
     }
-}
-
-TEST(Box, FillsTheDescriptorTableButForTheStates)
-{
-    SrMemDescptr expected;
-    memset(static_cast<void *>(&expected), 0xA5, sizeof(expected));
-    const auto describe = [](auto &infos, uint32_t offset, uint32_t size) {
-        for (SrDescptrInfo &info : infos) {
-            info.offset = offset;
-            info.size = size;
-            offset += size;
-        }
-    };
-    expected.log.offset = 1800;
-    expected.log.size = 13;
-    describe(expected.dev, 1816, 1196);
-    describe(expected.chn, 3012, 4716);
-    describe(expected.path, 40744, 131080);
-    describe(expected.enc, 565064, 120);
-    describe(expected.osd, 566024, 224);
-
-    const Answer answer = box(reload() + "sr-scene /dev/sr; box-probe table 0xA5;"
-                                         "vorda vinfo >/dev/null; box-probe peek 0 1800");
-    EXPECT_EQ(answer.err, no_path);
-    EXPECT_TRUE(answer.out ==
-                std::string(reinterpret_cast<const char *>(&expected), sizeof(expected)));
 }
 
 TEST(Box, ASnapshotWaitsForTheHolderAndReadsWhatItLeft)

@@ -24,7 +24,6 @@ namespace
 
 constexpr char USAGE[] =
     "Usage: box-probe fill SNAPSHOT       path 0 gets a snapshot: distinct, zero\n"
-    "       box-probe table BYTE          every byte of the descriptor table becomes BYTE\n"
     "       box-probe peek OFFSET LENGTH  bytes of the region, as they are\n"
     "       box-probe hold MS INTTIME     hold the lock of path 0 in the background for a time,\n"
     "                                     set the exposure time, let go\n"
@@ -182,11 +181,6 @@ int main(int argc, char **argv)
 
     if (verb == "fill" && argc == 3) {
         path->dip = *snapshot_of(argv[2]);
-        return 0;
-    }
-    if (verb == "table" && argc == 3) {
-        memset(static_cast<void *>(&conf->descptr), static_cast<int>(number(2)),
-               sizeof(conf->descptr));
         return 0;
     }
     if (verb == "peek" && argc == 4)

@@ -1,9 +1,7 @@
 // vordascope and vorda-record.sh as people run them.
 #include "harness.h"
 #include "reading.h"
-#include "scene.h"
 #include "sr_device.h"
-#include "vorda.h"
 
 #include <cmath>
 #include <csignal>
@@ -436,49 +434,6 @@ Environment with_path(const std::string &folder)
 {
     // Not by its full name, in which there may be a colon.
     return {{"PATH", std::filesystem::relative(folder).string() + ":" + getenv("PATH")}};
-}
-
-// What the recorder leaves out of a snapshot is there again, value by value.
-TEST(Record, TheRecordersSnapshotsAreWhatVordaPrintsOfTheirFrames)
-{
-    const Region region;
-    const Child camera({built("sim/sr-scene"), "--live", "--fps", "100", region.file()}, {});
-    // Its beginning frees the lock, whoever holds it.
-    ASSERT_TRUE(eventually([&] { return region->path[0].dip.dip_ctx.frame_cnt > 2; }));
-    const std::string recording =
-        start_tool("vorda-record", {"-n", "60", "--whole", "3600", "all"}, region.file())
-            ->finish()
-            .out;
-    std::string printed;
-    std::istringstream lines(recording);
-    bool labels = true;
-    int added = 0;
-    uint32_t frame = 0;
-    for (std::string line; std::getline(lines, line);) {
-        added += line.starts_with("added_to = ");
-        labels = labels && line.starts_with("label ");
-        const bool counted = line.starts_with("frame = ");
-        if (labels || counted || line.starts_with("time = ") || line.starts_with("missed = "))
-            printed += line + "\n";
-        if (counted)
-            frame = static_cast<uint32_t>(std::stoul(line.substr(8)));
-        if (!line.starts_with("dev_idx = "))
-            continue;
-        register_categories();
-        const auto ctx = std::make_unique<DipPathCtx>();
-        fill_frame(ctx.get(), 0, frame);
-        printed +=
-            line + "\n" + captured([&] { return parse_entry(ctx.get(), "all"); }).out + "; end\n";
-    }
-    EXPECT_EQ(added, 59);
-    const TempFile file;
-    const auto json = [&file](const std::string &text) {
-        std::ofstream(file.path(), std::ios::binary) << text;
-        return scope({"json", file.path()}).out;
-    };
-    const std::string from_recording = json(recording);
-    EXPECT_EQ(std::ranges::count(from_recording, '\n'), 60);
-    EXPECT_TRUE(from_recording == json(printed));
 }
 
 TEST(Record, WritesSnapshotsBelowTheirTimes)

@@ -1,6 +1,5 @@
 // The reader: its grammar by rows, all that vorda prints, and texts that nobody meant to be read.
 #include "dip_ctx_types.h"
-#include "fuzz_target.h"
 #include "harness.h"
 #include "reading.h"
 #include "scene.h"
@@ -777,21 +776,9 @@ TEST(Reader, UndoesWrapsWhereThereIsNoDoubt)
                   "cfg.x.e = 6\n? 8: neither a key nor a label\n");
 }
 
-// The texts of snapshots that nobody would print: the fuzzer's, and random ones.
+// The texts of snapshots that nobody would print.
 TEST(Reader, HostileSnapshots)
 {
-    size_t saved = 0;
-    for (const auto &entry :
-         std::filesystem::directory_iterator(VORDA_SOURCE_DIR "/tests/corpus")) {
-        if (!entry.is_regular_file())
-            continue;
-        const std::string bytes = read_file(entry.path());
-        const Result result = captured([&] { return run_fuzz_input(bytes); });
-        read_all(INDEX + result.out);
-        saved++;
-    }
-    EXPECT_GT(saved, 20U);
-
     std::mt19937 random(1);
     const auto ctx = std::make_unique<DipPathCtx>();
     auto *bytes = reinterpret_cast<uint8_t *>(ctx.get());
@@ -801,49 +788,6 @@ TEST(Reader, HostileSnapshots)
         const std::string fields = read_all(printed(*ctx, "all"));
         EXPECT_NE(fields.find("\nvinfo.ispv2 = "), std::string::npos);
     }
-}
-
-// Texts with changed, lost, doubled and exchanged pieces.
-TEST(Reader, MutatedTexts)
-{
-    const auto ctx = std::make_unique<DipPathCtx>();
-    fill_frame(ctx.get(), 0, 3);
-    std::vector<std::string> parts;
-    for (const char *entry : {"share", "stat.awb", "stat.mv", "intl.lsc", "cfg.csm", "cfg.te"})
-        parts.push_back("time = 1.5\n" + printed(*ctx, entry));
-    const std::string pieces[] = {"\n",      "\r\n",
-                                  " = ",     ":",
-                                  ", ",      "[0]",
-                                  "(1 2)",   "<# 0>",
-                                  ";",       "=== a.b ===\n",
-                                  "[A]\n",   "dev_idx = 0, path_idx = 0\n",
-                                  "; end\n", "18446744073709551616",
-                                  "-",       std::string(1, '\0'),
-                                  "\xFF",    "nan"};
-    std::mt19937 random(1);
-    size_t unread = 0;
-    for (int round = 0; round < 2000; round++) {
-        std::string text = parts[random() % parts.size()] + parts[random() % parts.size()];
-        for (auto count = random() % 8 + 1; count > 0; count--) {
-            const size_t at = random() % text.size();
-            switch (random() % 4) {
-            case 0:
-                text[at] = static_cast<char>(random());
-                break;
-            case 1:
-                text.erase(at, random() % 30);
-                break;
-            case 2:
-                text.insert(at, pieces[random() % std::size(pieces)]);
-                break;
-            default:
-                text.insert(at, text.substr(random() % text.size(), random() % 200));
-            }
-        }
-        unread += read_all(text).find("? ") != std::string::npos;
-        ASSERT_FALSE(HasFailure()) << text;
-    }
-    EXPECT_GT(unread, 1000U);
 }
 
 TEST(Reader, LongLinesAndManyNames)
