@@ -151,6 +151,7 @@ TEST(Journey, AFileMayBeNoRegionOrNotYet)
     const Result missing = run_vorda({"vinfo"}, "/nonexistent/region");
     EXPECT_EQ(missing.out, "dev_idx = 0, path_idx = 0\n"); // before it opens the device
     EXPECT_EQ(missing.err, "Unable to initialize MPP.\n");
+    EXPECT_EQ(missing.status, 1);
 
     // A region that vorda itself creates has no path.
     const Result fresh = run_vorda({"vinfo"}, none.path());

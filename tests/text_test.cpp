@@ -221,6 +221,7 @@ TEST(StdoutText, WaitsForAReaderThatIsSlow)
     const pid_t child = fork();
     if (child == 0) {
         dup2(ends[1], STDOUT_FILENO);
+        output = {};
         parse_help("vorda", "");
         parse_entry(snapshot_of("distinct").get(), "share");
         parse_entry(snapshot_of("distinct").get(), "all");
