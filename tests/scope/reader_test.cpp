@@ -11,6 +11,28 @@
 #include <random>
 #include <set>
 
+namespace vordascope
+{
+
+struct SlotsOf {
+    const Snapshot &snapshot;
+
+    // Calls use(key, its hash, how many slots it is away from its own).
+    template <typename Use>
+    void for_each(Use use) const
+    {
+        const std::vector<Snapshot::Slot> &slots = snapshot.slots_;
+        for (size_t i = 0; i < slots.size(); i++)
+            if (slots[i].member != NONE && slots[i].member % 2 == 0)
+                use(snapshot.fields[slots[i].member / 2].key, slots[i].hash,
+                    (i - slots[i].hash) & (slots.size() - 1));
+    }
+    size_t count() const { return snapshot.slots_.size(); }
+    size_t crowd() const { return snapshot.crowd_.size(); }
+};
+
+} // namespace vordascope
+
 using namespace vordascope;
 using namespace std::string_literals;
 
@@ -822,6 +844,40 @@ TEST(Reader, LongLinesAndManyNames)
         EXPECT_EQ(snapshot->unread.front().line, 1U);
     }
     EXPECT_EQ(apart.next(), nullptr);
+}
+
+// Keys that were chosen for neighbouring slots: a look-up takes few steps all the same, and the
+// memory is in proportion to the keys.
+TEST(Snapshot, KeysThatCollideTakeFewSteps)
+{
+    constexpr size_t STEPS_MOST = 64;
+    const std::string head = INDEX + "[A]\n";
+    std::string many = head;
+    for (int i = 0; i < 600000; i++)
+        many += "k" + std::to_string(i) + " = 1\n";
+    std::string chosen = head;
+    size_t keys = 0;
+    Reader reader{std::string_view(many)};
+    SlotsOf{*reader.next()}.for_each([&](std::string_view key, uint32_t hash, size_t) {
+        if ((hash & 0x1E000) == 0) {
+            chosen.append(key) += " = 1\n";
+            keys++;
+        }
+    });
+    ASSERT_GT(keys, 35000U);
+
+    Reader again{std::string_view(chosen)};
+    const Snapshot &snapshot = *again.next();
+    const SlotsOf slots{snapshot};
+    EXPECT_EQ(snapshot.fields.size(), keys);
+    EXPECT_LE(slots.count(), 4 * keys);
+    size_t farthest = 0;
+    slots.for_each(
+        [&](std::string_view, uint32_t, size_t away) { farthest = std::max(farthest, away); });
+    EXPECT_LT(farthest, STEPS_MOST);
+    EXPECT_GT(slots.crowd(), keys / 2);
+    for (const Field &field : snapshot.fields)
+        ASSERT_EQ(snapshot.same_field(snapshot, field), &field);
 }
 
 TEST(Snapshot, FindsWhatAPathNames)

@@ -191,6 +191,7 @@ public:
 
 private:
     friend class Grammar;
+    friend struct SlotsOf; // tests count what a look-up may cost
 
     struct Slot {
         uint32_t hash;
