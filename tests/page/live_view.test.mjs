@@ -1,9 +1,10 @@
 // The page of `vordascope live` in a browser, while a camera goes on.
 import assert from 'node:assert/strict';
 import { once } from 'node:events';
+import { connect, createServer } from 'node:net';
 import { after, test } from 'node:test';
 import { launch } from './browser.mjs';
-import { feed, live, skip, snapshot } from './following.mjs';
+import { feed, follow, live, skip, snapshot } from './following.mjs';
 import { open, read, report, scratch, write } from './harness.mjs';
 
 let browser;
@@ -257,4 +258,109 @@ test('labels say whose camera it is, as they change, and in what is saved', {
     const saved = await open(test, file);
     await showing(saved, '#6 of 6');
     assert.equal(await saved.locator('.labels summary').textContent(), 'host cam7lamp off');
+});
+
+/** Follows so many snapshots of the input as they are taken, whatever becomes of other pages. */
+async function takenUpTo({ address }, count) {
+    const page = await follow(address);
+    for (let seen = 0; seen < count; ) {
+        const { name, data } = await page.next();
+        seen = name === 'state' ? (data.model.runs[0]?.count ?? 0) : seen + data.add.length;
+    }
+    page.leave();
+}
+
+test('a browser that sleeps and wakes has all that came meanwhile', { skip }, async (test) => {
+    const own = await launch();
+    test.after(() => own.close());
+    const program = await live(test, '--keep', '1000', '-');
+    const page = await own.newPage();
+    await page.goto(program.address.href);
+    await feed(program, climb(0, 20));
+    await showing(page, '#20 of 20');
+
+    const session = await own.newBrowserCDPSession();
+    const { processInfo } = await session.send('SystemInfo.getProcessInfo');
+    const asleep = processInfo.filter(({ type }) => !['browser', 'GPU'].includes(type));
+    const send = (signal) => {
+        for (const { id } of asleep) process.kill(id, signal);
+    };
+    assert.ok(asleep.length > 1, 'a network service and a tab');
+    send('SIGSTOP');
+    try {
+        // More than the sockets between the two hold.
+        const more = `share.grid:\n${`${'7, '.repeat(400)}8\n`.repeat(20)}`;
+        const grid = (n) => snapshot((n * 0.04).toFixed(2), 1000 + n, more.replace('7', String(n)));
+        for (let n = 20; n < 1020; n++) await feed(program, grid(n));
+        await takenUpTo(program, 1020);
+    } finally {
+        send('SIGCONT');
+    }
+    await showing(page, '#1020 of 1020');
+    assert.equal(await page.locator('.figure .value').first().textContent(), '2019');
+    assert.equal(await state(page), 'live');
+    await page.keyboard.press('Home');
+    await showing(page, '#1 of 1020');
+    assert.equal(await page.locator('.figure .value').first().textContent(), '1000');
+});
+
+/** Carries connections to a program, under another port, until they are cut. */
+async function forwarder(test, { port: own }) {
+    const ends = new Set();
+    let port = 0;
+    const server = createServer((near) => {
+        const far = connect(own, '127.0.0.1');
+        for (const [end, other] of [
+            [near, far],
+            [far, near],
+        ]) {
+            ends.add(end);
+            end.on('error', () => {}).on('close', () => other.destroy());
+        }
+        near.on('data', (data) => {
+            far.write(data.toString('latin1').replaceAll(`:${port}`, `:${own}`), 'latin1');
+        });
+        far.pipe(near);
+    });
+    const accept = () => once(server.listen(port, '127.0.0.1'), 'listening');
+    const cut = () => {
+        server.close();
+        for (const end of ends) end.destroy();
+        ends.clear();
+    };
+    test.after(cut);
+    await accept();
+    port = server.address().port;
+    return { accept, cut, port };
+}
+
+test('a forwarder that is cut and comes back leaves nothing out', { skip }, async (test) => {
+    const program = await live(test, '-');
+    const between = await forwarder(test, program.address);
+    const address = new URL(program.address);
+    address.port = between.port;
+    const [page, held] = [await visit(test, address), await visit(test, address)];
+    await feed(program, climb(0, 20));
+    for (const one of [page, held]) await showing(one, '#20 of 20');
+    await held.keyboard.press('ArrowLeft');
+    await showing(held, '#19 of 20');
+
+    between.cut();
+    for (const one of [page, held])
+        await one.waitForFunction(
+            () => document.querySelector('.live').dataset.state === 'the connection is lost',
+        );
+    assert.equal(await place(page), '#20 of 20 · 0.76 s');
+    await feed(program, climb(20, 40));
+    await fetch(new URL('mark?text=meanwhile', program.address));
+    await takenUpTo(program, 40);
+    await between.accept();
+    await showing(page, '#40 of 40');
+    await page.getByRole('button', { name: 'meanwhile' }).waitFor();
+    await held.waitForFunction(() => document.querySelector('.live').dataset.state === 'held');
+    assert.equal(await place(held), '#19 of 20 · 0.72 s');
+    await feed(program, climb(40, 45));
+    await showing(page, '#45 of 45');
+    await held.keyboard.press('End');
+    await showing(held, '#45 of 45');
 });
