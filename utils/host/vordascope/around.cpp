@@ -158,13 +158,13 @@ bool stands_apart(std::string_view line, bool ends)
 }
 
 // A line that has been taken off a text.
-struct Line {
+struct Taken {
     std::string_view text; // without its end
     size_t at;             // in the text
     bool ends;
 };
 
-Line line_before(std::string_view text, size_t end)
+Taken line_before(std::string_view text, size_t end)
 {
     const bool ends = text[end - 1] == '\n';
     const size_t newline = end > 1 ? text.rfind('\n', end - 2) : std::string_view::npos;
