@@ -14,7 +14,6 @@ namespace
 {
 
 constexpr std::string_view DIGITS = "0123456789";
-constexpr std::string_view BLANKS = " \t";
 constexpr std::string_view PROMPT_ENDS = "$#>%";
 constexpr size_t RULE_MIN = 5;
 constexpr size_t SIGNATURE_LINES = 16; // at most, below its dashes
@@ -100,7 +99,7 @@ bool has_row(std::string_view line)
         return false;
     size_t pairs = 0;
     for (size_t comma = 0; (comma = line.find(',', comma)) != std::string_view::npos; comma++) {
-        const size_t next = line.find_first_not_of(BLANKS, comma + 1);
+        const size_t next = line.find_first_not_of(" \t", comma + 1);
         pairs += comma != 0 && is(line[comma - 1], DIGIT) && next != std::string_view::npos &&
                  (is(line[next], DIGIT) || line[next] == '-');
     }
