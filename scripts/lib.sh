@@ -34,7 +34,8 @@ tests_skipped=0
 #
 # A line "result: TEXT" in the output is shown behind the title.
 step() {
-  local title=$1 log=$scratch/step.log began=$SECONDS status pulse
+  local title=$1 log=$scratch/step.log began=$SECONDS status pulse user system
+  local TIMEFORMAT='%0U %0S'
   shift
   if (($# == 0)); then
     printf '== %s\n' "$title" >&2
@@ -43,7 +44,7 @@ step() {
   show_life "$title" &
   pulse=$!
   set +e
-  (set -e; "$@") </dev/null >"$log" 2>&1
+  { time { (set -e; "$@") </dev/null >"$log" 2>&1; }; } 2>"$scratch/processor"
   status=$?
   set -e
   kill -KILL "$pulse" # any other signal may find it before it let go of the trap above
@@ -61,7 +62,9 @@ step() {
     ((failed)) || ((tests_failed += 1))
     exit "$status"
   fi
-  printf '== %s%s (%s s)\n' "$title" "${result:+: $result}" $((SECONDS - began)) >&2
+  read -r user system <"$scratch/processor"
+  printf '== %s%s (%s s, %s s of processor)\n' \
+    "$title" "${result:+: $result}" $((SECONDS - began)) $((user + system)) >&2
 }
 
 # Shows that a step goes on: a counter on a terminal, elsewhere a line a minute.
