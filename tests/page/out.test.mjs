@@ -28,7 +28,7 @@ test('a recording plays at its own speed, slower, and frame by frame', async (t)
     );
     const page = await show(t, timed);
     await page.clock.install({ time: 0 });
-    await page.clock.pauseAt(3_600_000);
+    await page.clock.pauseAt(60_008);
     await page.keyboard.press('Home');
     await page.keyboard.press(' ');
     await page.clock.runFor(1000);
@@ -48,7 +48,7 @@ test('a recording plays at its own speed, slower, and frame by frame', async (t)
     const untimed = recording(missed.map((head, n) => ({ head, lines: [`share.a = ${n}`] })));
     const other = await show(t, untimed);
     await other.clock.install({ time: 0 });
-    await other.clock.pauseAt(3_600_000);
+    await other.clock.pauseAt(60_008);
     await other.keyboard.press('Home');
     await other.click('.play');
     await other.clock.runFor(2200);
