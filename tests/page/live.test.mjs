@@ -82,7 +82,7 @@ test('a page gets the state, and then what is new', { skip }, async (test) => {
     assert.equal(event.data.model.runs[event.data.reference].fields[0].value, 200);
 
     await feed(program, snapshot(5, 800));
-    await feed(program, '\x1b[31mnoise\nmark = lamp on\n' + snapshot(6, 900) + 'time = 7\ndev_idx');
+    await feed(program, `mark = lamp on\n${snapshot(6, 900, '\x1b[31mnoise\n')}time = 7\ndev_idx`);
     const added = [];
     while (added.length < 2) added.push(...(await first.next()).data.add);
     assert.deepEqual(added[1].marks, ['lamp on']);
