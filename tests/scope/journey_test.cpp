@@ -144,6 +144,13 @@ TEST(ScopeJourney, ComparesSnapshotsOfCaptures)
     EXPECT_EQ(result.out, a.path() + "#1 and " + b.path() + "#1 differ\n");
     EXPECT_EQ(result.status, 1);
 
+    // What had to be undone is told, also of a capture that is not read to its end.
+    const Capture quoted("> dev_idx = 0, path_idx = 1\n> share.inttime = 1\n");
+    result = scope({"diff", a.path() + "#1", quoted.path()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err,
+              "vordascope: " + quoted.path() + ": the quotation marks were taken off\n");
+
     // A file whose name ends like that is itself.
     const std::string odd = b.path() + "#2";
     std::ofstream(odd) << snapshot(2, "=== stat.lum ===\navg = 6\n");

@@ -122,6 +122,7 @@ double Input::written() const
 
 Input::~Input()
 {
+    tell_undone(); // who wants one snapshot reads no further
     if (fd_ > STDIN_FILENO)
         close(fd_);
 }
@@ -139,10 +140,15 @@ const Snapshot *Input::next()
         fill();
     }
     progress_.end();
+    tell_undone();
+    return nullptr;
+}
+
+void Input::tell_undone()
+{
     const std::vector<std::string> notices = reader_.notices();
     for (; noticed_ < notices.size(); noticed_++)
         complain(name_ + ": " + shown(notices[noticed_]));
-    return nullptr;
 }
 
 void Input::fill()

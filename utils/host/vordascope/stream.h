@@ -72,7 +72,8 @@ public:
     // or it has failed.
     const Snapshot *next();
 
-    // What had to be undone, as Reader::notices() has it; it has been printed when next() has no more.
+    // What had to be undone, as Reader::notices() has it; it is printed when next() has no more, or at
+    // the end of this.
     std::vector<std::string> notices() const { return reader_.notices(); }
 
     // Whether the file could not be opened or read; a message has been printed, which ends in
@@ -83,6 +84,7 @@ public:
 private:
     void fill();
     void fail(std::string why);
+    void tell_undone();
 
     Progress progress_;
     std::string file_;
