@@ -185,30 +185,40 @@ TEST(Recorder, ARingIsWrittenWhenItIsAskedForAndWhenTheTriggerComes)
     };
     go_on_to(10);
     EXPECT_EQ(camera.text(), "");
-    kill(camera.child().pid(), SIGUSR1);
-    ASSERT_TRUE(says("Wrote 10 snapshots of "));
+    // It may miss frames, which it tells, but not the last one for long.
+    ASSERT_TRUE(eventually([&] {
+        kill(camera.child().pid(), SIGUSR1);
+        return camera.child().looks_again() &&
+               camera.text().find("\nframe = 9\n") != std::string::npos;
+    })) << camera.child().said();
     go_on_to(60); // the lights go down at 30
     const auto exposure = [](uint32_t number) { return frame_of(number)->dip_ctx.share.inttime; };
     ASSERT_TRUE(says(" for the trigger.\n"));
     kill(camera.child().pid(), SIGTERM);
-    EXPECT_EQ(camera.child().finish().status, -SIGTERM);
+    const Result result = camera.child().finish();
+    EXPECT_EQ(result.status, -SIGTERM);
 
     // All that was kept, in one chain for each time that it was written; nothing behind the first
-    // frame of the fault.
+    // frame that was seen of the fault.
     const std::string text = camera.text();
     std::istringstream lines(text);
-    uint32_t frames = 0;
+    std::vector<uint32_t> frames;
     int chains = 0;
     for (std::string line, before; std::getline(lines, line); before = line) {
-        if (line.starts_with("frame = ")) {
-            EXPECT_EQ(std::stoul(line.substr(8)), frames++);
-        }
+        if (line.starts_with("frame = "))
+            frames.push_back(static_cast<uint32_t>(std::stoul(line.substr(8))));
         chains += line.starts_with("dev_idx") && !before.starts_with("added_to = ");
     }
-    ASSERT_GT(frames, 10U);
-    EXPECT_LE(exposure(frames - 2), 9000);
-    EXPECT_GT(exposure(frames - 1), 9000);
-    EXPECT_EQ(chains, 2);
+    ASSERT_GT(frames.size(), 1U);
+    for (size_t i = 0; i < frames.size(); i++) {
+        EXPECT_EQ(exposure(frames[i]) > 9000, i == frames.size() - 1) << frames[i];
+        EXPECT_TRUE(i == 0 || frames[i] > frames[i - 1]) << frames[i];
+    }
+    int writings = 0;
+    for (size_t at = 0; (at = result.err.find("Wrote ", at)) != std::string::npos; at += 6)
+        writings += result.err[at + 6] != '0';
+    EXPECT_EQ(chains, writings) << result.err;
+    EXPECT_GE(chains, 2);
 
     Region region;
     const Result unknown =
