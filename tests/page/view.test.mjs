@@ -56,11 +56,12 @@ const figure = (page, title) =>
         title,
     );
 const shownSections = (page) => texts(page, 'section:not([hidden]) > h2');
-/** The page as if somebody had scrolled through it: every card is drawn. */
+/** The page as if somebody had scrolled through it: every card is drawn, in its size. */
 const drawAll = (page) =>
-    page.evaluate(() => {
+    page.evaluate(async () => {
         window.dispatchEvent(new Event('beforeprint'));
         window.dispatchEvent(new Event('afterprint'));
+        for (let i = 0; i < 3; i++) await new Promise(requestAnimationFrame);
     });
 
 test('every card is drawn, none fails and no canvas stays blank', async (t) => {

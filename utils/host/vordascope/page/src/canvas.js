@@ -28,6 +28,8 @@ export function canvas(paint, { ratio, height, width, label, className = '' }) {
     // The size is read when it changes, not for each repaint, which would lay out the page anew.
     let size = width ? [width, height ?? width * ratio] : null;
     let measuredIn = layout;
+    let shape = ratio;
+    let owed = false; // what was to be painted while there was no room
     function measure() {
         size = [element.clientWidth, element.clientHeight];
         measuredIn = layout;
@@ -37,8 +39,10 @@ export function canvas(paint, { ratio, height, width, label, className = '' }) {
         const [wide, tall] = size;
         if (wide === 0 || tall === 0) {
             size = null;
+            owed = true;
             return;
         }
+        owed = false;
         const scale = window.devicePixelRatio || 1;
         const pixels = [Math.round(wide * scale), Math.round(tall * scale)];
         if (element.width !== pixels[0]) element.width = pixels[0];
@@ -52,14 +56,15 @@ export function canvas(paint, { ratio, height, width, label, className = '' }) {
         sizeObserver(() => {
             const before = size;
             measure();
-            if (before && (before[0] !== size[0] || before[1] !== size[1])) repaint();
+            const resized = before && (before[0] !== size[0] || before[1] !== size[1]);
+            if (owed || resized) repaint();
         }).observe(element);
     }
     /** Gives it another height for its width. */
-    function reshape(ratio) {
-        const shape = String(1 / ratio);
-        if (element.style.aspectRatio === shape) return;
-        element.style.aspectRatio = shape;
+    function reshape(to) {
+        if (to === shape) return;
+        shape = to;
+        element.style.aspectRatio = String(1 / shape);
         size = null;
     }
     return { element, repaint, reshape };
