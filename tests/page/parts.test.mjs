@@ -3,12 +3,12 @@ import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
 import { inflateSync } from 'node:zlib';
-import { PLAIN, SECTIONS } from '../../utils/host/vordascope/page/src/known.js';
+import { SECTIONS } from '../../utils/host/vordascope/page/src/known.js';
 import { Moment, number, Run } from '../../utils/host/vordascope/page/src/model.js';
 import { plan } from '../../utils/host/vordascope/page/src/plan.js';
 import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
 import { finder } from '../../utils/host/vordascope/page/src/search.js';
-import { steadyRange } from '../../utils/host/vordascope/page/src/sources.js';
+import { steadyRanges } from '../../utils/host/vordascope/page/src/sources.js';
 import { short, ticks } from '../../utils/host/vordascope/page/src/ticks.js';
 import { startTools } from '../../utils/host/vordascope/page/src/tools.js';
 import { fromFragment, toFragment } from '../../utils/host/vordascope/page/src/view.js';
@@ -28,6 +28,31 @@ async function runOf(content) {
     const model = JSON.parse(await readModel(reader, captures));
     return new Run(model.runs[0], model);
 }
+
+// The lists and grids that no card draws: [pattern of the items, pattern of the keys].
+// biome-ignore format: a table
+const PLAIN = [
+    [/^cfg\.(cal|crc)$/, /^curve\[\d\]\.m$/],
+    [/^cfg\.(front_)?enh$/, /^cfg\.(luma\.blend_curve\.m|gain_curve\.m_2s)$/],
+    [/^cfg\.(front_)?nr$/, /^m[ac]_[yc]\.lut_slope$/],
+    [/^stat\.awb$/, /^(ROI\d energy norm|(g0|r|b|g1)( norm)?|White balance peak norm)$/],
+    [/^intl\.crc$/, /^(k_order|(g0|r|b|g1)\.[xym]_\d)$/],
+    [/^intl\.lsc$/, /^((lsc_csr\.)?curve\.(fit|d[xy])\w+|nl_adapt\.strength)$/],
+    [/^intl\.shp$/, /^manual_cfg\.\w+\.m_2s$/],
+    [/^intl\.te$/, /^(dark_enhance_range|iir_weight)$/],
+    [/^intl\.enh$/, /^(blend_[xm]|ma_blur_y_zone_\w+)$/],
+    [/^intl\.fcs$/, /^(\w+_level_bin|\w+_val)$/],
+    [/^intl\.dhz$/, /^lce\.([yc]_gain_max|strength|curve_\w+)$/],
+    [/^intl\.iso$/, /^iso_ver2_noise_level_bin$/],
+    [/^intl\.stat$/, /^(auto_rb_rgn_slope_\d|wb_csr\.awb_gwd_\w+)$/],
+    [/^intl\.(front_)?nr$/, /^(lut_m\w+_lut_o|mc_y_\w+|manual_cfg\.m\w+_lut_[io]|attr\.nr_auto\.\w+)$/],
+    [/^intl\.(front_)?me$/, /_(gain|gain_low|gain_slope|offset|th|weight)$/],
+    [/^intl\.dpc$/, /^dp[cd]_\w+_ratio$/],
+    [/^intl\.front_enh$/, /^attr\.enh_auto\.\w+$/],
+    [/^intl\.ts$/, /^nr_l(ut|p)_adj$/],
+    [/^share$/, /^noise_level_bin$/],
+    [/^vinfo$/, /^(bind|valid)_win$/],
+];
 
 const isPlain = ({ item, key }) =>
     PLAIN.some(([items, keys]) => items.test(item) && keys.test(key));
@@ -114,10 +139,11 @@ test('a scale stands still, but never leaves out what shows', () => {
     const extents = Array.from({ length: 30 }, (_, n) => [10 + (n % 3), 200 - (n % 3)]);
     extents[7] = [0, 65535];
     extents[8] = [Number.NaN, Number.NaN];
-    assert.deepEqual(steadyRange(extents, [extents[3]]), [10, 200]);
-    assert.deepEqual(steadyRange(extents, [extents[8]]), [10, 200]);
-    assert.deepEqual(steadyRange(extents, [extents[3], extents[7]]), [0, 65535]);
-    assert.deepEqual(steadyRange([[5, 6]], []), [5, 6]);
+    const pairs = (...all) => all.map((extent) => [extent, [1, 1]]);
+    const scales = (...shown) => steadyRanges(pairs(...extents), pairs(...shown));
+    assert.deepEqual(scales(extents[3]), pairs([10, 200])[0]);
+    assert.deepEqual(scales(extents[8]), pairs([10, 200])[0]);
+    assert.deepEqual(scales(extents[3], extents[7]), pairs([0, 65535])[0]);
 });
 
 test('a view survives as a fragment, and a wrong fragment does no harm', () => {

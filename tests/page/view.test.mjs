@@ -239,7 +239,7 @@ test('a comparison shows what diff prints', async (t) => {
 test('a series shows what series prints', async (t) => {
     const file = write('series.txt', many());
     const page = await show(t, { 'series.txt': many() });
-    const names = ['inttime', 'sensor_gain', 'isp_gain', 'sys_gain'].map((name) => `share.${name}`);
+    const names = ['inttime', 'sys_gain', 'sensor_gain', 'isp_gain'].map((name) => `share.${name}`);
     const { stdout } = vordascope('series', file, 'time', ...names, 'cfg.awb.gain[0].gain.val');
     const rows = stdout.toString().trim().split('\n').slice(1);
     assert.equal(new Set(rows.map((row) => row.replace(/^\d+,/, ''))).size > 5, true);

@@ -63,4 +63,4 @@ const html = readFileSync(here('index.html'), 'utf8').replace(
     (_, name) => parts[name],
 );
 writeFileSync(out, html);
-writeFileSync(`${out}.figures`, FIGURES.map((figure) => `${figure.join('\t')}\n`).join(''));
+writeFileSync(`${out}.figures`, FIGURES.map(([title, field]) => `${title}\t${field}\n`).join(''));

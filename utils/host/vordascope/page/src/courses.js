@@ -73,11 +73,16 @@ export function elementLine(run, path) {
     ];
 }
 
-/** The line of a quantity that is computed here, see known.js; none where a factor is missing. */
-export function computedLine(run, { name, factors, of, stops }) {
+/** The line of a product that is computed here, see known.js; none where a factor is missing. */
+export function computedLine(run, { name, factors, stops }) {
     const has = (other) => factors.every((path) => other.field(path)?.shape === 'scalar');
     if (!has(run)) return [];
-    const valueAt = (other, n) => of(...factors.map((path) => number(other.field(path).at(n))));
+    function valueAt(other, n) {
+        const numbers = factors.map((path) => number(other.field(path).at(n)));
+        const product = numbers.reduce((p, q) => p * q);
+        if (!stops) return product;
+        return product > 0 ? Math.log2(product) : Number.NaN;
+    }
     const numbers = ofTwo(run, valueAt);
     return [
         {
