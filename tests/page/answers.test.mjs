@@ -1,8 +1,7 @@
 // What an engineer reads off the cards: lens shading, white balance, what is not valid.
 import assert from 'node:assert/strict';
-import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
-import { drop, emptyPage, open } from './harness.mjs';
+import { drop, emptyPage, open, saved } from './harness.mjs';
 
 async function show(t, captures, options) {
     const page = await open(t, emptyPage(), options);
@@ -242,14 +241,11 @@ test('white balance: gains among the regions, points told apart, a region throug
     await said('End', 'ArrowLeft', 'Enter');
     assert.equal(await card.getByLabel('region', { exact: true }).inputValue(), '[1][2]');
     // Its way lies in the cloud, in the colour that the chosen region has.
-    const [download] = await Promise.all([
-        page.waitForEvent('download'),
-        card.locator('select.save').selectOption({ label: 'SVG' }),
-    ]);
+    const { bytes } = await saved(page, 'Chromaticity by region', 'SVG');
     const colour = await page.evaluate(() =>
         getComputedStyle(document.documentElement).getPropertyValue('--line3'),
     );
-    const paths = readFileSync(await download.path(), 'utf8').match(/<path d="M[^"]*"[^>]*>/g);
+    const paths = bytes.toString().match(/<path d="M[^"]*"[^>]*>/g);
     assert.ok(paths.some((path) => path.includes(colour) && path.match(/L/g)?.length === 5));
     await card.getByLabel('region', { exact: true }).selectOption('');
     await over.waitFor({ state: 'hidden' });
@@ -364,13 +360,8 @@ test('elements of grids and histograms go over time, and gains are named and col
 test('planes of whole numbers have whole ticks, zeros make no scale, cells are squares', async (t) => {
     const numbers = async (capture, title) => {
         const page = await show(t, { 'a.txt': `dev_idx = 0, path_idx = 0\n${capture}` });
-        const card = page.locator(`[data-title="${title}"]`);
-        await card.locator('canvas').first().waitFor();
-        const [download] = await Promise.all([
-            page.waitForEvent('download'),
-            card.locator('select.save').selectOption({ label: 'SVG' }),
-        ]);
-        const svg = readFileSync(await download.path(), 'utf8');
+        await page.locator(`[data-title="${title}"] canvas`).first().waitFor();
+        const svg = (await saved(page, title, 'SVG')).bytes.toString();
         return [...svg.matchAll(/>(-?[\d.]+[kM]?)<\/text>/g)].map(([, text]) => text).sort();
     };
     const motion = (...bins) =>
@@ -382,6 +373,12 @@ test('planes of whole numbers have whole ticks, zeros make no scale, cells are s
         '1',
     ]);
     assert.deepEqual(await numbers(motion([0, 0, 5], [0, 0, 7]), 'Motion vectors'), ['0', '0']);
+    // Where all is in one place, that alone stands on the axes.
+    const alike = Object.entries({ g: 20, r: 10, b: 5 }).map(
+        ([name, level]) => `${name} channel:\n${`${level}, ${level}, \n`.repeat(2)}`,
+    );
+    const regions = `=== stat.awb ===\n[Gwd RGL]\n${alike.join('')}`;
+    assert.deepEqual(await numbers(regions, 'Chromaticity by region'), ['0.25', '0.5']);
     const lum = '=== stat.lum ===\nRegional Luminance average:\n1, 2, 3, 4\n5, 6, 7, 8\n';
     const map = await show(t, { 'a.txt': `dev_idx = 0, path_idx = 0\n${lum}` });
     const box = await map.locator('.map canvas').first().boundingBox();

@@ -130,4 +130,20 @@ export async function drop(page, ...files) {
     await page.dispatchEvent('body', 'drop', { dataTransfer: transfer });
 }
 
+/** What something done on a page saves, as { name, path }. */
+export async function downloaded(page, act) {
+    const [download] = await Promise.all([page.waitForEvent('download'), act()]);
+    const name = download.suggestedFilename();
+    const path = join(scratch, name);
+    await download.saveAs(path);
+    return { name, path };
+}
+
+/** What the choice of a card saves, such as its SVG: { name, bytes }. */
+export async function saved(page, title, way) {
+    const choice = page.locator(`[data-title="${title}"] select.save`).first();
+    const { name, path } = await downloaded(page, () => choice.selectOption({ label: way }));
+    return { name, bytes: readFileSync(path) };
+}
+
 export const read = (path) => readFileSync(path);

@@ -5,7 +5,7 @@ import { connect, createServer } from 'node:net';
 import { after, test } from 'node:test';
 import { launch } from './browser.mjs';
 import { feed, follow, live, skip, snapshot } from './following.mjs';
-import { open, read, report, scratch, write } from './harness.mjs';
+import { downloaded, open, read, report, saved, write } from './harness.mjs';
 
 let browser;
 after(() => browser?.close());
@@ -36,6 +36,18 @@ const showing = (page, text) =>
     page.waitForFunction(
         (wanted) => document.querySelector('.snapshot-line .place')?.textContent.startsWith(wanted),
         text,
+    );
+
+/** The file that Save gives. */
+async function savedFrom(page) {
+    const button = page.getByRole('button', { name: 'Save' });
+    return (await downloaded(page, () => button.click())).path;
+}
+
+/** Resolves when the input of a page has ended. */
+const ended = (page) =>
+    page.waitForFunction(
+        () => document.querySelector('.live')?.dataset.state === 'the input has ended',
     );
 
 /** Snapshots from..to of an exposure that climbs, 25 a second, with a grid in each. */
@@ -108,20 +120,12 @@ test('it goes along, holds while somebody looks, and goes on', { skip }, async (
     // The end: an ordinary page, which saves what there was.
     program.child.kill();
     await once(program.child, 'exit');
-    await page.waitForFunction(
-        () => document.querySelector('.live').dataset.state === 'the input has ended',
-    );
+    await ended(page);
     page.once('dialog', (dialog) => dialog.dismiss());
-    const [download] = await Promise.all([
-        page.waitForEvent('download'),
-        page.getByRole('button', { name: 'Save' }).click(),
-    ]);
-    const file = `${scratch}/live.html`;
-    await download.saveAs(file);
-    const saved = await open(test, file);
-    await showing(saved, (await place(page)).slice(0, 8));
-    assert.equal(await saved.locator('.figure .value').first().textContent(), '1599');
-    assert.equal(await saved.locator('.live').count(), 0);
+    const copy = await open(test, await savedFrom(page));
+    await showing(copy, (await place(page)).slice(0, 8));
+    assert.equal(await copy.locator('.figure .value').first().textContent(), '1599');
+    assert.equal(await copy.locator('.live').count(), 0);
 });
 
 /** A page without scripts: its table rows and texts. */
@@ -146,29 +150,40 @@ test('saved, it shows without scripts what a report does', { skip }, async (test
         const page = await visit(test, program.address);
         await feed(program, text);
         program.child.stdin.end();
-        await page.waitForFunction(
-            () => document.querySelector('.live')?.dataset.state === 'the input has ended',
-        );
+        await ended(page);
         // A tolerance that is typed holds for the page alone.
         await page.locator('input[type=search]').fill('abs=1000');
-        const [download] = await Promise.all([
-            page.waitForEvent('download'),
-            page.getByRole('button', { name: 'Save' }).click(),
-        ]);
-        const file = `${scratch}/saved.html`;
-        await download.saveAs(file);
-        const saved = await plainly(test, file);
+        const file = await savedFrom(page);
+        const copy = await plainly(test, file);
         const whole = await plainly(test, report('r.html', write('standard input', text)));
         const named = (rows) => rows.map((row) => row.map((cell) => cell.replace(/^.*\//, '')));
-        assert.deepEqual(named(saved.rows), named(whole.rows));
-        assert.deepEqual(saved.said, whole.said);
-        assert.equal(saved.rows.length, [6, 8, 3][i], JSON.stringify(saved.rows));
+        assert.deepEqual(named(copy.rows), named(whole.rows));
+        assert.deepEqual(copy.said, whole.said);
+        assert.equal(copy.rows.length, [6, 8, 3][i], JSON.stringify(copy.rows));
         assert.doesNotMatch(read(file).toString(), /<b>&/);
         // With scripts the page itself is in that place.
         const shown = await open(test, file);
         await shown.waitForSelector('.bar');
         assert.equal(await shown.locator('main h1').count(), 0);
     }
+});
+
+test('what goes beyond the scales that were there at first shows', { skip }, async (test) => {
+    const program = await live(test, '-');
+    const page = await visit(test, program.address);
+    const grids = (level, bin) =>
+        `=== stat.lum ===\nRegional Luminance average:\n7, 7, 7\n7, 7, ${level}\n` +
+        `=== stat.mv ===\nmv histogram:\n<# 0> (0, 0, 5)\n<# 1> (${bin}, 0, 7)\n`;
+    await feed(program, snapshot(1, 800));
+    await feed(program, snapshot(2, 800, grids(7, 1)));
+    const map = page.locator('[data-title="Luminance by region"]');
+    await map.getByText('average: all 7').waitFor();
+    await page.locator('[data-title="Motion vectors"] canvas').waitFor();
+    await feed(program, snapshot(3, 800, grids(7000, 50)));
+    await map.locator('.scale', { hasText: '7000' }).waitFor();
+    // No disc lies outside of what the axes span.
+    const svg = (await saved(page, 'Motion vectors', 'SVG')).bytes.toString();
+    assert.match(svg, />40<\/text>/);
 });
 
 test('everything is held against a reference; no other page gets in', { skip }, async (test) => {
@@ -249,15 +264,9 @@ test('labels say whose camera it is, as they change, and in what is saved', {
     assert.equal(await labels.textContent(), 'host cam7lamp off');
     await page.getByRole('button', { name: 'süd', exact: true }).waitFor();
 
-    const [download] = await Promise.all([
-        page.waitForEvent('download'),
-        page.getByRole('button', { name: 'Save' }).click(),
-    ]);
-    const file = `${scratch}/labelled.html`;
-    await download.saveAs(file);
-    const saved = await open(test, file);
-    await showing(saved, '#6 of 6');
-    assert.equal(await saved.locator('.labels summary').textContent(), 'host cam7lamp off');
+    const copy = await open(test, await savedFrom(page));
+    await showing(copy, '#6 of 6');
+    assert.equal(await copy.locator('.labels summary').textContent(), 'host cam7lamp off');
 });
 
 /** Follows so many snapshots of the input as they are taken, whatever becomes of other pages. */

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { test } from 'node:test';
-import { capture, drop, emptyPage, open, report, write } from './harness.mjs';
+import { capture, drop, emptyPage, open, report, saved, write } from './harness.mjs';
 
 /** Snapshots of one path: of each its lines, below what is known of its time. */
 const recording = (snapshots) =>
@@ -181,16 +181,6 @@ test('of one run without scripts the first and the last show, and no more than t
     assert.equal(await bounded.$('b'), null);
 });
 
-/** What the choice of a card gives as a file: its name and its bytes. */
-async function saved(page, title, way) {
-    const choice = page.locator(`[data-title="${title}"] select.save`).first();
-    const [download] = await Promise.all([
-        page.waitForEvent('download'),
-        choice.selectOption({ label: way }),
-    ]);
-    return [download.suggestedFilename(), readFileSync(await download.path())];
-}
-
 test('charts and their numbers leave the page as files', async (t) => {
     const lines = (n) => [
         `share.sensor_gain = ${1000 + n}`,
@@ -207,7 +197,7 @@ test('charts and their numbers leave the page as files', async (t) => {
     );
     for (const colorScheme of ['light', 'dark']) {
         const page = await show(t, content, { colorScheme });
-        const [name, svg] = await saved(page, 'Gains', 'SVG');
+        const { name, bytes: svg } = await saved(page, 'Gains', 'SVG');
         assert.equal(name, 'gains.svg');
         // It is a picture for whatever reads pictures: its title, the legend, axes, lines in colour.
         const drawn = await page.evaluate((text) => {
@@ -235,7 +225,7 @@ test('charts and their numbers leave the page as files', async (t) => {
         const [red, green, blue] = ground.match(/../g).map((part) => Number.parseInt(part, 16));
         assert.ok([`#${ground}`, `rgb(${red},${green},${blue})`].includes(drawn.ground));
 
-        const [, png] = await saved(page, 'Luminance by region', 'PNG');
+        const { bytes: png } = await saved(page, 'Luminance by region', 'PNG');
         const colours = await page.evaluate(async (base64) => {
             const bytes = Uint8Array.from(atob(base64), (c) => c.charCodeAt(0));
             const picture = await createImageBitmap(new Blob([bytes]));
@@ -249,18 +239,18 @@ test('charts and their numbers leave the page as files', async (t) => {
         assert.deepEqual(colours.corner, [red, green, blue]);
         assert.ok(colours.count > 6, `${colours.count} colours`);
 
-        const [, numbers] = await saved(page, 'Gains', 'TSV');
+        const { bytes: numbers } = await saved(page, 'Gains', 'TSV');
         const rows = numbers.toString().split('\n');
-        assert.equal(rows[0], '#\ttime\tsensor\ttotal');
-        assert.equal(rows[6], '6\t2.5\t1005\t2050.50');
+        assert.equal(rows[0], '#\ttime\ttotal\tsensor');
+        assert.equal(rows[6], '6\t2.5\t2050.50\t1005');
         assert.equal(rows.length, 8);
-        const [, grid] = await saved(page, 'Luminance by region', 'TSV');
+        const { bytes: grid } = await saved(page, 'Luminance by region', 'TSV');
         assert.equal(grid.toString(), 'stat.lum.Regional Luminance average\n1\t2\t3\n4\t5\t11\n');
         // Two snapshots have a column each.
         await page.keyboard.press('c');
         await page.keyboard.press('Home');
         await page.waitForSelector('.reference-line:not([hidden])');
-        const [, both] = await saved(page, 'Luminance by region', 'TSV');
+        const { bytes: both } = await saved(page, 'Luminance by region', 'TSV');
         assert.match(
             both.toString(),
             /^A stat.*\n1\t2\t3\n4\t5\t11\nB stat.*\n1\t2\t3\n4\t5\t6\n$/,

@@ -312,6 +312,19 @@ test('keys read, measure and pick in drawings what the mouse does there', async 
     await page.keyboard.press('Home');
     await part('n=1(&|$)');
 
+    // The overview: which part shows, from end to end.
+    const onStrip = await keysOn(page.locator('.overview'));
+    assert.equal(await onStrip(), 'all, 0 s to 39 s');
+    await onStrip('+');
+    await part('zoom=');
+    await onStrip('Home');
+    await part('zoom=0_19.5');
+    await onStrip('PageDown');
+    await part('zoom=19.5_39');
+    assert.equal(await onStrip(), '19.5 s to 39 s');
+    await onStrip('0');
+    await page.waitForFunction(() => !location.hash.includes('zoom='));
+
     // A curve: along it, with its values beside it; nothing is read any more behind it.
     const gamma = page.locator('.card[data-title="Luminance histogram"]');
     const onCurve = await keysOn(gamma.locator('.chart'));

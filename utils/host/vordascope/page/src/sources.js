@@ -5,15 +5,43 @@ import { extent, flat, grouped, Moment, number } from './model.js';
 /** So many snapshots of a run make the scale that stands still. */
 const SAMPLES = 256;
 
-export class Source {
-    #extents = null;
+/** The indexes of so many snapshots, or of SAMPLES evenly spread ones. */
+export function samples(length) {
+    const count = Math.min(length, SAMPLES);
+    return Array.from({ length: count }, (_, i) =>
+        count === 1 ? 0 : Math.round((i * (length - 1)) / (count - 1)),
+    );
+}
 
+/**
+ * What `of(moment)` gives for the samples of a run, for one where nothing varies: looked at once, and
+ * again when a run that goes on has doubled, or nothing that was looked at is left of it.
+ * @returns {() => Array} gives the same list until then
+ */
+export function sampled(run, varies, of) {
+    let found = null;
+    let seen = { length: 0, end: 0 };
+    return () => {
+        const { first, length } = run;
+        const grown = varies && (length >= 2 * seen.length || first >= seen.end);
+        if (found && !grown) return found;
+        seen = { length, end: first + length };
+        found = samples(varies ? length : 1).map((n) => of(new Moment(run, n)));
+        return found;
+    };
+}
+
+export class Source {
     /** @param {string} name what the drawing calls it @param {Field[]} fields in order */
     constructor(name, fields) {
         this.name = name;
         this.fields = fields;
         this.varies = fields.some((field) => field.varies);
         this.paired = fields.some((field) => field.paired);
+        /** The least and the greatest number of sampled snapshots of its run; one pair where it never varies. */
+        this.extents = sampled(fields[0].run, this.varies, (moment) =>
+            extent(this.numbers(moment)),
+        );
     }
 
     /** All its numbers at a moment in one list; NaN for what is no number. */
@@ -33,23 +61,6 @@ export class Source {
             return rows.map((row) => flat(row).map(number));
         });
     }
-
-    /** The least and the greatest number of snapshots of its run; one pair where it never varies. */
-    extents() {
-        const { run } = this.fields[0];
-        this.#extents ??= samples(this.varies ? run.length : 1).map((n) =>
-            extent(this.numbers(new Moment(run, n))),
-        );
-        return this.#extents;
-    }
-}
-
-/** The indexes of so many snapshots, or of SAMPLES evenly spread ones. */
-export function samples(length) {
-    const count = Math.min(length, SAMPLES);
-    return Array.from({ length: count }, (_, i) =>
-        count === 1 ? 0 : Math.round((i * (length - 1)) / (count - 1)),
-    );
 }
 
 /** The least and the greatest number of the sources in all snapshots. */
@@ -64,9 +75,18 @@ const RARE = 0.1;
  * @param {number[][]} extents the least and the greatest number of each snapshot
  * @param {number[][]} shown those of the snapshots that show
  */
-export function steadyRange(extents, shown) {
+function steadyRange(extents, shown) {
     return extent([...usualRange(extents), ...shown.flat()]);
 }
+
+/** The same of several numbers a snapshot: of each a scale. */
+export const steadyRanges = (extents, shown) =>
+    shown[0].map((_, i) =>
+        steadyRange(
+            extents.map((pairs) => pairs[i]),
+            shown.map((pairs) => pairs[i]),
+        ),
+    );
 
 /** The scale of most snapshots. */
 function usualRange(extents) {

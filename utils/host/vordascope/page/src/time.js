@@ -1,6 +1,6 @@
 // The course of values over a run: charts on one time axis, in which a drag measures a response, over
 // those of the run that it is held against.
-import { axesOf, MARKS } from './against.js';
+import { axesOf, MARKS, placeText } from './against.js';
 import { answersTable } from './answers.js';
 import { CourseChart } from './coursechart.js';
 import { computedLine, elementLine, isLong, linesOf } from './courses.js';
@@ -21,7 +21,8 @@ const REST = 200;
 
 const HINT =
     'Drag across a chart to measure the response; click to go to a snapshot, with Shift to ' +
-    'compare with it. The wheel zooms, a double click shows all.';
+    'compare with it. The wheel zooms, a double click shows all. With keys: Tab to a chart, arrows ' +
+    'read it, with Shift they measure, Enter does what a click does; + and − zoom, 0 shows all.';
 
 /** The snapshots before which some are missing. */
 const missingOf = (run) => [...run.missed.keys()].filter((n) => n > 0);
@@ -69,6 +70,7 @@ class TimeSection {
         this.strip = overview(this.course(), {
             whole: () => this.whole(),
             axis: () => this.axes.now,
+            text: (place) => placeText(place, this.axes.timed),
             least: () => this.least(),
             set: (zoom) => store.set({ zoom }),
         });
@@ -253,7 +255,7 @@ class TimeSection {
         if (has('step', 'band', 'ref', 'added') || (realigned && view.step)) this.measure(cards);
         this.controls.show(view, this.axes);
         setText(this.said, this.axes.said);
-        this.strip.show(view.zoom);
+        this.strip.show(view.zoom, anew);
     }
 
     /** Lets what cannot be seen follow when the view rests. */

@@ -18,6 +18,37 @@ export function padded([low, high]) {
     return [low >= 0 && low - air < (high - low) * 0.3 ? Math.min(0, low) : low - air, high + air];
 }
 
+/** Lets keys read a chart point by point; `plotNow()` is that of uPlot, null before there is one. */
+function readable(element, { lines, xText = short, onPick, onSelect }, plotNow) {
+    /** Point i in words. */
+    function reading({ series, data }, i) {
+        const shown = lines.map(({ name }, line) => [name, line + 1]);
+        const known = shown.filter(([, at]) => series[at].show && data[at][i] !== null);
+        const values = known.map(([name, at]) => `${name} ${shortNumber(data[at][i])}`);
+        return `${xText(data[0][i])}: ${values.join(', ') || '–'}`;
+    }
+    return cursor(element, {
+        /** The points that the scale shows. */
+        ends() {
+            const plot = plotNow();
+            if (!plot) return [0, -1];
+            const { min, max } = plot.scales.x;
+            const [places] = plot.data;
+            const first = placeOf(places, min);
+            return [first + (places[first] === min ? 0 : 1), placeOf(places, max)];
+        },
+        read(i) {
+            const plot = plotNow();
+            const there = i !== null;
+            const left = there ? plot.valToPos(plot.data[0][i], 'x') : -10;
+            plot?.setCursor({ left, top: there ? plot.over.clientHeight / 2 : -10 });
+            return there ? reading(plot, i) : '';
+        },
+        pick: onPick,
+        span: onSelect,
+    });
+}
+
 /**
  * @param {object} options
  *     lines: [{name, colour, dashed, stepped, filled}], `colour` by its name in the style;
@@ -32,48 +63,17 @@ export function padded([low, high]) {
  *     the end of the view does so anyway
  */
 export function chart(options) {
-    const {
-        lines,
-        height = 150,
-        points = false,
-        onSelect,
-        onPick,
-        under,
-        missing = () => [],
-        xText = short,
-    } = options;
+    const { lines, height = 150, points = false, under, missing = () => [] } = options;
+    const { xText = short } = options;
     let plot = null;
     const element = el('div', { class: 'chart', 'aria-label': options.label });
     element.style.height = `${height}px`;
-    const keys = cursor(element, {
-        /** The points that the scale shows; none before anything is. */
-        ends() {
-            if (!plot) return [0, -1];
-            const { min, max } = plot.scales.x;
-            const [places] = plot.data;
-            const first = placeOf(places, min);
-            return [first + (places[first] === min ? 0 : 1), placeOf(places, max)];
-        },
-        read(i) {
-            const left = i === null ? -10 : plot.valToPos(plot.data[0][i], 'x');
-            plot?.setCursor({ left, top: i === null ? -10 : plot.over.clientHeight / 2 });
-            return i === null ? '' : reading(i);
-        },
-        pick: onPick,
-        span: onSelect,
-    });
+    const keys = readable(element, options, () => plot);
     element.paint = (context) =>
         plot && paintChart(context, plot, { lines, points, missing, under, xText });
     let measuredIn = currentLayout();
     const observer = sizeObserver(fit);
 
-    /** Point i in words. */
-    function reading(i) {
-        const shown = lines.map(({ name }, line) => [name, line + 1]);
-        const known = shown.filter(([, at]) => plot.series[at].show && plot.data[at][i] !== null);
-        const values = known.map(([name, at]) => `${name} ${shortNumber(plot.data[at][i])}`);
-        return `${xText(plot.data[0][i])}: ${values.join(', ') || '–'}`;
-    }
     const end = hold(() => {
         observer.disconnect();
         plot?.destroy();

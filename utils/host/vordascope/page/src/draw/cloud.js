@@ -2,7 +2,7 @@
 // through a run.
 import { el, setText } from '../dom.js';
 import { extent, flat, Moment, number } from '../model.js';
-import { samples, shownIn, steadyRange } from '../sources.js';
+import { sampled, samples, shownIn, steadyRanges } from '../sources.js';
 import { short } from '../ticks.js';
 import { chart, legend, padded } from './chart.js';
 import { plane } from './plane.js';
@@ -33,55 +33,38 @@ function gainPoints(fields, moment, hollow) {
     });
 }
 
-/**
- * @param {Source[]} sources the maps of r, g and b
- * @param {object} options `beside`, the names of the fields that hold gains
- */
-export function chromaticity([r, g, b], { beside = [] } = {}) {
-    const { run } = g.fields[0];
-    const gains = beside.map((name) => run.field(name)).filter(Boolean);
-    const varies = r.varies || g.varies || b.varies;
-    const told = el('p', { class: 'plain' });
-    let chosen = '';
-    let shown = null;
-    const picture = plane({
-        xName: 'r/g →',
-        yName: 'b/g ↑',
-        label: 'r/g and b/g of each region',
-        equal: true,
-        together,
-        pick: ({ at }) => at && choose(at === chosen ? '' : at),
-    });
+/** The regions of maps of r, g and b at a moment, also those whose ratios are none. */
+function regionsAt([r, g, b], moment) {
+    const [reds, greens, blues] = [r, g, b].map((source) => source.rows(moment));
+    return greens.flatMap((row, y) =>
+        row.map((green, x) => ({
+            x: reds[y]?.[x] / green,
+            y: blues[y]?.[x] / green,
+            level: green,
+            at: `[${y}][${x}]`,
+        })),
+    );
+}
 
-    function of(moment) {
-        const [reds, greens, blues] = [r, g, b].map((source) => source.rows(moment));
-        return greens.flatMap((row, y) =>
-            row.map((green, x) => ({
-                x: reds[y]?.[x] / green,
-                y: blues[y]?.[x] / green,
-                level: green,
-                at: `[${y}][${x}]`,
-            })),
-        );
-    }
-    const extentsOf = (points) => ['x', 'y'].map((axis) => extent(points.map((p) => p[axis])));
+const extentsOf = (points) => ['x', 'y'].map((axis) => extent(points.map((p) => p[axis])));
 
-    let extents = null;
-    function ranges(points) {
-        extents ??= samples(varies ? run.length : 1).map((n) =>
-            extentsOf(of(new Moment(run, n)).filter(isKnown)),
-        );
-        const now = extentsOf(points);
-        return [0, 1].map((axis) =>
-            steadyRange(
-                extents.map((both) => both[axis]),
-                [now[axis]],
-            ),
-        );
-    }
+/** Regions as points of the plane, the larger the brighter. */
+function regionPoints(regions, hollow, chosen) {
+    const brightest = extent(regions.map(({ level }) => level))[1] || 1;
+    const part = ({ level }) => Math.sqrt(Math.max(level, 0) / brightest);
+    const colour = (at) => (at === chosen ? '--line3' : '--line0');
+    return regions.map((region) => ({
+        ...region,
+        radius: 1.5 + (BRIGHTEST - 1.5) * part(region),
+        colour: hollow ? '--muted' : colour(region.at),
+        hollow,
+        text: `${region.at} ${ratios(region)}, g ${short(region.level)}`,
+    }));
+}
 
-    // The way of the chosen region: [place on the axis, r/g, b/g] of the snapshots that are sampled.
-    let way = [];
+/** The ratios of one region over a run. */
+function regionCourse(run) {
+    let way = []; // [place on the axis, r/g, b/g] a sample
     const entries = [
         { name: 'r/g', colour: '--red' },
         { name: 'b/g', colour: '--blue' },
@@ -96,23 +79,57 @@ export function chromaticity([r, g, b], { beside = [] } = {}) {
         xText: (x) => (run.timed ? `${short(x)} s` : `#${short(x)}`),
         onHover: (i) => names.read(i === null ? null : way[i].slice(1).map(short)),
     });
+    const element = el('div', { hidden: true }, course.element, names.element);
+    return {
+        element,
+        /** The region goes `from(n)`; null for none. */
+        show(from) {
+            way = from ? samples(run.length).map((n) => [run.axis[n], ...from(n)]) : [];
+            element.hidden = way.length === 0;
+            const gaps = (i) => way.map((at) => (Number.isFinite(at[i]) ? at[i] : null));
+            if (from) course.show([way.map(([place]) => place), gaps(1), gaps(2)]);
+        },
+        /** Where it was, one after another. */
+        get points() {
+            return way.map(([, x, y]) => ({ x, y })).filter(isKnown);
+        },
+    };
+}
+
+/**
+ * @param {Source[]} sources the maps of r, g and b
+ * @param {object} options `beside`, the names of the fields that hold gains
+ */
+export function chromaticity(sources, { beside = [] } = {}) {
+    const { run } = sources[0].fields[0];
+    const gains = beside.map((name) => run.field(name)).filter(Boolean);
+    const varies = sources.some((source) => source.varies);
+    const moves = () => varies && run.length > 2;
+    const knownAt = (moment) => regionsAt(sources, moment).filter(isKnown);
+    const extents = sampled(run, varies, (moment) => extentsOf(knownAt(moment)));
+    const told = el('p', { class: 'plain' });
+    let chosen = '';
+    let shown = null;
+    const picture = plane({
+        xName: 'r/g →',
+        yName: 'b/g ↑',
+        label: 'r/g and b/g of each region',
+        equal: true,
+        together,
+        pick: ({ at }) => at && choose(at === chosen ? '' : at),
+    });
+    const course = regionCourse(run);
     const region = el(
         'select',
         { 'aria-label': 'region', on: { change: () => choose(region.value) } },
         el('option', { value: '' }, 'A region over time…'),
     );
-    const below = el('div', { hidden: true }, course.element, names.element);
 
     function follow() {
-        way = [];
-        if (chosen && varies && run.length > 2)
-            way = samples(run.length).map((n) => {
-                const { x, y } = of(new Moment(run, n)).find(({ at }) => at === chosen) ?? {};
-                return [run.axis[n], x, y];
-            });
-        below.hidden = way.length === 0;
-        const gaps = (i) => way.map((point) => (Number.isFinite(point[i]) ? point[i] : null));
-        if (way.length) course.show([way.map(([place]) => place), gaps(1), gaps(2)]);
+        const regionIn = (n) =>
+            regionsAt(sources, new Moment(run, n)).find(({ at }) => at === chosen) ?? {};
+        const from = (n) => [regionIn(n)].flatMap(({ x, y }) => [x, y]);
+        course.show(chosen && moves() ? from : null);
     }
     function choose(at) {
         chosen = at;
@@ -120,49 +137,38 @@ export function chromaticity([r, g, b], { beside = [] } = {}) {
         follow();
         draw(shown);
     }
-    function offer(points) {
-        if (region.options.length > 1 || !varies || run.length < 3) return;
-        region.append(...points.map(({ at }) => el('option', { value: at }, at)));
+    /** Lets one of the regions be chosen as soon as there is a way to follow. */
+    function offer({ now }) {
+        if (region.options.length === 1 && moves())
+            region.append(
+                ...regionsAt(sources, now).map(({ at }) => el('option', { value: at }, at)),
+            );
+        region.hidden = region.options.length < 2;
     }
-
+    /** Says where points lie on each other: there are more than one sees. */
+    function tell({ now }) {
+        const points = knownAt(now);
+        const places = new Set(points.map(({ x, y }) => `${x} ${y}`)).size;
+        const apart = places < points.length ? ` in ${places} places` : '';
+        const crosses = gains.length ? '; × the gains' : '';
+        setText(told, `${points.length} regions${apart}, the larger the brighter${crosses}`);
+    }
     function draw(view) {
         const grown = view.now.run.length !== shown?.length;
         shown = { ...view, length: view.now.run.length };
         if (grown && chosen) follow();
+        offer(view);
+        tell(view);
         const points = shownIn(view).flatMap((moment) => {
             const hollow = moment !== view.now;
-            const all = of(moment);
-            if (!hollow) offer(all);
-            const known = all.filter(isKnown);
-            const brightest = extent(known.map(({ level }) => level))[1] || 1;
-            if (!hollow) tell(known);
             return [
-                ...known.map((point) => ({
-                    ...point,
-                    radius:
-                        1.5 + (BRIGHTEST - 1.5) * Math.sqrt(Math.max(point.level, 0) / brightest),
-                    colour: hollow ? '--muted' : point.at === chosen ? '--line3' : '--line0',
-                    hollow,
-                    text: `${point.at} ${ratios(point)}, g ${short(point.level)}`,
-                })),
+                ...regionPoints(knownAt(moment), hollow, chosen),
                 ...gainPoints(gains, moment, hollow),
             ];
         });
-        region.hidden = region.options.length < 2;
-        const path = way.map(([, x, y]) => ({ x, y })).filter(isKnown);
-        picture.show(points, ...ranges([...points, ...path]), [
-            { points: path, colour: '--line3' },
-        ]);
+        const path = course.points;
+        const ranges = steadyRanges(extents(), [extentsOf([...points, ...path])]);
+        picture.show(points, ranges, [{ points: path, colour: '--line3' }]);
     }
-
-    /** Says where points lie on each other: there are more than one sees. */
-    function tell(points) {
-        const places = new Set(points.map(({ x, y }) => `${x} ${y}`)).size;
-        const apart = places < points.length ? ` in ${places} places` : '';
-        setText(
-            told,
-            `${points.length} regions${apart}, the larger the brighter${gains.length ? '; × the gains' : ''}`,
-        );
-    }
-    return { elements: [...picture.elements, told, region, below], draw };
+    return { elements: [...picture.elements, told, region, course.element], draw };
 }

@@ -242,14 +242,13 @@ function block(source, options) {
         for (const change of changes) change.draw(after, before);
     }
 
-    const [lowest, highest] = wholeRange([source]);
-
     function draw(view, together) {
         const after = source.rows(view.now);
         const held = differ(view, [source]);
         const before = held ? source.rows(view.before) : after;
         const compared = view.find.differ(before, after);
         const shown = rangeOf(together, shownIn(view));
+        const [lowest, highest] = extent([...wholeRange([source]), ...after.flat()]);
         const flatLine = !(highest > lowest) && !compared;
         places.hidden = scale.element.hidden = flatLine;
         const all = Number.isNaN(lowest) ? 'no numbers' : `all ${lowest}`;

@@ -1,6 +1,6 @@
 // Points in a plane with two axes: chromaticities, motion vectors.
 import { canvas } from '../canvas.js';
-import { cursor } from '../cursor.js';
+import { cursor, within } from '../cursor.js';
 import { colourOf, el, setText } from '../dom.js';
 import { grouped } from '../model.js';
 import { paintAxes } from './axes.js';
@@ -39,96 +39,100 @@ function paintRing(context, [left, top], radius) {
     context.lineWidth = 1;
 }
 
+/** What the axes are on a drawing of that size, and where a point lies on it. */
+function scalesOf(ranges, { equal, whole }, width, height) {
+    const box = {
+        left: MARGIN.left,
+        top: MARGIN.top,
+        width: width - MARGIN.left - MARGIN.right,
+        height: height - MARGIN.top - MARGIN.bottom,
+    };
+    const aim = ranges.map(aired);
+    const [x, y] = equal ? squared(aim, [box.width, box.height]) : aim;
+    const part = (value, [low, high]) => (value - low) / (high - low);
+    const toX = (value) => box.left + part(value, x) * box.width;
+    const toY = (value) => box.top + (1 - part(value, y)) * box.height;
+    const axis = ([min, max], [low, high], toPlace) => {
+        const only = low === high ? low : null;
+        return { min, max, toPlace, whole, only };
+    };
+    return {
+        box,
+        axes: [axis(x, ranges[0], toX), axis(y, ranges[1], toY)],
+        toPlace: ({ x, y }) => [toX(x), toY(y)],
+    };
+}
+
+/** Names the axes in the corners below them. */
+function paintNames(context, { xName, yName }, width, height) {
+    context.fillStyle = colourOf('--muted');
+    context.textAlign = 'right';
+    context.textBaseline = 'bottom';
+    context.fillText(xName, width - MARGIN.right, height);
+    context.textAlign = 'left';
+    context.textBaseline = 'top';
+    context.fillText(yName, 2, height - 12);
+}
+
+function paintPath(context, { points, colour }, toPlace) {
+    context.strokeStyle = colourOf(colour);
+    context.beginPath();
+    for (const point of points) context.lineTo(...toPlace(point));
+    context.stroke();
+}
+
+/** From place to place in the order of an axis; each holds the points that lie there. */
+function moved(places, from, axis, by) {
+    const of = axis === 'y' ? ([{ y }]) => -y : ([{ x }]) => x;
+    const order = [...places.keys()].sort((i, k) => of(places[i]) - of(places[k]) || i - k);
+    return order[within(order.indexOf(from) + by, [0, order.length - 1])];
+}
+
+/** The place that is nearest to a point of the drawing, null where none is near. */
+function placeAt(places, toPlace, x, y) {
+    const reach = ({ cross, radius }) => (cross ? 2 : radius);
+    const distances = places.map((here) => {
+        const [left, top] = toPlace(here[0]);
+        return Math.hypot(left - x, top - y) - Math.max(...here.map(reach));
+    });
+    const nearest = distances.indexOf(Math.min(...distances));
+    return distances[nearest] < NEAR ? nearest : null;
+}
+
 /**
  * @param {object} options `xName`, `yName`; `ratio`; `label`, what it shows; `equal`, whether a step is
- *     as long on both axes; `whole`, whether both have nothing but whole numbers; `together(points)`, what is said of points in one place; `pick(point)`,
- *     called for one that is clicked
- * @returns {{elements, show(points, xRange, yRange, paths)}} a point is {x, y, radius, colour, hollow,
- *     text}, a cross where it has `cross`; a path {points, colour} goes from point to point
+ *     as long on both axes; `whole`, whether both have nothing but whole numbers; `together(points)`, what
+ *     is said of points in one place; `pick(point)`, called for one that is clicked
+ * @returns {{elements, show(points, ranges, paths)}} a point is {x, y, radius, colour, hollow, text}, a
+ *     cross where it has `cross`; `ranges` those of x and y; a path {points, colour} goes from point to
+ *     point
  */
-export function plane({
-    xName,
-    yName,
-    ratio = 0.72,
-    label,
-    equal = false,
-    whole = false,
-    together = (points) => points.map(({ text }) => text).join('; '),
-    pick = null,
-}) {
-    let paths = [];
-    let points = [];
+export function plane(options) {
+    const { ratio = 0.72, label, pick = null } = options;
+    const textOf = (points) => points.map(({ text }) => text).join('; ');
+    const { together = textOf } = options;
+    let shown = { points: [], paths: [], ranges: [] };
     let places = []; // points that lie on each other, together
     let marked = null;
     let toPlace = () => [0, 0];
-    let ranges = [
-        [0, 1],
-        [0, 1],
-    ];
     const reading = el('p', { class: 'reading' });
 
-    const view = canvas(
-        (context, width, height) => {
-            const box = {
-                left: MARGIN.left,
-                top: MARGIN.top,
-                width: width - MARGIN.left - MARGIN.right,
-                height: height - MARGIN.top - MARGIN.bottom,
-            };
-            const shown = ranges.map(aired);
-            const [x, y] = equal ? squared(shown, [box.width, box.height]) : shown;
-            const part = (value, [low, high]) => (value - low) / (high - low);
-            const toX = (value) => box.left + part(value, x) * box.width;
-            const toY = (value) => box.top + (1 - part(value, y)) * box.height;
-            toPlace = (x, y) => [toX(x), toY(y)];
-            const axis = ([min, max], [low, high], toPlace) => ({
-                min,
-                max,
-                toPlace,
-                whole,
-                only: low === high ? low : null,
-            });
-            paintAxes(context, box, axis(x, ranges[0], toX), axis(y, ranges[1], toY));
-            context.fillStyle = colourOf('--muted');
-            context.textAlign = 'right';
-            context.textBaseline = 'bottom';
-            context.fillText(xName, width - MARGIN.right, height);
-            context.textAlign = 'left';
-            context.textBaseline = 'top';
-            context.fillText(yName, 2, height - 12);
-            for (const { points, colour } of paths) {
-                context.strokeStyle = colourOf(colour);
-                context.beginPath();
-                for (const { x, y } of points) context.lineTo(...toPlace(x, y));
-                context.stroke();
-            }
-            for (const point of points) paintPoint(context, toPlace(point.x, point.y), point);
-            if (marked === null) return;
-            const [{ x: right, y: up, radius }] = places[marked];
-            paintRing(context, toPlace(right, up), radius + 3);
-        },
-        { ratio, label },
-    );
-    /** From place to place in the order of an axis. */
-    function move(place, axis, by) {
-        const orders = { y: (i) => -places[i][0].y, x: (i) => places[i][0].x };
-        const of = orders[axis] ?? orders.x;
-        const order = [...places.keys()].sort((i, k) => of(i) - of(k) || i - k);
-        const to = order.indexOf(place) + by;
-        return order[Math.min(Math.max(to, 0), order.length - 1)];
+    function paint(context, width, height) {
+        const scales = scalesOf(shown.ranges, options, width, height);
+        toPlace = scales.toPlace;
+        paintAxes(context, scales.box, ...scales.axes);
+        paintNames(context, options, width, height);
+        for (const path of shown.paths) paintPath(context, path, toPlace);
+        for (const point of shown.points) paintPoint(context, toPlace(point), point);
+        if (marked === null) return;
+        const [point] = places[marked];
+        paintRing(context, toPlace(point), point.radius + 3);
     }
+    const view = canvas(paint, { ratio, label });
     const reader = cursor(view.element, {
         ends: () => [0, places.length - 1],
-        move,
-        at(x, y) {
-            const reach = ({ cross, radius }) => (cross ? 2 : radius);
-            const distances = places.map((here) => {
-                const [left, top] = toPlace(here[0].x, here[0].y);
-                return Math.hypot(left - x, top - y) - Math.max(...here.map(reach));
-            });
-            const nearest = distances.indexOf(Math.min(...distances));
-            return distances[nearest] < NEAR ? nearest : null;
-        },
+        move: (...way) => moved(places, ...way),
+        at: (x, y) => placeAt(places, toPlace, x, y),
         read(place, keys) {
             if (keys) {
                 marked = place;
@@ -143,10 +147,8 @@ export function plane({
 
     return {
         elements: [view.element, reading],
-        show(newPoints, xRange, yRange, newPaths = []) {
-            points = newPoints;
-            paths = newPaths;
-            ranges = [xRange, yRange];
+        show(points, ranges, paths = []) {
+            shown = { points, ranges, paths };
             marked = null;
             places = [...grouped(points, ({ x, y, hollow }) => `${x} ${y} ${hollow}`).values()];
             view.repaint();

@@ -162,7 +162,10 @@ export function shading(tables) {
         const rows = sources[0].rows(view.now);
         const place = cell[+column] ?? (column ? (rows[0]?.length ?? 0) : rows.length) >> 1;
         for (const cut of cuts) Object.assign(cut, { column, place });
-        setText(title, `${column ? 'column' : 'row'} ${place}: click a map for another one`);
+        setText(
+            title,
+            `${column ? 'column' : 'row'} ${place}: click a map, or press Enter on a cell, for another one`,
+        );
         for (const profile of profiles) profile.draw(view);
     }
     const pick = (...at) => {

@@ -1,7 +1,10 @@
 // Motion vectors in a plane.
-import { extent, Moment } from '../model.js';
-import { samples, shownIn } from '../sources.js';
+import { extent } from '../model.js';
+import { sampled, shownIn, steadyRanges } from '../sources.js';
 import { plane } from './plane.js';
+
+/** The radius of the greatest count. */
+const MOST = 18;
 
 /** The histogram of motion vectors: a disc a bin, its area the count. */
 export function vectors([bins]) {
@@ -11,35 +14,30 @@ export function vectors([bins]) {
         label: 'motion vectors',
         whole: true,
     });
-    const varies = bins.varies;
-    let ranges = null;
-    let most = 1;
-
-    function fix(run) {
-        const rows = samples(varies ? run.length : 1).flatMap((n) => bins.rows(new Moment(run, n)));
-        ranges = [0, 1].map((axis) => extent(rows.map((row) => row[axis])));
-        most = Math.max(1, extent(rows.map((row) => row[2]))[1]);
+    function extentsAt(moment) {
+        const rows = bins.rows(moment);
+        return [0, 1, 2].map((column) => extent(rows.map((row) => row[column])));
     }
+    const extents = sampled(bins.fields[0].run, bins.varies, extentsAt);
 
     return {
         elements: picture.elements,
         draw(view) {
-            if (!ranges) fix(bins.fields[0].run);
-            const points = shownIn(view).flatMap((moment) => {
+            const moments = shownIn(view);
+            const [x, y, [, most]] = steadyRanges(extents(), moments.map(extentsAt));
+            const points = moments.flatMap((moment) => {
                 const hollow = moment !== view.now;
                 return bins.rows(moment).map(([x, y, count], i) => ({
                     x,
                     y,
-                    radius: Math.max(1.5, 18 * Math.sqrt(count / most)),
+                    radius: Math.max(1.5, MOST * Math.sqrt(count / Math.max(1, most))),
                     colour: hollow ? '--muted' : '--line0',
                     hollow,
                     text: `#${i} (${x}, ${y}): ${count}`,
                 }));
             });
-            picture.show(
-                points.filter(({ x, y, radius }) => Number.isFinite(x + y + radius)),
-                ...ranges,
-            );
+            const known = points.filter(({ x, y, radius }) => Number.isFinite(x + y + radius));
+            picture.show(known, [x, y]);
         },
     };
 }
