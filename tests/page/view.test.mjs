@@ -470,13 +470,13 @@ test('a section that cannot be built says so, and 200,000 snapshots are shown', 
     await broken.evaluate(() => {
         const create = document.createElement.bind(document);
         document.createElement = (tag) => {
-            if (tag === 'label') throw new Error('no label today');
+            if (tag === 'datalist') throw new Error('no list today');
             return create(tag);
         };
     });
     await drop(broken, { name: 'a.txt', content: many() });
     await broken.waitForSelector('.bar');
-    assert.match((await texts(broken, '#time')).join(), /could not be drawn \(no label today\)/);
+    assert.match((await texts(broken, '#time')).join(), /could not be drawn \(no list today\)/);
     assert.ok((await shownSections(broken)).includes('Statistics'));
 });
 

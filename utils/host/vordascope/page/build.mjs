@@ -58,9 +58,8 @@ const parts = {
     ].join('; '),
 };
 
-const html = readFileSync(here('index.html'), 'utf8').replace(
-    /\{\{(\w+)\}\}/g,
-    (_, name) => parts[name],
-);
+const html = readFileSync(here('index.html'), 'utf8')
+    .replace(/>\n</g, '><') // no text between elements that are copied
+    .replace(/\{\{(\w+)\}\}/g, (_, name) => parts[name]);
 writeFileSync(out, html);
 writeFileSync(`${out}.figures`, FIGURES.map(([title, field]) => `${title}\t${field}\n`).join(''));

@@ -1,5 +1,5 @@
 // The cards: drawings of the fields that the page knows, in sections.
-import { el, setText, sizeObserver } from './dom.js';
+import { el, setText, sizeObserver, template } from './dom.js';
 import { chromaticity } from './draw/cloud.js';
 import { lines } from './draw/lines.js';
 import { maps } from './draw/map.js';
@@ -57,29 +57,19 @@ class Card {
         const { run } = entry.fields[0];
         this.all.push(...(entry.card.beside ?? []).map((name) => run.field(name)).filter(Boolean));
         this.varies = this.all.some((field) => field.varies);
-        this.changed = el('span', { class: 'badge', hidden: true }, 'changed');
-        this.state = el('p', { class: 'state' });
-        this.thinned = el('p', { class: 'state thinned' });
-        this.invalid = el('p', { class: 'state invalid' });
-        this.idle = el('p', { class: 'state idle' });
-        this.body = el('div', { class: 'body' });
-        this.element = el(
-            'article',
-            { class: entry.card.wide ? 'card wide-card' : 'card', data: { title: entry.title } },
-            el(
-                'header',
-                {},
-                el('h3', {}, entry.title),
-                this.changed,
-                el('code', {}, [entry.item, entry.block].filter(Boolean).join(' · ')),
-                saver(entry.title, this, () => numbersOf(entry.fields, this.view)),
-            ),
-            this.state,
-            this.thinned,
-            this.invalid,
-            this.idle,
-            this.body,
-        );
+        this.element = template('card');
+        this.element.dataset.title = entry.title;
+        this.element.classList.toggle('wide-card', Boolean(entry.card.wide));
+        const part = (selector) => this.element.querySelector(selector);
+        setText(part('h3'), entry.title);
+        setText(part('code'), [entry.item, entry.block].filter(Boolean).join(' · '));
+        part('header').append(saver(entry.title, this, () => numbersOf(entry.fields, this.view)));
+        this.changed = part('.badge');
+        this.state = part('.says');
+        this.thinned = part('.thinned');
+        this.invalid = part('.invalid');
+        this.idle = part('.idle');
+        this.body = part('.body');
     }
 
     /** Notes that the card shows something else now, and draws it if it can be seen. */

@@ -40,6 +40,10 @@ export function svg(tag, props = {}, ...children) {
     return element;
 }
 
+/** A copy of the element in a template of index.html. */
+export const template = (id) =>
+    document.getElementById(id).content.firstElementChild.cloneNode(true);
+
 /** Writes a text only where it is another one, so that a step through a series touches little. */
 export function setText(element, text) {
     if (element.textContent !== text) element.textContent = text;

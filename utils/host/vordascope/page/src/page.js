@@ -1,8 +1,8 @@
 // The page of runs: its sections, and what ties them together.
 import { cardSections } from './cards.js';
 import { differencesSection } from './differences.js';
-import { el } from './dom.js';
-import { helpCard, listenToKeys } from './help.js';
+import { el, template } from './dom.js';
+import { listenToKeys } from './keys.js';
 import { endAll } from './lifetime.js';
 import { listSection } from './list.js';
 import { Moment } from './model.js';
@@ -195,7 +195,7 @@ function showRun(root, runs, options) {
     const { all } = runs;
     const run = all[wanted.run];
     const store = new Store({ ...wanted, theme: theme.name });
-    const help = helpCard();
+    const help = template('help');
     const address = follower(usual);
     const play = player(store, run, (playing) => bar.playing(playing));
     const seek = () => bar.search.focus();

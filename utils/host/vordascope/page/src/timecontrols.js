@@ -1,51 +1,28 @@
 // Beside the charts over time: how runs are aligned and answers measured, and what adds a chart.
-import { MARKS, START } from './against.js';
 import { elementLine, isLong } from './courses.js';
-import { el, setText } from './dom.js';
+import { el, setText, template } from './dom.js';
 
 const option = (value, text) => el('option', { value }, text);
 
 /** @returns {{element, show(view, axes)}} */
 export function controls(run, store) {
-    const choose = (key, convert) => ({
-        change: (event) => store.set({ [key]: convert(event.target.value) }),
-    });
+    const element = template('time-controls');
+    const part = (name) => element.querySelector(`[name=${name}]`);
+    const [align, band, reference] = ['align', 'band', 'ref'].map(part);
     const charted = run.fields.filter((field) => field.charted && field.shape === 'scalar');
-    const align = el(
-        'select',
-        { 'aria-label': 'align the runs', on: choose('align', String) },
-        option(START, 'at the start'),
-        option(MARKS, 'at A and B'),
-        charted.map(({ name }) => option(name, `where ${name} leaves rest`)),
-    );
-    const alignment = el('label', {}, 'Runs aligned ', align);
-    const band = el(
-        'select',
-        { 'aria-label': 'band', on: choose('band', Number) },
-        [0.02, 0.05, 0.1].map((part) => option(part, `± ${100 * part} %`)),
-    );
-    const reference = el('input', {
-        type: 'checkbox',
-        'aria-label': 'measure from the value at A',
-        on: { change: (event) => store.set({ ref: event.target.checked }) },
-    });
-    const referenced = el('label', {}, reference, ' from the value at A');
-    const showAll = { click: () => store.set({ zoom: null }) };
-    const all = el('button', { type: 'button', title: 'show all (0)', on: showAll }, 'Show all');
+    align.append(...charted.map(({ name }) => option(name, `where ${name} leaves rest`)));
+    align.addEventListener('change', () => store.set({ align: align.value }));
+    band.addEventListener('change', () => store.set({ band: Number(band.value) }));
+    reference.addEventListener('change', () => store.set({ ref: reference.checked }));
+    const all = element.querySelector('button');
+    all.addEventListener('click', () => store.set({ zoom: null }));
     return {
-        element: el(
-            'div',
-            { class: 'time-controls' },
-            alignment,
-            el('label', {}, 'Band ', band),
-            referenced,
-            all,
-        ),
+        element,
         show(view, axes) {
-            alignment.hidden = !axes.run;
+            align.parentElement.hidden = !axes.run;
             align.value = view.align;
             band.value = String(view.band);
-            referenced.hidden = view.a === null;
+            reference.parentElement.hidden = view.a === null;
             reference.checked = view.ref;
             all.disabled = !view.zoom;
         },

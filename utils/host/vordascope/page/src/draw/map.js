@@ -57,17 +57,20 @@ const DIGIT = 0.6;
 function paintTexts(context, width, height, rows, colour) {
     const w = width / widthOf(rows);
     const h = height / rows.length;
-    const size = Math.max(8, Math.min(12, Math.floor(w / 2.4)));
+    const written = (value) => (Number.isInteger(value) ? String(value) : value.toFixed(2));
+    const known = rows.flat().filter((value) => !Number.isNaN(value));
+    const longest = Math.max(...known.map((value) => written(value).length));
+    const size = Math.min(12, (w - 3) / (longest * DIGIT));
+    // Among others one that has no room would be missed, or taken for another one.
+    if (size < 8) return;
     context.font = `${size}px system-ui, sans-serif`;
     context.textAlign = 'center';
     context.textBaseline = 'middle';
     rows.forEach((row, y) => {
         row.forEach((value, x) => {
-            const number = Number.isInteger(value) ? String(value) : value.toFixed(2);
-            // One that has no room would be taken for another one.
-            if (Number.isNaN(value) || number.length * size * DIGIT > w - 4) return;
+            if (Number.isNaN(value)) return;
             context.fillStyle = inkOn(colour(value));
-            context.fillText(number, (x + 0.5) * w, (y + 0.5) * h);
+            context.fillText(written(value), (x + 0.5) * w, (y + 0.5) * h);
         });
     });
 }
