@@ -85,6 +85,11 @@ test('figures, tables, curves and maps show A, B and how they differ', async (t)
         'B − A [1][1] 20',
         'B ÷ A [1][1] 1.5',
     ]);
+    // What is the same is no larger beside it.
+    const wide = await card('Contrast by region')
+        .locator('.map canvas:visible')
+        .evaluateAll((all) => all.map((one) => one.clientWidth));
+    assert.ok(wide.length === 5 && Math.max(...wide) < 1.1 * Math.min(...wide), String(wide));
     // Each table has a scale of its own, unless somebody asks for one for all.
     const scales = () =>
         card('Contrast by region')
