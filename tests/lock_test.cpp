@@ -4,27 +4,12 @@
 #include "harness.h"
 #include "vorda.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 
 namespace
 {
-
-// Sanitizers make a run slow, and have pages of their own.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool INSTRUMENTED = true;
-#elif defined(__has_feature)
-constexpr bool INSTRUMENTED = __has_feature(address_sanitizer);
-#else
-constexpr bool INSTRUMENTED = false;
-#endif
-
-bool emulated()
-{
-    return getenv("VORDA_EMULATOR") != nullptr;
-}
 
 // Starts a tool and returns when it has come to the lock of its path, which somebody holds.
 std::unique_ptr<Child> start_waiting(const Region &region)
@@ -100,12 +85,14 @@ TEST(Lock, EverySnapshotIsOfOneFrame)
 {
     const std::set<std::string> frames = whole_frames();
     ASSERT_EQ(frames.size(), 256U);
-    const int snapshots = emulated() ? 50 : INSTRUMENTED ? 100 : 500;
+    // Where the lock is left out most are torn. Waiting for a camera that hardly ever lets go of it is
+    // what takes the time.
+    constexpr int SNAPSHOTS = 50;
     std::set<std::string> seen;
     {
         const Region region;
         const Live live(region, {});
-        for (int i = 0; i < snapshots; i++) {
+        for (int i = 0; i < SNAPSHOTS; i++) {
             const Result result = run_vorda({"all"}, region.file());
             ASSERT_TRUE(frames.contains(share_of(result)))
                 << "torn snapshot " << i << ", status " << result.status << result.err;
