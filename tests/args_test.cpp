@@ -7,7 +7,7 @@
 namespace
 {
 
-struct Row {
+struct ArgsRow {
     std::vector<std::string> args;
     VordaCmdType type;
     int32_t dev_idx;
@@ -27,7 +27,7 @@ Result parse(std::vector<std::string> args, VordaCmd *cmd)
 TEST(Args, TakeIndexesAndTheFirstWordWhereverTheyStand)
 {
     const std::string long_word(300, 'x');
-    const Row rows[] = {
+    const ArgsRow rows[] = {
         {{}, CMD_HELP, 0, 0, ""},
         {{"-d", "1"}, CMD_HELP, 1, 0, ""},
         {{"help", "-x"}, CMD_HELP, 0, 0, ""},
@@ -67,7 +67,7 @@ TEST(Args, TakeIndexesAndTheFirstWordWhereverTheyStand)
         {{long_word}, CMD_QUERY, 0, 0, long_word.substr(0, 255)},
         {{"list", long_word}, CMD_LIST, 0, 0, long_word.substr(0, 255)},
     };
-    for (const Row &row : rows) {
+    for (const ArgsRow &row : rows) {
         SCOPED_TRACE(::testing::PrintToString(row.args));
         VordaCmd cmd = {};
         const Result result = parse(row.args, &cmd);
