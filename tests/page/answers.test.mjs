@@ -1,15 +1,7 @@
 // What an engineer reads off the cards: lens shading, white balance, what is not valid.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { drop, emptyPage, open, saved } from './harness.mjs';
-
-async function show(t, captures, options) {
-    const page = await open(t, emptyPage(), options);
-    const files = Object.entries(captures).map(([name, content]) => ({ name, content }));
-    await drop(page, ...files);
-    await page.waitForSelector('.bar');
-    return page;
-}
+import { drop, emptyPage, open, saved, show } from './harness.mjs';
 
 const texts = (card, selector) =>
     card.locator(selector).evaluateAll((all) => all.map((one) => one.textContent.trim()));

@@ -1,7 +1,7 @@
 // What two snapshots show of each other, as somebody reads it who points at it.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { drop, emptyPage, open } from './harness.mjs';
+import { drop, emptyPage, open, show } from './harness.mjs';
 
 const snapshot = ({ gain, matrix, luma, h1, v1, curve }) => `dev_idx = 0, path_idx = 0
 share.sys_gain = ${gain}
@@ -43,9 +43,7 @@ const cellTexts = (card, selector) =>
     card.locator(selector).evaluateAll((all) => all.map((one) => one.innerText.split('\n')));
 
 test('figures, tables, curves and maps show A, B and how they differ', async (t) => {
-    const page = await open(t, emptyPage());
-    await drop(page, { name: 'a.txt', content: before }, { name: 'b.txt', content: after });
-    await page.waitForSelector('.bar');
+    const page = await show(t, { 'a.txt': before, 'b.txt': after });
     const card = (title) => page.locator(`.cards [data-title="${title}"]`);
     assert.deepEqual(await cellTexts(page.locator('.figure').first(), 'dd'), [
         ['1000 → 1500'],
@@ -175,8 +173,6 @@ test('the two sensors of a snapshot are held against each other', async (t) => {
     await page.evaluate(() => window.location.replace('#sensors=0-1'));
     await page.waitForSelector('#differences:not([hidden])');
     // Without a second sensor there is nothing to choose.
-    const one = await open(t, emptyPage());
-    await drop(one, { name: 'a.txt', content: text.replace(/LSC1:.*?(?=\nshare)/s, '') });
-    await one.waitForSelector('.bar');
+    const one = await show(t, { 'a.txt': text.replace(/LSC1:.*?(?=\nshare)/s, '') });
     assert.equal(await one.getByRole('button', { name: /^Sensor/ }).count(), 0);
 });

@@ -1,7 +1,7 @@
 // What is looked for, typed once, holds for everything: as somebody at the page types and pastes it.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { drop, emptyPage, open } from './harness.mjs';
+import { show } from './harness.mjs';
 
 /** A snapshot: exposure time, gain, a short list, a grid, and whether a module is on. */
 const snapshot = (inttime, gain, white, grid) => `dev_idx = 0, path_idx = 0
@@ -21,14 +21,6 @@ const recording = [
     snapshot(8004, 1030, '1, 2, 3, 4', '1, 2\n3, 4'),
     snapshot(40000, 1030, '1, 2, 3, 5', '1, 9\n3, 6'),
 ].join('');
-
-async function show(t, fragment) {
-    const page = await open(t, emptyPage());
-    await page.evaluate((hash) => window.location.replace(hash), fragment);
-    await drop(page, { name: 'a.txt', content: recording });
-    await page.waitForSelector('.bar');
-    return page;
-}
 
 const settled = (page) =>
     page.evaluate(
@@ -59,7 +51,7 @@ const paste = (page, text) =>
     );
 
 test('titles, legends, names and lines are found, and Now and Time stay', async (t) => {
-    const page = await show(t, '#n=4&a=1');
+    const page = await show(t, { 'a.txt': recording }, { fragment: '#n=4&a=1' });
     const found = () => seen(page, '.item[open] tr .copy');
     for (const [query, fields] of [
         ['Exposure time', ['inttime']],
@@ -89,7 +81,7 @@ test('titles, legends, names and lines are found, and Now and Time stay', async 
 });
 
 test('an element of grids is what differs, and what the list shows', async (t) => {
-    const page = await show(t, '#n=4&a=1');
+    const page = await show(t, { 'a.txt': recording }, { fragment: '#n=4&a=1' });
     await type(page, '[0][1]');
     assert.deepEqual(await seen(page, '.differences tr'), [
         'stat.lumRegional Luminance average[0][1]2 -> 9  (+7, +350 %)',
@@ -100,7 +92,7 @@ test('an element of grids is what differs, and what the list shows', async (t) =
 });
 
 test('a tolerance holds for differences, badges, list and charts', async (t) => {
-    const page = await show(t, '#n=3&a=1');
+    const page = await show(t, { 'a.txt': recording }, { fragment: '#n=3&a=1' });
     const differences = () => seen(page, '.differences .key');
     const badges = () =>
         page.$$eval('.cards .card', (all) =>
@@ -141,7 +133,7 @@ test('a tolerance holds for differences, badges, list and charts', async (t) => 
 });
 
 test('a capture pasted into the search is opened, other text is looked for', async (t) => {
-    const page = await show(t, '#');
+    const page = await show(t, { 'a.txt': recording }, { fragment: '#' });
     await paste(page, 'share.inttime\n  fps\n');
     await page.waitForFunction(
         () => document.querySelector('input[type=search]').value === 'share.inttime fps',

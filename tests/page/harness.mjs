@@ -111,6 +111,19 @@ export async function open(test, file, options = {}) {
     return page;
 }
 
+/**
+ * Opens the empty page and drops captures onto it, given by name; `fragment` of the options is the view
+ * that it begins with, the others are those of open().
+ */
+export async function show(t, captures, { fragment, ...options } = {}) {
+    const page = await open(t, emptyPage(), options);
+    if (fragment) await page.evaluate((hash) => window.location.replace(hash), fragment);
+    const files = Object.entries(captures).map(([name, content]) => ({ name, content }));
+    await drop(page, ...files);
+    await page.waitForSelector('.bar');
+    return page;
+}
+
 /** Drops files onto a page, as { name, content } each. */
 export async function drop(page, ...files) {
     const transfer = await page.evaluateHandle(

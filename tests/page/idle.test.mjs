@@ -1,7 +1,7 @@
 // Cards that would show nothing say so in a line.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { drop, emptyPage, open } from './harness.mjs';
+import { show } from './harness.mjs';
 
 const curves = [0, 1, 2, 3]
     .map((i) => `scene_curve.val_${i}-0 = 0, ${[5, 5, 7, 9][i]}, 9\n`)
@@ -26,9 +26,7 @@ scene_curve_cnt = 3
 ${curves}`;
 
 test('what is disabled, all equal or constant is a line, and equal curves are one', async (t) => {
-    const page = await open(t, emptyPage());
-    await drop(page, { name: 'one.txt', content: snapshot(1) });
-    await page.waitForSelector('.bar');
+    const page = await show(t, { 'one.txt': snapshot(1) });
     const line = async (title) => {
         const card = page.locator(`.cards [data-title="${title}"]`);
         await card.scrollIntoViewIfNeeded();
@@ -44,9 +42,7 @@ test('what is disabled, all equal or constant is a line, and equal curves are on
     await page.getByRole('button', { name: 'show Tone enhancement' }).click();
     await page.locator('[data-title="Tone enhancement"] canvas').waitFor();
 
-    const series = await open(t, emptyPage());
-    await drop(series, { name: 'all.txt', content: [1, 2, 3].map(snapshot).join('') });
-    await series.waitForSelector('.bar');
+    const series = await show(t, { 'all.txt': [1, 2, 3].map(snapshot).join('') });
     await series.locator('[data-title="Gamma"] canvas').waitFor();
     await series.locator('.idle', { hasText: 'Never changes here.' }).first().waitFor();
     const idle = await series.$$eval('.cards .card', (all) =>

@@ -3,20 +3,13 @@ import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { test } from 'node:test';
-import { capture, drop, emptyPage, open, report, saved, write } from './harness.mjs';
+import { capture, emptyPage, open, report, saved, show, write } from './harness.mjs';
 
 /** Snapshots of one path: of each its lines, below what is known of its time. */
 const recording = (snapshots) =>
     snapshots
         .flatMap(({ head = [], lines }) => [...head, 'dev_idx = 0, path_idx = 0', ...lines, ''])
         .join('\n');
-
-async function show(t, content, options) {
-    const page = await open(t, emptyPage(), options);
-    await drop(page, { name: 'capture.txt', content });
-    await page.waitForSelector('.bar');
-    return page;
-}
 
 const place = (page) => page.textContent('.snapshot-line .place');
 
@@ -26,7 +19,7 @@ test('a recording plays at its own speed, slower, and frame by frame', async (t)
     const timed = recording(
         times.map((time, n) => ({ head: [`time = ${time}`], lines: [`share.inttime = ${n}`] })),
     );
-    const page = await show(t, timed);
+    const page = await show(t, { 'capture.txt': timed });
     await page.clock.install({ time: 0 });
     await page.clock.pauseAt(60_008);
     await page.keyboard.press('Home');
@@ -46,7 +39,7 @@ test('a recording plays at its own speed, slower, and frame by frame', async (t)
     // Without time it is 15 frames a second, those that nobody saw included.
     const missed = Array.from({ length: 10 }, (_, n) => (n === 5 ? ['missed = 30'] : []));
     const untimed = recording(missed.map((head, n) => ({ head, lines: [`share.a = ${n}`] })));
-    const other = await show(t, untimed);
+    const other = await show(t, { 'capture.txt': untimed });
     await other.clock.install({ time: 0 });
     await other.clock.pauseAt(60_008);
     await other.keyboard.press('Home');
@@ -196,7 +189,7 @@ test('charts and their numbers leave the page as files', async (t) => {
         Array.from({ length: 6 }, (_, n) => ({ head: [`time = ${n / 2}`], lines: lines(n) })),
     );
     for (const colorScheme of ['light', 'dark']) {
-        const page = await show(t, content, { colorScheme });
+        const page = await show(t, { 'capture.txt': content }, { colorScheme });
         const { name, bytes: svg } = await saved(page, 'Gains', 'SVG');
         assert.equal(name, 'gains.svg');
         // It is a picture for whatever reads pictures: its title, the legend, axes, lines in colour.
@@ -259,7 +252,7 @@ test('charts and their numbers leave the page as files', async (t) => {
 });
 
 test('what is copied from a table is what a spreadsheet takes', async (t) => {
-    const page = await show(t, capture());
+    const page = await show(t, { 'capture.txt': capture() });
     const copied = (selector) =>
         page.$eval(selector, (element) => {
             const selection = window.getSelection();

@@ -7,10 +7,8 @@ import { SECTIONS } from '../../utils/host/vordascope/page/src/known.js';
 import { Moment, number, Run } from '../../utils/host/vordascope/page/src/model.js';
 import { plan } from '../../utils/host/vordascope/page/src/plan.js';
 import { readModel } from '../../utils/host/vordascope/page/src/reader.js';
-import { finder } from '../../utils/host/vordascope/page/src/search.js';
 import { steadyRanges } from '../../utils/host/vordascope/page/src/sources.js';
 import { short, ticks } from '../../utils/host/vordascope/page/src/ticks.js';
-import { startTools } from '../../utils/host/vordascope/page/src/tools.js';
 import { fromFragment, toFragment } from '../../utils/host/vordascope/page/src/view.js';
 import { moved, zoomed } from '../../utils/host/vordascope/page/src/zoom.js';
 import { blockOf, capture, emptyPage, kept } from './harness.mjs';
@@ -179,18 +177,4 @@ test('a view survives as a fragment, and a wrong fragment does no harm', () => {
         fromFragment('#n=-1&a=x&step=9-3&run=1e9&zoom=7_2&band=x&only=<b>&%E0%A4%A'),
         {},
     );
-});
-
-test('a search takes every word, and values', async () => {
-    const run = await runOf('dev_idx = 0, path_idx = 0\n=== cfg.nr ===\nfir.a = 12\nfir.b = 1\n');
-    const now = new Moment(run, 0);
-    const found = (query) =>
-        run.fields.filter((field) => finder(query).field(field, now)).map(({ key }) => key);
-    await startTools(reader);
-    assert.deepEqual(found(''), ['fir.a', 'fir.b']);
-    assert.deepEqual(found('FIR .A'), ['fir.a']);
-    assert.deepEqual(found('nr.fir.b'), ['fir.b']);
-    assert.deepEqual(found('=1'), ['fir.b']);
-    assert.deepEqual(found('fir =12'), ['fir.a']);
-    assert.deepEqual(found('fir sharp'), []);
 });

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { cssOf, inkOn, sequential } from '../../utils/host/vordascope/page/src/colours.js';
-import { capture, drop, emptyPage, open } from './harness.mjs';
+import { capture, drop, emptyPage, open, show } from './harness.mjs';
 
 const one = capture().toString('latin1');
 
@@ -173,9 +173,7 @@ test('it prints on six sheets: the figures and what differs, or the cards', asyn
         `dev_idx = 0, path_idx = 0\n[A]\n${Array.from({ length: 900 }, (_, i) => `k${i} = "${c.repeat(400)}"\n`).join('')}`;
     const printed = [[one, changed(7)], [long('x'), long('y')], [many], [one]];
     for (const [i, captures] of printed.entries()) {
-        const page = await open(t, emptyPage());
-        await drop(page, ...captures.map((content, k) => ({ name: `${k}.txt`, content })));
-        await page.waitForSelector('.bar');
+        const page = await show(t, captures);
         const count = await sheets(page);
         assert.ok(count > 1 && count <= 6, `${count} sheets of ${i}`);
         // What is printed, as it is laid out for that.
@@ -229,9 +227,7 @@ test('in a narrow window differences stand in the flow of the page', async (t) =
 });
 
 test('lines are told apart by their dashes too, and legends keep their colours', async (t) => {
-    const page = await open(t, emptyPage());
-    await drop(page, { name: 'a.txt', content: many });
-    await page.waitForSelector('.bar');
+    const page = await show(t, { 'a.txt': many });
     await page.evaluate(() => {
         window.dispatchEvent(new Event('beforeprint'));
         window.dispatchEvent(new Event('afterprint'));
@@ -253,9 +249,7 @@ test('lines are told apart by their dashes too, and legends keep their colours',
 });
 
 test('each drawing has its numbers as a table', async (t) => {
-    const page = await open(t, emptyPage());
-    await drop(page, { name: 'a.txt', content: many });
-    await page.waitForSelector('.bar');
+    const page = await show(t, { 'a.txt': many });
     const without = await page.$$eval('article.card', (all) =>
         all
             .filter((card) => card.querySelector('canvas') && !card.querySelector('.save'))
@@ -282,11 +276,11 @@ async function keysOn(drawing) {
 }
 
 test('keys read, measure and pick in drawings what the mouse does there', async (t) => {
-    const page = await open(t, emptyPage());
     let time = 8000;
     const lit = many.replace(/^share\.inttime = .*$/gm, () => `share.inttime = ${time++}`);
-    await drop(page, { name: 'a.txt', content: lit });
-    await page.waitForSelector('.bar');
+    const page = await show(t, { 'a.txt': lit });
+    await page.keyboard.press('Tab');
+    assert.equal(await page.evaluate(() => document.activeElement.type), 'search');
     const part = (pattern) => page.waitForFunction((p) => location.hash.match(p), pattern);
 
     // A course: readings, a measured span, the snapshot that shows.

@@ -10,6 +10,7 @@ import {
     open,
     report,
     series,
+    show,
     vordascope,
     write,
 } from './harness.mjs';
@@ -22,17 +23,6 @@ const many = () => {
     recorded ??= series(SNAPSHOTS);
     return recorded;
 };
-
-/** Opens the page with captures, given by name. */
-async function show(t, captures, options = {}) {
-    const page = await open(t, emptyPage(), options);
-    if (options.fragment)
-        await page.evaluate((hash) => window.location.replace(hash), options.fragment);
-    const files = Object.entries(captures).map(([name, content]) => ({ name, content }));
-    await drop(page, ...files);
-    await page.waitForSelector('.bar');
-    return page;
-}
 
 const press = async (page, ...keys) => {
     for (const key of keys) await page.keyboard.press(key);
@@ -636,18 +626,4 @@ test('light and dark follow the system until one is chosen', async (t) => {
     await page.evaluate(() => window.dispatchEvent(new Event('afterprint')));
     assert.equal(await ground(), dark);
     assert.equal(await page.isVisible('.tools'), true);
-});
-
-test('every control has a name, and the keyboard reaches it', async (t) => {
-    const page = await show(t, { 'series.txt': many() });
-    const nameless = await page.$$eval(
-        'button, input, select, summary, [role=img], [role=slider], canvas:not([role] *)',
-        (all) =>
-            all
-                .filter((one) => !(one.getAttribute('aria-label') || one.textContent.trim()))
-                .map((one) => one.outerHTML.slice(0, 80)),
-    );
-    assert.deepEqual(nameless, []);
-    await press(page, 'Tab');
-    assert.equal(await page.evaluate(() => document.activeElement.type), 'search');
 });
