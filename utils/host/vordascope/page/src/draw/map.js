@@ -255,7 +255,7 @@ function block(source, options) {
         const flatLine = !(highest > lowest) && !compared;
         places.hidden = scale.element.hidden = flatLine;
         const all = Number.isNaN(lowest) ? 'no numbers' : `all ${lowest}`;
-        const equal = held && !compared ? `${source.name}: A and B are the same` : '';
+        const equal = held && !compared ? `${source.name}: A = B` : '';
         setText(plain, flatLine ? `${source.name}: ${all}` : equal);
         if (flatLine) return;
         places.dataset.count = compared ? '4' : '1';

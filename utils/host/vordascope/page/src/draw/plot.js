@@ -63,7 +63,7 @@ export function plotOptions(options, width) {
         width,
         height,
         legend: { show: false },
-        padding: [8, 10, 0, 0],
+        padding: [8, 16, 0, 0],
         scales: { x: { time: false, range: xRange }, y: { range } },
         axes: [
             axis({

@@ -164,7 +164,7 @@ export function shading(tables) {
         for (const cut of cuts) Object.assign(cut, { column, place });
         setText(
             title,
-            `${column ? 'column' : 'row'} ${place}: click a map, or press Enter on a cell, for another one`,
+            `${column ? 'column' : 'row'} ${place}: click a map, or Enter on a cell, for another`,
         );
         for (const profile of profiles) profile.draw(view);
     }
