@@ -12,7 +12,7 @@ import { TimeCard } from './timecard.js';
 import { invalidText, validityOf } from './valid.js';
 
 // As the charts beside it have them.
-const MARGIN = { left: 46, right: 10, top: 8, bottom: 24 };
+const MARGIN = { left: 46, right: 16, top: 8, bottom: 24 };
 const HEIGHT = 200;
 /** The part of the values, the largest, that does not make the scale: a clipped picture is one bin. */
 const RARE = 0.01;

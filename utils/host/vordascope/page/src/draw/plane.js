@@ -5,7 +5,7 @@ import { colourOf, el, setText } from '../dom.js';
 import { grouped } from '../model.js';
 import { paintAxes } from './axes.js';
 
-const MARGIN = { left: 40, right: 10, top: 8, bottom: 30 };
+const MARGIN = { left: 40, right: 16, top: 8, bottom: 30 };
 
 /** Around a point at least so far: it may be one pixel. */
 const NEAR = 4;
