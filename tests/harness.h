@@ -77,6 +77,9 @@ private:
     std::string path_;
 };
 
+// A file that is missing on every machine: only the kernel makes entries there.
+inline const std::string nowhere = "/proc/nowhere/file";
+
 using Environment = std::map<std::string, std::string>;
 
 // A running program. It is killed when its object goes away and when this process ends.

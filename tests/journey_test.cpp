@@ -148,7 +148,7 @@ TEST(Journey, AFileMayBeNoRegionOrNotYet)
     const Result wrong = run_vorda({"vinfo"}, odd.path());
     EXPECT_EQ(wrong.err, "/dev/sr: " + odd.path() + " has 4711 bytes, a region has 594696.\n" +
                              "Unable to initialize MPP.\n");
-    const Result missing = run_vorda({"vinfo"}, "/nonexistent/region");
+    const Result missing = run_vorda({"vinfo"}, nowhere);
     EXPECT_EQ(missing.out, "dev_idx = 0, path_idx = 0\n"); // before it opens the device
     EXPECT_EQ(missing.err, "Unable to initialize MPP.\n");
     EXPECT_EQ(missing.status, 1);

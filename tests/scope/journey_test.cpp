@@ -82,9 +82,9 @@ TEST(ScopeJourney, ChecksAndConverts)
 
     // One capture that cannot be read does not keep the others from it.
     for (const std::string verb : {"check", "json"}) {
-        result = scope({verb, "/nowhere", none.path(), good.path()});
+        result = scope({verb, nowhere, none.path(), good.path()});
         EXPECT_EQ(result.status, 2);
-        EXPECT_NE(result.err.find("/nowhere: "), std::string::npos);
+        EXPECT_NE(result.err.find(nowhere + ": "), std::string::npos);
         EXPECT_NE(result.err.find(none.path() + ": no snapshot;"), std::string::npos);
         EXPECT_TRUE(result.out.ends_with(scope({verb, good.path()}).out)) << result.out;
     }
@@ -92,7 +92,7 @@ TEST(ScopeJourney, ChecksAndConverts)
     // What goes wrong is said, with status 2.
     const std::pair<std::vector<std::string>, std::string> rows[] = {
         {{"json", none.path()}, none.path() + ": no snapshot;"},
-        {{"check", "/nowhere"}, "/nowhere: No such file or directory"},
+        {{"check", nowhere}, nowhere + ": No such file or directory"},
         {{"check", "/"}, "/: Is a directory"},
         {{"series", good.path(), "share.intime"}, "no field share.intime. Near: share.inttime"},
         {{"series", none.path(), "share.inttime"}, "no snapshot;"},
@@ -103,7 +103,7 @@ TEST(ScopeJourney, ChecksAndConverts)
          "no snapshot 18446744073709551617"},
         {{"diff", "-", "-#2"}, "only one side"},
         {{"diff", "--only", "shar", good.path(), good.path()}, "selects nothing. Near: share"},
-        {{"diff", "--ignore-from", "/nowhere", good.path(), good.path()}, "/nowhere: No such file"},
+        {{"diff", "--ignore-from", nowhere, good.path(), good.path()}, nowhere + ": No such file"},
         {{"diff", "--ignore-from", "/", good.path(), good.path()}, "/: Is a directory"},
         {{"diff", "--abs", "-1", good.path(), good.path()}, "--abs: N is a number of 0 or more"},
         {{"diff", "--rel", "5", good.path(), good.path()}, "--rel: it is a percentage, 5%"},
@@ -170,7 +170,7 @@ TEST(ScopeJourney, HoldsCapturesAgainstRules)
             .status,
         0);
     EXPECT_NE(read_file(learned.path()).find("\n#   label site = roof\n"), std::string::npos);
-    EXPECT_EQ(scope({"learn", good.path(), "/nowhere"}).out, "");
+    EXPECT_EQ(scope({"learn", good.path(), nowhere}).out, "");
     Result result = scope({"check", "--rules", learned.path(), "--junit", xml.path(), good.path()});
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     EXPECT_NE(
