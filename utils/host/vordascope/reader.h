@@ -40,9 +40,8 @@
 //
 // Any bytes have a defined result; nothing is lost:
 // - Any other line that cannot be read, and a second field of the same path: an Unread, and the
-// rest
-//   is read on. So is any text outside of snapshots, unless none of it can be what has become of
-//   one: a prompt, a mail. That is left out, also behind a snapshot without an end line.
+//   rest is read on. So is any text outside of snapshots, unless none of it can be what has become
+//   of one: a prompt, a mail. That is left out, also behind a snapshot without an end line.
 // - A field that does not go on as it began (a row of another length, a row or an element out of
 //   order, the rest of a line that was wrapped) is damaged: it has no value, and an Unread names
 //   it.
