@@ -155,6 +155,7 @@ build() {
 
 build_preset() {
   local preset=$1
+  export CCACHE_BASEDIR=$PWD/build/$1 # what is made there is the same in all builds
   shift
   cmake --preset "$preset"
   cmake --build --preset "$preset" ${1:+--target "$@"}

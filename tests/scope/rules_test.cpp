@@ -7,9 +7,11 @@
 #include "scene.h"
 #include "vorda.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 
 using namespace vordascope;
 
@@ -48,16 +50,28 @@ Snapshot frame(uint32_t number)
     return *Reader(std::string_view(text)).next();
 }
 
-// The snapshot with another first value of a field.
-std::string changed(const Snapshot &snapshot, const Field &field)
+// Gives a field of the snapshot another first value in a copy of its text; what lies behind moves.
+void change(const Snapshot &snapshot, const Field &field, std::string &text)
 {
     const Value &value = *snapshot.begin(field);
-    std::string text(snapshot.text);
     const bool number = value.number() || value.kind == Kind::empty;
-    return text.replace(static_cast<size_t>(value.begin - snapshot.text.data()), value.size,
-                        number                        ? "123456789012345678901"
-                        : value.kind == Kind::boolean ? value.text() == "true" ? "false" : "true"
-                                                      : "another text");
+    text.replace(static_cast<size_t>(value.begin - snapshot.text.data()), value.size,
+                 number                        ? "123456789012345678901"
+                 : value.kind == Kind::boolean ? value.text() == "true" ? "false" : "true"
+                                               : "another text");
+}
+
+// The fields of a snapshot, at most one of each item a round.
+std::vector<std::vector<const Field *>> in_rounds(const Snapshot &snapshot)
+{
+    std::map<std::string, size_t> seen;
+    std::vector<std::vector<const Field *>> rounds;
+    for (const Field &field : snapshot.fields) {
+        const size_t round = seen[snapshot.item(field)]++;
+        rounds.resize(std::max(rounds.size(), round + 1));
+        rounds[round].push_back(&field);
+    }
+    return rounds;
 }
 
 TEST(Learn, GoodSnapshotsPassAndEachChangedFieldIsFound)
@@ -83,19 +97,23 @@ TEST(Learn, GoodSnapshotsPassAndEachChangedFieldIsFound)
     }
     EXPECT_TRUE(rules.unused().empty());
 
-    for (const Field &field : good[0].fields) {
-        const std::string other = changed(good[0], field);
+    for (const auto &round : in_rounds(good[0])) {
+        std::string other(good[0].text);
+        for (auto field = round.rbegin(); field != round.rend(); ++field)
+            change(good[0], **field, other);
+        std::vector<std::string> expected;
+        for (const Field *field : round) {
+            const std::string block = good[0].block(*field);
+            expected.push_back(good[0].item(*field) + '.' + block + (block.empty() ? "" : " / ") +
+                               std::string(field->key));
+        }
         Reader reader{std::string_view(other)};
         const Comparison result = compare(good[1], *reader.next(), rules, "a", "b");
-        const std::string path = good[0].path(field);
         std::vector<std::string> found;
         for (const ItemDifferences &item : result.items)
             for (const Difference &difference : item.differences)
                 found.push_back(item.item + '.' + difference.name);
-        ASSERT_EQ(found.size(), 1U) << path;
-        const std::string block = good[0].block(field);
-        EXPECT_EQ(found[0], good[0].item(field) + '.' + block + (block.empty() ? "" : " / ") +
-                                std::string(field.key));
+        EXPECT_EQ(found, expected);
     }
     EXPECT_GT(good[0].fields.size(), 1700U);
 }
