@@ -302,6 +302,7 @@ TEST_F(PathSnapshot, NobodyPreemptsItUnderTheLock)
     lock_tries = 0;
     EXPECT_FALSE(path_copy(copy));
     EXPECT_EQ(lock_tries, 1);
+    EXPECT_EQ(inside, before); // rehearsed before it tried
     EXPECT_EQ(priority(), before);
 #endif
 }

@@ -6,7 +6,10 @@
 #include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/ptrace.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -139,6 +142,25 @@ TEST(Sim, ACapturedLockIsNamedAndOpenedInACopy)
     EXPECT_TRUE(read_file(region.file()) == before);
 }
 
+// A camera at work keeps it for a moment, which is no news.
+TEST(Sim, ALockThatIsReleasedSoonIsNotNamed)
+{
+    const Region region;
+    Result result;
+    for (int attempt = 0; attempt < 20; attempt++) { // one who looked for too long has a message
+        camera_lock(&region->path[1].lock);
+        Child child({sr_run, "--region", region.file(), native_vorda, "-p1", "vinfo.bayer"},
+                    environment);
+        ASSERT_TRUE(child.looks_again());
+        path_unlock(&region->path[1].lock);
+        result = child.finish();
+        EXPECT_EQ(result.status, 0);
+        if (result.err.empty())
+            break;
+    }
+    EXPECT_EQ(result.err, "");
+}
+
 // Root may write whatever its mode says, so somebody else runs the programs then, from a folder that
 // is open to all.
 TEST(Sim, ARegionThatCannotBeWrittenIsOpenedInACopy)
@@ -202,6 +224,61 @@ TEST(Sim, ACaptureIsOfWhatThereIsWhenTheLockIsReleased)
     }
     EXPECT_EQ(result.err.find("stays locked"), std::string::npos) << result.err;
     EXPECT_TRUE(read_file(file.path()) == read_file(region.file()));
+}
+
+// Lets a traced program go on to where its next system call begins or ends; `op` tells which.
+__ptrace_syscall_info next_stop(pid_t pid)
+{
+    __ptrace_syscall_info info = {};
+    for (int status = 0; WSTOPSIG(status) != (SIGTRAP | 0x80);) {
+        ptrace(PTRACE_SYSCALL, pid, nullptr, nullptr);
+        if (waitpid(pid, &status, __WALL) != pid || !WIFSTOPPED(status))
+            return info; // it has ended
+    }
+    ptrace(PTRACE_GET_SYSCALL_INFO, pid, sizeof(info), &info);
+    return info;
+}
+
+// Each path has another frame while all signals are held back: that one is captured.
+TEST(Sim, ACaptureCopiesWhileAllSignalsAreHeldBack)
+{
+    constexpr uint32_t FRAME = 4711;
+    const Region region;
+    const TempFile file;
+    Environment traced = environment;
+    traced["ASAN_OPTIONS"] += ":detect_leaks=0"; // for which it would trace itself
+    Child child({"sh", "-c", "kill -STOP $$; exec \"$@\"", "sh", sr_run, "--region", region.file(),
+                 sr_capture},
+                traced, file.path());
+    const pid_t pid = child.pid();
+    const std::string stat = "/proc/" + std::to_string(pid) + "/stat";
+    ASSERT_TRUE(eventually([&] { return read_file(stat).find(") T ") != std::string::npos; }));
+    ASSERT_EQ(ptrace(PTRACE_SEIZE, pid, nullptr, PTRACE_O_TRACESYSGOOD), 0);
+    kill(pid, SIGCONT);
+    const auto goes_on_to_mask = [&](auto condition) {
+        for (;;) {
+            const __ptrace_syscall_info info = next_stop(pid);
+            if (info.op == PTRACE_SYSCALL_INFO_NONE)
+                return false;
+            if (info.op == PTRACE_SYSCALL_INFO_ENTRY && info.entry.nr == SYS_rt_sigprocmask &&
+                condition(static_cast<uint64_t>(
+                    ptrace(PTRACE_PEEKDATA, pid, info.entry.args[1], nullptr))))
+                return true;
+        }
+    };
+    for (VplatPathConf &path : region->path) {
+        ASSERT_TRUE(goes_on_to_mask([](uint64_t mask) { return mask == UINT64_MAX; }));
+        next_stop(pid);
+        path.dip.dip_ctx.frame_cnt = FRAME;
+        ASSERT_TRUE(goes_on_to_mask([](uint64_t mask) { return mask == 0; }));
+        path.dip.dip_ctx.frame_cnt = 0;
+    }
+    ptrace(PTRACE_DETACH, pid, nullptr, nullptr);
+    EXPECT_EQ(child.finish().status, 0);
+    const std::string captured = read_file(file.path());
+    ASSERT_EQ(captured.size(), sizeof(VplatConf));
+    for (const VplatPathConf &path : reinterpret_cast<const VplatConf *>(captured.data())->path)
+        EXPECT_EQ(path.dip.dip_ctx.frame_cnt, FRAME);
 }
 
 } // namespace
