@@ -266,7 +266,6 @@ Recorder::Step Recorder::write_ring(const char *why)
         if (asked.stop != 0)
             return Step::STOPPED;
     }
-    recording_.begin_anew();
     fprintf(stderr, "Wrote %d snapshot%s of %.1f s for %s.\n", count, count == 1 ? "" : "s",
             static_cast<double>(time_ - from) / static_cast<double>(SECOND), why);
     return Step::ON;
