@@ -229,6 +229,7 @@ TEST_F(PathSnapshot, IsWhatTheRegionHoldsUnderTheLock)
     *dip = *snapshot_of("zero");
     const auto later = snapshot_of("distinct"); // after the rehearsal
     after_lock = [&] { *dip = *later; };
+    before_unlock = [&] { *dip = *snapshot_of("ones"); };
     sigset_t mask;
     sigemptyset(&mask);
     sigaddset(&mask, SIGUSR2); // it begins with this signal held back, and ends with it
