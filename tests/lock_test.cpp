@@ -87,7 +87,7 @@ TEST(Lock, EverySnapshotIsOfOneFrame)
     ASSERT_EQ(frames.size(), 256U);
     // Where the lock is left out most are torn. Waiting for a camera that hardly ever lets go of it is
     // what takes the time.
-    constexpr int SNAPSHOTS = 50;
+    constexpr int SNAPSHOTS = 16;
     std::set<std::string> seen;
     {
         const Region region;
@@ -99,7 +99,7 @@ TEST(Lock, EverySnapshotIsOfOneFrame)
             seen.insert(share_of(result));
         }
     }
-    EXPECT_GT(seen.size(), 10U); // the frames did change meanwhile
+    EXPECT_GT(seen.size(), 3U); // the frames did change meanwhile
 
     // The same check notices a writer that leaves the lock out.
     const Region region;
