@@ -49,7 +49,7 @@ export function capture({ scene = [], vorda = ['all'] } = {}) {
 export function series(count) {
     const region = join(scratch, 'live.sr');
     execFileSync(built('sr-scene'), [region]);
-    const camera = spawn(built('sr-scene'), ['--live', '--fps', '500', region]);
+    const camera = spawn(built('sr-scene'), ['--live', '--fps', '0', region]);
     const record = `for i in $(seq ${count}); do echo "time = $i"; "$@"; done`;
     const vorda = [built('sr-run'), '--region', region, '--', built('vorda'), 'all'];
     try {
